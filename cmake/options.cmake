@@ -1,0 +1,28 @@
+# Two interface targets that every target of ours links: how we compile, and what we warn about.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(orvane_options INTERFACE)
+target_include_directories(orvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
+if(ORVANE_SANITIZE)
+  target_compile_options(orvane_options INTERFACE -fsanitize=${ORVANE_SANITIZE}
+                         -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(orvane_options INTERFACE -fsanitize=${ORVANE_SANITIZE})
+endif()
+
+add_library(orvane_warnings INTERFACE)
+target_compile_options(orvane_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow=local
+                       -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wconversion
+                       -Wno-sign-conversion -Werror)
+
+# The two together, for our own targets.
+add_library(orvane_common INTERFACE)
+target_link_libraries(orvane_common INTERFACE orvane_options orvane_warnings)

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <variant>
+
+#include "foundation/color.h"
+
+namespace orvane {
+
+// Outlines that fill the rectangle they are given.
+struct Shape {
+  enum class Kind : std::uint8_t { rectangle, roundedRectangle, capsule, circle };
+  Kind kind = Kind::rectangle;
+  double cornerRadius = 0;   // of a rounded rectangle, in points
+  bool continuous = false;   // corners whose curvature grows gradually, rather than circle arcs
+
+  static constexpr Shape rectangle() { return {}; }
+  static constexpr Shape roundedRectangle(double radius, bool continuous = false) {
+    return {Kind::roundedRectangle, radius, continuous};
+  }
+  static constexpr Shape capsule() { return {Kind::capsule, 0, false}; }
+  static constexpr Shape circle() { return {Kind::circle, 0, false}; }
+
+  friend bool operator==(const Shape&, const Shape&) = default;
+};
+
+// From the top-leading to the bottom-trailing corner, the stops evenly spaced.
+struct LinearGradient {
+  std::array<Color, 3> stops;
+  friend bool operator==(const LinearGradient&, const LinearGradient&) = default;
+};
+
+// The stand-in for a blurred view of what lies behind: a translucent tint.
+struct Material {
+  Color tint;
+  friend bool operator==(const Material&, const Material&) = default;
+};
+
+using Fill = std::variant<Color, LinearGradient, Material>;
+
+}  // namespace orvane
