@@ -1,0 +1,25 @@
+# The Debian packages that the project needs, by purpose. Sourced by the commands at the top.
+# shellcheck shell=bash disable=SC2034
+
+packages_build=(
+  g++ cmake ninja-build ccache pkg-config
+  libglib2.0-dev libpango1.0-dev libcairo2-dev libicu-dev libical-dev nlohmann-json3-dev
+  libwayland-dev wayland-protocols
+  libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev libxcb-shm0-dev libxcb-keysyms1-dev
+  libxcb-render0-dev
+  tzdata fontconfig fonts-inter fonts-noto-color-emoji
+)
+
+# What shows the program on a machine that has no desktop.
+packages_headless=(xvfb xfwm4 hsetroot x11-utils imagemagick)
+
+packages_test=(
+  libgtest-dev libgmock-dev libclang-rt-14-dev clang clang-format clang-tidy
+  fonts-dejavu-core fonts-noto-core fonts-noto-cjk locales
+  dbus dbus-x11 sway grim swaybg
+  xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
+  libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
+  util-linux procps python3
+)
+
+packages_bench=(libbenchmark-dev)
