@@ -26,10 +26,10 @@ class Subject {
     auto entry = std::make_shared<Entry>(Entry{std::move(observer), true});
     entries_->push_back(entry);
     return Subscription([weakEntries = std::weak_ptr(entries_), weakEntry = std::weak_ptr(entry)] {
-      auto entry = weakEntry.lock();
-      if (!entry) return;
-      entry->active = false;
-      if (auto entries = weakEntries.lock()) std::erase(*entries, entry);
+      const auto ended = weakEntry.lock();
+      if (!ended) return;
+      ended->active = false;
+      if (const auto entries = weakEntries.lock()) std::erase(*entries, ended);
     });
   }
 

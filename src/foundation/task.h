@@ -44,8 +44,8 @@ struct PromiseBase {
     [[nodiscard]] bool await_ready() const noexcept { return false; }
     template <class Promise>
     std::coroutine_handle<> await_suspend(std::coroutine_handle<Promise> self) noexcept {
-      auto continuation = self.promise().continuation;
-      return continuation ? continuation : std::noop_coroutine();
+      const auto awaiting = self.promise().continuation;
+      return awaiting ? awaiting : std::noop_coroutine();
     }
     void await_resume() const noexcept {}
   };
@@ -148,9 +148,7 @@ struct Root {
     TaskSet* owner = nullptr;
     std::shared_ptr<Cancellation> cancellation;
 
-    Root get_return_object() {
-      return {std::coroutine_handle<promise_type>::from_promise(*this)};
-    }
+    Root get_return_object() { return {std::coroutine_handle<promise_type>::from_promise(*this)}; }
     std::suspend_always initial_suspend() noexcept { return {}; }
     struct FinalAwaiter {
       [[nodiscard]] bool await_ready() const noexcept { return false; }
@@ -188,17 +186,22 @@ inline TaskHandle spawn(MainActor& actor, Task<void> work) {
 }
 
 // `co_await isCancelled()` tells whether the running task was cancelled; it never suspends.
-struct isCancelled {
-  std::shared_ptr<Cancellation> cancellation;
+class isCancelled {
+ public:
+  // Written out, because GCC 12 destroys an aggregate twice that is a temporary of an await.
+  isCancelled() {}  // NOLINT(modernize-use-equals-default)
   [[nodiscard]] bool await_ready() const noexcept { return false; }
   template <class Promise>
   bool await_suspend(std::coroutine_handle<Promise> self) {
-    cancellation = self.promise().cancellation;
+    cancellation_ = self.promise().cancellation;
     return false;
   }
   [[nodiscard]] bool await_resume() const noexcept {
-    return cancellation && cancellation->isCancelled();
+    return cancellation_ && cancellation_->isCancelled();
   }
+
+ private:
+  std::shared_ptr<Cancellation> cancellation_;
 };
 
 // `co_await sleepFor(actor, delay)` returns when the delay has passed or, early, in the turn after
@@ -215,9 +218,8 @@ class sleepFor {
     if (!cancellation || already) return;
     // Replacing the timer ends the old one, so the coroutine is resumed exactly once, and if it is
     // destroyed meanwhile both go with it.
-    wake_ = cancellation->onCancel([this, self] {
-      timer_ = actor_.after(Duration::zero(), [self] { self.resume(); });
-    });
+    wake_ = cancellation->onCancel(
+        [this, self] { timer_ = actor_.after(Duration::zero(), [self] { self.resume(); }); });
   }
   void await_resume() noexcept {}
 
@@ -279,7 +281,8 @@ class Continuation {
 // Runs `work` on a worker thread and comes back to the main actor with what it returned.
 template <class T>
 Task<T> onWorker(MainActor& actor, std::function<T()> work) {
-  std::function<void(std::function<void(T)>)> begin = [&actor, &work](std::function<void(T)> resume) {
+  std::function<void(std::function<void(T)>)> begin = [&actor,
+                                                       &work](std::function<void(T)> resume) {
     actor.runOnWorker([work, resume = std::move(resume)] { resume(work()); });
   };
   co_return co_await Continuation<T>(actor, std::move(begin));
