@@ -2,6 +2,7 @@
 // their bytes, standard C++ only. It is the one folder of linux/ that its neighbours share.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,7 +18,7 @@ namespace orvane::wire {
 struct ReadRequest {
   double windowStart = 0;  // occurrences that overlap [windowStart, windowEnd) are wanted
   double windowEnd = 0;
-  std::string localTimeZone;  // IANA name; floating and all-day times are read in it
+  std::string localTimeZone;       // IANA name; floating and all-day times are read in it
   std::vector<std::string> paths;  // of files, in the order in which answers come
   friend bool operator==(const ReadRequest&, const ReadRequest&) = default;
 };
@@ -54,15 +55,17 @@ struct FileAnswer {
   std::string path;
   ReadOutcome outcome = ReadOutcome::good;
   std::optional<std::string> calendarName;  // X-WR-CALNAME
-  bool holdsEvents = false;  // any VEVENT, also one outside the window or cancelled
-  bool holdsTasks = false;   // any VTODO, also a completed one
-  std::vector<EventOccurrence> events;  // that overlap the window
+  bool holdsEvents = false;                 // any VEVENT, also one outside the window or cancelled
+  bool holdsTasks = false;                  // any VTODO, also a completed one
+  std::vector<EventOccurrence> events;      // that overlap the window
   std::vector<OpenTask> tasks;
   friend bool operator==(const FileAnswer&, const FileAnswer&) = default;
 };
 
 // Bytes are the reader's standard input and output. A message is framed by its length. Decoding
 // takes any bytes: what is not a message as encode() makes them, within the limits, is nothing.
+inline constexpr std::size_t kMostMessageBytes = std::size_t{128} << 20;  // without its frame
+
 std::string encode(const ReadRequest& request);
 std::optional<ReadRequest> decodeRequest(const std::string& bytes);
 std::string encode(const FileAnswer& answer);
