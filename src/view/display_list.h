@@ -75,7 +75,8 @@ struct DisplayItem {
   // The product of the opacities of the groups around it, not including its own colour's. An item
   // at 0 is listed but not drawn.
   double opacity = 1;
-  std::variant<TextItem, SymbolItem, FillItem, StrokeItem, ShadowItem, GroupBegin, GroupEnd> content;
+  std::variant<TextItem, SymbolItem, FillItem, StrokeItem, ShadowItem, GroupBegin, GroupEnd>
+      content;
 
   // All that drawing it may touch: for a shadow more than its frame, for text with overhanging
   // glyphs too; empty when nothing is drawn.

@@ -19,8 +19,8 @@ struct PixelBuffer {
 // Where a display list is drawn: the buffer shows the list's plane, scaled, from `origin` on.
 struct PaintTarget {
   PixelBuffer pixels;
-  double scale = 1;    // pixels per point
-  PixelPoint origin;   // of the buffer's first pixel on the scaled plane
+  double scale = 1;   // pixels per point
+  PixelPoint origin;  // of the buffer's first pixel on the scaled plane
   // What lies under the drawing; the same size as `pixels`, and opaque. Without one the drawing
   // lies on nothing and stays translucent.
   const PixelBuffer* backdrop = nullptr;

@@ -12,8 +12,8 @@ namespace orvane {
 struct Shape {
   enum class Kind : std::uint8_t { rectangle, roundedRectangle, capsule, circle };
   Kind kind = Kind::rectangle;
-  double cornerRadius = 0;   // of a rounded rectangle, in points
-  bool continuous = false;   // corners whose curvature grows gradually, rather than circle arcs
+  double cornerRadius = 0;  // of a rounded rectangle, in points
+  bool continuous = false;  // corners whose curvature grows gradually, rather than circle arcs
 
   static constexpr Shape rectangle() { return {}; }
   static constexpr Shape roundedRectangle(double radius, bool continuous = false) {

@@ -21,10 +21,10 @@ inline constexpr double unlimitedWidth = std::numeric_limits<double>::infinity()
 
 // The space that a text takes when it is wrapped at a width and cut after its line limit.
 struct TextExtent {
-  Size size;                  // never wider than the width asked for
-  double firstBaseline = 0;   // below the top
+  Size size;                 // never wider than the width asked for
+  double firstBaseline = 0;  // below the top
   double lastBaseline = 0;
-  bool truncated = false;     // the line limit cut something off
+  bool truncated = false;  // the line limit cut something off
 };
 
 // Knows the fonts. Texts are UTF-8 in any script; ill-formed bytes count as U+FFFD, and line

@@ -56,10 +56,10 @@ class View {
   [[nodiscard]] View frame(std::optional<double> width, std::optional<double> height,
                            Alignment alignment = Alignment::center()) const;
   struct FlexibleFrame {
-    std::optional<double> minWidth;
-    std::optional<double> maxWidth;  // infinity: as wide as is offered
-    std::optional<double> minHeight;
-    std::optional<double> maxHeight;
+    std::optional<double> minWidth = std::nullopt;
+    std::optional<double> maxWidth = std::nullopt;  // infinity: as wide as is offered
+    std::optional<double> minHeight = std::nullopt;
+    std::optional<double> maxHeight = std::nullopt;
     Alignment alignment = Alignment::center();
     friend bool operator==(const FlexibleFrame&, const FlexibleFrame&) = default;
   };
@@ -74,6 +74,8 @@ class View {
   [[nodiscard]] View named(std::string name) const;
 
   [[nodiscard]] const detail::ViewNode& node() const { return *node_; }
+  // Whether this is the only copy of the view, alone or within other views.
+  [[nodiscard]] bool isHeldOnce() const { return node_.use_count() == 1; }
   explicit View(std::shared_ptr<const detail::ViewNode> node) : node_(std::move(node)) {}
   friend bool operator==(const View& a, const View& b);
 
@@ -90,11 +92,11 @@ class View {
 
 struct VStack {
   HorizontalAlignment alignment = HorizontalAlignment::center;
-  std::optional<double> spacing;  // absent: the default spacing
+  std::optional<double> spacing = std::nullopt;  // absent: the default spacing
 };
 struct HStack {
   VerticalAlignment alignment = VerticalAlignment::center;
-  std::optional<double> spacing;
+  std::optional<double> spacing = std::nullopt;
 };
 [[nodiscard]] View vstack(VStack stack, std::vector<View> children);
 [[nodiscard]] View hstack(HStack stack, std::vector<View> children);
