@@ -82,6 +82,7 @@ void WorkerPool::close() {
     ended_.clear();
   }
   wake_.notify_all();
+  dropped.clear();
   joinAll(threads);
 }
 
