@@ -1,0 +1,110 @@
+#include "linux/wayland/connection.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace orvane::host::wayland {
+namespace {
+
+// wl_surface.damage_buffer and wl_output.done are what we cannot do without.
+constexpr std::uint32_t leastCompositor = WL_SURFACE_DAMAGE_BUFFER_SINCE_VERSION;
+constexpr std::uint32_t leastOutput = WL_OUTPUT_DONE_SINCE_VERSION;
+
+// libwayland says here, in words, what rule was broken when a compositor ends the connection.
+void printProtocolMessage(const char* format, va_list arguments) {
+  std::fputs("orvane: Wayland: ", stderr);
+  std::vfprintf(stderr, format, arguments);
+}
+
+}  // namespace
+
+const wl_registry_listener Connection::registryListener = {
+    [](void* it, wl_registry*, std::uint32_t name, const char* interface, std::uint32_t version) {
+      static_cast<Connection*>(it)->announced(name, interface, version);
+    },
+    [](void* it, wl_registry*, std::uint32_t name) {
+      static_cast<Connection*>(it)->withdrawn(name);
+    },
+};
+
+Connection::Connection(Events events)
+    : events_(std::move(events)), outputs_([this] { events_.screensChanged(); }) {}
+
+Connection::~Connection() {
+  source_.reset();
+  if (display_) wl_display_flush(display_.get());
+}
+
+std::string Connection::open() {
+  display_.reset(wl_display_connect(nullptr));
+  if (!display_) return std::string("There is no Wayland compositor: ") + std::strerror(errno);
+  wl_log_set_handler_client(printProtocolMessage);
+  registry_.reset(wl_display_get_registry(display_.get()));
+  wl_registry_add_listener(registry_.get(), &registryListener, this);
+  // The first answer holds the globals, the second what the outputs tell of themselves.
+  for (int answer = 0; answer < 2; ++answer) {
+    if (wl_display_roundtrip(display_.get()) < 0) return "The Wayland compositor hung up.";
+    if (auto reason = missing(); !reason.empty()) return reason;
+    bindOutputs();
+  }
+  source_ = std::make_unique<DisplaySource>(
+      display_.get(), DisplaySource::Events{[this] { bindOutputs(); }, [this] { lose(); }});
+  return {};
+}
+
+std::string Connection::missing() const {
+  if (!globals_.compositor || !globals_.shm) return "The Wayland compositor is too old.";
+  if (!globals_.layerShell) return "The Wayland compositor has no layer shell.";
+  return {};
+}
+
+void Connection::announced(std::uint32_t name, const std::string& interface,
+                           std::uint32_t version) {
+  const auto bind = [&](auto& handle, const wl_interface& type, std::uint32_t newest) {
+    if (handle || interface != type.name) return;
+    using Object = typename std::remove_reference_t<decltype(handle)>::element_type;
+    handle.reset(static_cast<Object*>(
+        wl_registry_bind(registry_.get(), name, &type, std::min(version, newest))));
+  };
+  if (version >= leastCompositor) bind(globals_.compositor, wl_compositor_interface, 4);
+  bind(globals_.shm, wl_shm_interface, 1);
+  bind(globals_.layerShell, zwlr_layer_shell_v1_interface, 4);
+  bind(globals_.viewporter, wp_viewporter_interface, 1);
+  bind(globals_.fractionalScales, wp_fractional_scale_manager_v1_interface, 1);
+  if (interface == zxdg_output_manager_v1_interface.name && !globals_.xdgOutputs) {
+    bind(globals_.xdgOutputs, zxdg_output_manager_v1_interface, 3);
+    outputs_.describeWith(globals_.xdgOutputs.get());
+  }
+  if (interface == wl_output_interface.name && version >= leastOutput) {
+    unboundOutputs_.push_back({name, version});
+  }
+}
+
+void Connection::withdrawn(std::uint32_t name) {
+  std::erase_if(unboundOutputs_, [&](const auto& output) { return output.name == name; });
+  outputs_.remove(name);
+}
+
+// Outputs are bound when a batch of events is done, not when they are announced: one that came and
+// went within the batch must not be asked for, since some compositors end the connection for it.
+void Connection::bindOutputs() {
+  for (const auto& [name, version] : std::exchange(unboundOutputs_, {})) {
+    Handle<wl_output> output(static_cast<wl_output*>(
+        wl_registry_bind(registry_.get(), name, &wl_output_interface, std::min(version, 4U))));
+    outputs_.add(std::move(output), name, globals_.xdgOutputs.get());
+  }
+}
+
+void Connection::lose() {
+  lost_ = true;
+  // What broke a rule of the protocol was printed already.
+  if (wl_display_get_error(display_.get()) != EPROTO) {
+    std::fputs("orvane: The connection to the Wayland compositor is lost.\n", stderr);
+  }
+  outputs_.clear();
+  events_.lost();
+}
+
+}  // namespace orvane::host::wayland

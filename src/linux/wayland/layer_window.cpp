@@ -1,0 +1,267 @@
+#include "linux/wayland/layer_window.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+
+#include "linux/wayland/window_levels.h"
+
+namespace orvane::host::wayland {
+namespace {
+
+// A surface that has lived this long was not refused.
+constexpr int healthyTicks = 10;
+constexpr int mostRefusals = 8;
+constexpr std::chrono::milliseconds firstRetry{250};
+// Changes that are remembered one by one while the compositor is waited for.
+constexpr std::size_t mostChanges = 64;
+
+// The whole second that holds the instant: windows that are built at different moments within a
+// second show the same one, and the next tick shows the next.
+Date wholeSecond(Date instant) { return {std::floor(instant.secondsSince1970)}; }
+
+// Compositors tell surfaces apart by this name, in rules that users write.
+std::string nameSpace() { return "org.orvane.Orvane"; }
+
+}  // namespace
+
+LayerWindow::LayerWindow(const WaylandNeighbours& neighbours, Connection& connection, Rect frame)
+    : neighbours_(neighbours),
+      connection_(connection),
+      frame_(frame),
+      buffers_(connection.globals().shm.get(), [this] {
+        if (stale_) refresh();
+      }) {
+  auto& outputs = connection_.outputs();
+  outputRemoved_ = outputs.removed().subscribe([this](auto name) { outputRemoved(name); });
+  outputDescribed_ = outputs.described().subscribe([this](auto name) { outputDescribed(name); });
+}
+
+LayerWindow::~LayerWindow() { close(); }
+
+void LayerWindow::setFrame(Rect frame, bool display) {
+  frame_ = frame;
+  if (!onScreen_) return;
+  place();
+  if (display) refresh();
+}
+
+void LayerWindow::setContentView(std::unique_ptr<NSHostingView> view) {
+  contentWillChange_.cancel();
+  scene_.reset();
+  content_ = std::move(view);
+  dropSurface();
+  if (!content_ || !content_->rootView) return;
+  scene_.emplace(content_->rootView, neighbours_.measurer);
+  contentWillChange_ = content_->rootView->onWillChange([this] { rebuildLater(); });
+  refresh();
+}
+
+void LayerWindow::orderBack() {
+  onScreen_ = true;
+  allowSurface();
+  place();
+  refresh();
+}
+
+void LayerWindow::close() {
+  onScreen_ = false;
+  ticks_.cancel();
+  retry_.cancel();
+  dropSurface();
+  output_ = 0;
+}
+
+// ---- Where
+
+// Chooses the output and the kind of surface anew; keeps the surface where both are as before.
+void LayerWindow::place() {
+  const Output* output = chooseOutput();
+  const std::uint32_t name = output ? output->name() : 0;
+  if (name != output_ || (surface_ && surface_->role() != wantedRole())) dropSurface();
+  if (name != output_) allowSurface();
+  output_ = name;
+  beginTicks();
+}
+
+void LayerWindow::allowSurface() {
+  closedInARow_ = 0;
+  refused_ = false;
+  retry_.cancel();
+}
+
+const Output* LayerWindow::chooseOutput() const {
+  const auto candidates = connection_.outputs().withFrame(frame_);
+  const auto present = std::find_if(candidates.begin(), candidates.end(),
+                                    [&](const auto* it) { return it->name() == output_; });
+  if (present != candidates.end()) return *present;
+  return candidates.empty() ? nullptr : candidates.front();
+}
+
+SurfaceRole LayerWindow::wantedRole() const {
+  const bool raised = properties.level > levelFor(CGWindowLevelKey::desktopWindow);
+  return {raised ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM, nameSpace(),
+          properties.ignoresMouseEvents};
+}
+
+SurfaceScale LayerWindow::scale() const {
+  if (surface_ && surface_->preferredScale()) return *surface_->preferredScale();
+  const Output* output = connection_.outputs().find(output_);
+  return SurfaceScale::whole(output ? output->description()->scale : 1);
+}
+
+void LayerWindow::outputRemoved(std::uint32_t name) {
+  if (name != output_) return;
+  dropSurface();
+  retry_.cancel();
+  ticks_.cancel();
+  output_ = 0;
+}
+
+void LayerWindow::outputDescribed(std::uint32_t name) {
+  if (name == output_) refresh();
+}
+
+// ---- When
+
+void LayerWindow::beginTicks() {
+  if (output_ == 0) return ticks_.cancel();
+  if (ticks_) return;
+  instant_ = wholeSecond(neighbours_.mainActor.now());
+  ticks_ = neighbours_.schedule.everySecond([this](Date instant) { tick(instant); });
+}
+
+void LayerWindow::tick(Date instant) {
+  instant_ = instant;
+  if (surface_ && ++ticksShown_ >= healthyTicks) closedInARow_ = 0;
+  refresh();
+}
+
+void LayerWindow::rebuildLater() {
+  if (rebuildPosted_) return;
+  rebuildPosted_ = true;
+  neighbours_.mainActor.post([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->rebuildPosted_ = false;
+    self->refresh();
+  });
+}
+
+void LayerWindow::surfaceShown() {
+  if (stale_) refresh();
+}
+
+// ---- What
+
+// Brings the screen up to date, or remembers to do so as soon as the compositor is ready for it.
+void LayerWindow::refresh() {
+  if (!onScreen_ || !scene_ || output_ == 0 || refused_ || retry_) return;
+  stale_ = surface_ && surface_->isFramePending();
+  if (stale_) return;
+  const auto changes = scene_->update(instant_, frame_.size());
+  changed_.insert(changed_.end(), changes.begin(), changes.end());
+  if (changed_.size() > mostChanges) changeAll();
+  const auto area = drawnArea_.update(areaCovering(scene_->bounds(), scale(), frame_.size()));
+  if (area.isEmpty()) return dropSurface();
+  show(area);
+}
+
+void LayerWindow::show(const SurfaceArea& area) {
+  if (!surface_) {
+    const Output* output = connection_.outputs().find(output_);
+    if (!output) return;
+    surface_.emplace(connection_.globals(), output->handle(), wantedRole(), area,
+                     static_cast<Observer&>(*this));
+    return;
+  }
+  if (const auto granted = surface_->moveTo(area)) draw(*granted);
+}
+
+void LayerWindow::draw(const SurfaceArea& area) {
+  const SurfaceScale scale = this->scale();
+  moveBuffersTo({{scale.pixels(area.x), scale.pixels(area.y)},
+                 {scale.pixels(area.width), scale.pixels(area.height)},
+                 scale});
+  const auto changed = changedPixels();
+  if (changed.empty()) return changed_.clear();
+  ShmBuffer* buffer = buffers_.acquire();
+  if (!buffer) {
+    stale_ = true;
+    if (buffers_.isOutOfMemory() && !std::exchange(complained_, true)) {
+      std::fputs("orvane: There is no memory for a window's picture.\n", stderr);
+    }
+    return;
+  }
+  changed_.clear();
+  buffers_.markChanged(changed);
+  paint(*buffer);
+  buffer->giveToCompositor();
+  surface_->present(buffer->handle(), area, scale, changed);
+}
+
+void LayerWindow::moveBuffersTo(const Plane& plane) {
+  if (plane == plane_) return;
+  buffers_.resize(plane.size);
+  plane_ = plane;
+  changeAll();
+}
+
+void LayerWindow::changeAll() { changed_.assign(1, Rect{0, 0, frame_.width, frame_.height}); }
+
+std::vector<PixelRect> LayerWindow::changedPixels() const {
+  MissingPixels changed;
+  for (const auto& rect : changed_) {
+    PixelRect pixels = pixelsCovering(rect, plane_.scale.factor());
+    pixels.x -= plane_.origin.x;
+    pixels.y -= plane_.origin.y;
+    changed.add(clippedTo(pixels, plane_.size.width, plane_.size.height));
+  }
+  return changed.rects();
+}
+
+void LayerWindow::paint(ShmBuffer& buffer) {
+  std::vector<PixelRect> onPlane = buffer.missing.rects();
+  for (auto& rect : onPlane) {
+    rect.x += plane_.origin.x;
+    rect.y += plane_.origin.y;
+  }
+  buffer.missing.clear();
+  const PaintTarget target{buffer.pixels(), plane_.scale.factor(), plane_.origin};
+  neighbours_.painter.paint(scene_->list(), target, onPlane);
+}
+
+// ---- The end of a surface
+
+void LayerWindow::dropSurface() {
+  surface_.reset();
+  buffers_.resize({});
+  plane_ = {};
+  drawnArea_.reset();
+  changed_.clear();
+  stale_ = false;
+  ticksShown_ = 0;
+}
+
+void LayerWindow::surfaceClosed() {
+  dropSurface();
+  retryLater();
+}
+
+// The output may be about to go, or the compositor was restarting something; it may also never want
+// us, which must not become a quarrel.
+void LayerWindow::retryLater() {
+  if (++closedInARow_ > mostRefusals) {
+    std::fputs("orvane: The compositor keeps closing the window; it stays closed.\n", stderr);
+    refused_ = true;
+    return;
+  }
+  const auto delay = firstRetry * (1 << (closedInARow_ - 1));
+  retry_ = neighbours_.mainActor.after(delay, [this] {
+    retry_ = {};
+    refresh();
+  });
+}
+
+}  // namespace orvane::host::wayland

@@ -1,0 +1,53 @@
+#include "linux/wayland/missing_pixels.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace orvane::host::wayland {
+namespace {
+
+// Beyond this many, one rectangle around them all is cheaper to keep than to tell apart.
+constexpr std::size_t mostRects = 24;
+
+bool holds(const PixelRect& outer, const PixelRect& inner) {
+  return outer.x <= inner.x && outer.y <= inner.y &&
+         outer.x + outer.width >= inner.x + inner.width &&
+         outer.y + outer.height >= inner.y + inner.height;
+}
+
+PixelRect unionOf(const PixelRect& a, const PixelRect& b) {
+  const int x = std::min(a.x, b.x);
+  const int y = std::min(a.y, b.y);
+  return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
+          std::max(a.y + a.height, b.y + b.height) - y};
+}
+
+}  // namespace
+
+void MissingPixels::add(const PixelRect& rect) {
+  if (rect.isEmpty()) return;
+  if (std::any_of(rects_.begin(), rects_.end(), [&](const auto& r) { return holds(r, rect); })) {
+    return;
+  }
+  std::erase_if(rects_, [&](const auto& r) { return holds(rect, r); });
+  rects_.push_back(rect);
+  if (rects_.size() <= mostRects) return;
+  PixelRect all = rects_.front();
+  for (const auto& r : rects_) all = unionOf(all, r);
+  rects_.assign(1, all);
+}
+
+void MissingPixels::add(const std::vector<PixelRect>& rects) {
+  for (const auto& rect : rects) add(rect);
+}
+
+PixelRect clippedTo(const PixelRect& rect, int width, int height) {
+  const auto right = std::min<std::int64_t>(std::int64_t{rect.x} + rect.width, width);
+  const auto bottom = std::min<std::int64_t>(std::int64_t{rect.y} + rect.height, height);
+  const int x = std::max(rect.x, 0);
+  const int y = std::max(rect.y, 0);
+  if (right <= x || bottom <= y) return {};
+  return {x, y, static_cast<int>(right) - x, static_cast<int>(bottom) - y};
+}
+
+}  // namespace orvane::host::wayland

@@ -1,0 +1,73 @@
+#include "linux/wayland/output_set.h"
+
+#include <algorithm>
+
+namespace orvane::host::wayland {
+
+void OutputSet::add(Handle<wl_output> output, std::uint32_t name, zxdg_output_manager_v1* manager) {
+  outputs_.push_back(std::make_unique<Output>(std::move(output), name, [this, name] {
+    described_.send(name);
+    changed_();
+  }));
+  if (manager) outputs_.back()->describeWith(manager);
+}
+
+void OutputSet::remove(std::uint32_t name) {
+  const auto it = std::find_if(outputs_.begin(), outputs_.end(),
+                               [&](const auto& output) { return output->name() == name; });
+  if (it == outputs_.end()) return;
+  // Out of the list first: who hears of the removal must not find it there.
+  const auto output = std::move(*it);
+  outputs_.erase(it);
+  removed_.send(name);
+  if (output->description()) changed_();
+}
+
+void OutputSet::clear() {
+  while (!outputs_.empty()) remove(outputs_.back()->name());
+}
+
+void OutputSet::describeWith(zxdg_output_manager_v1* manager) {
+  for (const auto& output : outputs_) output->describeWith(manager);
+}
+
+std::vector<const Output*> OutputSet::ready() const {
+  std::vector<const Output*> ready;
+  for (const auto& output : outputs_) {
+    if (output->description()) ready.push_back(output.get());
+  }
+  return ready;
+}
+
+std::vector<NSScreen> OutputSet::screens() const {
+  std::vector<NSScreen> screens;
+  for (const Output* output : ready()) {
+    screens.push_back(screenOf(*output->description(), output->identity()));
+  }
+  return screens;
+}
+
+std::optional<NSScreen> OutputSet::mainScreen() const {
+  std::vector<OutputDescription> descriptions;
+  for (const Output* output : ready()) descriptions.push_back(*output->description());
+  const auto main = mainOutput(descriptions);
+  if (!main) return std::nullopt;
+  return screens()[*main];
+}
+
+const Output* OutputSet::find(std::uint32_t name) const {
+  for (const Output* output : ready()) {
+    if (output->name() == name) return output;
+  }
+  return nullptr;
+}
+
+std::vector<const Output*> OutputSet::withFrame(const Rect& frame) const {
+  std::vector<const Output*> matching;
+  for (const Output* output : ready()) {
+    if (output->description()->frame == frame) matching.push_back(output);
+  }
+  return matching;
+}
+
+}  // namespace orvane::host::wayland

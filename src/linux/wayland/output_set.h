@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "foundation/subject.h"
+#include "linux/wayland/output.h"
+
+namespace orvane::host::wayland {
+
+// The outputs that are there, in the order in which the compositor announced them.
+class OutputSet {
+ public:
+  explicit OutputSet(std::function<void()> changed) : changed_(std::move(changed)) {}
+
+  void add(Handle<wl_output> output, std::uint32_t name, zxdg_output_manager_v1* manager);
+  void remove(std::uint32_t name);  // one that is unknown is none
+  void clear();
+  void describeWith(zxdg_output_manager_v1* manager);
+
+  [[nodiscard]] std::vector<NSScreen> screens() const;
+  [[nodiscard]] std::optional<NSScreen> mainScreen() const;
+  [[nodiscard]] const Output* find(std::uint32_t name) const;
+  // Those that have this frame; mirrored ones share it.
+  [[nodiscard]] std::vector<const Output*> withFrame(const Rect& frame) const;
+
+  // Tells that the output's surfaces are gone, before it is.
+  [[nodiscard]] Subject<std::uint32_t>& removed() { return removed_; }
+  // Tells that an output was described anew.
+  [[nodiscard]] Subject<std::uint32_t>& described() { return described_; }
+
+ private:
+  [[nodiscard]] std::vector<const Output*> ready() const;
+
+  std::function<void()> changed_;
+  std::vector<std::unique_ptr<Output>> outputs_;
+  Subject<std::uint32_t> removed_;
+  Subject<std::uint32_t> described_;
+};
+
+}  // namespace orvane::host::wayland
