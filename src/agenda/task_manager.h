@@ -85,6 +85,7 @@ class TaskManager : public ObservableObject, public std::enable_shared_from_this
   static Task<std::vector<DashboardReminder>> fetchIncompleteReminders(Self self);
   static Task<void> publishReminderListOptions(WeakSelf weak,
                                                std::vector<EventKitSourceOption> options);
+  void publishAccessFailure(const EKError& error);
   void clearLists();
 
   const std::shared_ptr<EKEventStore> eventStore_;
