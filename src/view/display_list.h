@@ -22,7 +22,7 @@ struct TextItem {
   double firstBaseline = 0;  // below the frame's top
   // Not empty for a one-line text of digits that tick: the advance of each character of `text`.
   // Characters then stand at fixed places, so two such items differ only in the cells that differ.
-  std::vector<double> cells;
+  std::vector<double> cells = {};
   friend bool operator==(const TextItem&, const TextItem&) = default;
 };
 

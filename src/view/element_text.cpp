@@ -1,15 +1,7 @@
 #include "view/elements.h"
+#include "view/symbols.h"
 
 namespace orvane::detail {
-namespace {
-
-// Symbols are drawn in a square a little higher than the letters beside them, and stand on the
-// baseline with the room below it that letters like g have.
-constexpr double symbolSide = 1.2;
-constexpr double symbolBaseline = 0.96;
-
-}  // namespace
-
 Measurement measureElement(const TextNode& node, Proposal proposal, LayoutPass& pass) {
   const auto extent = fitText(node, proposal.width, pass.measurer()).extent;
   return {extent.size, extent.firstBaseline};
@@ -22,8 +14,7 @@ void placeElement(const TextNode& node, const Rect& frame, Proposal proposal, La
 }
 
 Measurement measureElement(const SymbolNode& node, Proposal, LayoutPass&) {
-  const double side = node.font.size * symbolSide;
-  return {{side, side}, node.font.size * symbolBaseline};
+  return {symbolSize(node.name, node.font), symbolBaseline(node.font)};
 }
 
 void placeElement(const SymbolNode& node, const Rect& frame, Proposal, LayoutPass& pass) {

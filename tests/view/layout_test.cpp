@@ -30,7 +30,7 @@ TEST(Layout, DumpsACard) {
   EXPECT_EQ(dump(card, {200, 100}),
             "fill (0.0 10.2 200.0 79.6) continuous 8, white at 0.5\n"
             "text (20.0 30.2 37.5 18.0) \"Title\" 15 semibold, white, lines 2\n"
-            "symbol (20.0 54.2 15.6 15.6) calendar 13, white\n"
+            "symbol (20.0 54.2 14.3 15.6) calendar 13, white\n"
             "text (147.5 54.2 32.5 15.6) \"2d 5h\" 13, white\n");
 }
 
