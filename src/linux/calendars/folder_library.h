@@ -1,0 +1,88 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "linux/calendars/calendar_provider.h"
+#include "linux/calendars/collection_tree.h"
+#include "linux/calendars/folder_watch.h"
+#include "linux/calendars/item_shelf.h"
+#include "linux/calendars/reader_client.h"
+
+namespace orvane::host {
+
+// What occurrences are kept, and in which zone local times were understood.
+struct ReadWindow {
+  double start = 0;
+  double end = 0;
+  std::string localTimeZone;
+
+  friend bool operator==(const ReadWindow&, const ReadWindow&) = default;
+};
+
+// All calendars below the roots with what they hold in a window, kept up to date at the cost of
+// what changed. Used by one thread at a time, which may be blocked for seconds.
+class FolderLibrary {
+ public:
+  // The watch must outlive the library.
+  FolderLibrary(std::vector<std::string> roots, ReaderClient reader, FolderWatch& watch);
+
+  struct Update {
+    bool changed = false;      // in the folders; a new window alone is no change
+    bool isComplete = true;    // false: the pace ended it, and it should be called again soon
+    bool hasSuspects = false;  // to be looked at once more in a while
+  };
+  // Lists what changed, then reads what is to be read.
+  Update update(const FolderChanges& changes, const ReadWindow& window,
+                const ReaderClient::Pace& pace);
+  // Items that had just turned bad are read once more by the next update.
+  void retrySuspects() { retriesSuspects_ = true; }
+
+  [[nodiscard]] const ReadWindow& window() const { return window_; }
+  [[nodiscard]] bool isComplete() const { return pending_.empty() && !needsSearch_; }
+  [[nodiscard]] bool hasRemote() const { return tree_.hasRemote; }
+  [[nodiscard]] std::size_t itemsRead() const { return itemsRead_; }
+
+  [[nodiscard]] ProviderState state() const;
+  [[nodiscard]] const std::vector<Collection>& collections() const { return tree_.collections; }
+  // The items of a collection, by an order of their own.
+  [[nodiscard]] ShelfItems itemsOf(const Collection& collection) const;
+
+ private:
+  struct Folder {
+    FolderFacts facts;
+    ItemShelf shelf;
+    bool isStale = true;
+    bool isRereadWhole = false;
+  };
+  struct Pending {
+    std::string directory;
+    std::string name;
+  };
+
+  bool takeChanges(const FolderChanges& changes, const ReadWindow& window);
+  void search();
+  const FolderFacts& look(const std::string& directory, FolderRole role);
+  void list(const std::string& directory, FolderRole role, Folder& folder);
+  void forgetUnvisited();
+  void read(const ReaderClient::Pace& pace);
+
+  std::vector<std::string> roots_;
+  ReaderClient reader_;
+  FolderWatch& watch_;
+  ReadWindow window_;
+  CollectionTree tree_;
+  std::unordered_map<std::string, Folder> folders_;
+  std::deque<Pending> pending_;
+  bool needsSearch_ = true;
+  bool retriesSuspects_ = false;
+  bool changed_ = false;
+  bool readerFailed_ = false;
+  std::size_t itemsRead_ = 0;
+};
+
+}  // namespace orvane::host

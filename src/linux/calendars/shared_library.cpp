@@ -1,0 +1,119 @@
+#include "linux/calendars/shared_library.h"
+
+#include <utility>
+
+#include "linux/calendars/library_answers.h"
+
+namespace orvane::host {
+namespace {
+
+constexpr double day = 86400;
+constexpr double marginBefore = 1 * day;
+constexpr double marginBehind = 8 * day;
+// What the first look reads when nobody has asked for anything yet: today, wherever its bounds
+// are, and a week.
+constexpr double firstBefore = 1.5 * day;
+constexpr double firstBehind = 8.5 * day;
+
+}  // namespace
+
+ReadWindow windowFor(const ReadWindow& current, double start, double end,
+                     const std::string& localTimeZone) {
+  const bool isCovered =
+      current.localTimeZone == localTimeZone && current.start <= start && end <= current.end;
+  // A far longer window than is asked for would keep what nobody looks at.
+  const double longest = (end - start) + 2 * (marginBefore + marginBehind);
+  if (isCovered && current.end - current.start <= longest) return current;
+  return {start - marginBefore, end + marginBehind, localTimeZone};
+}
+
+SharedLibrary::SharedLibrary(const FolderOptions& options, Date now, std::function<void()> watched,
+                             std::function<void()> unfinished)
+    : localTimeZone_(options.localTimeZone),
+      patience_(options.patience),
+      firstLook_(now),
+      unfinished_(std::move(unfinished)),
+      watch_(std::move(watched), options.addWatch),
+      library_(options.roots, ReaderClient(options.readerPath, {.perFile = options.perFile}),
+               watch_) {}
+
+void SharedLibrary::stop() {
+  stopped_ = true;
+  watch_.stop();
+}
+
+SharedLibrary::Look SharedLibrary::look() {
+  const std::lock_guard lock(libraryMutex_);
+  const auto update = this->update(std::nullopt);
+  const bool isOutOfWatches = !watch_.isComplete();
+  return {update.isComplete, update.hasSuspects, isOutOfWatches || library_.hasRemote(),
+          isOutOfWatches};
+}
+
+void SharedLibrary::doubtEverything() {
+  watch_.forgetFailures();
+  FolderChanges changes;
+  changes.everything = true;
+  watch_.mark(changes);
+}
+
+std::vector<EKCalendar> SharedLibrary::calendars(EKEntityType type) {
+  const std::lock_guard lock(libraryMutex_);
+  updateForQuery(std::nullopt);
+  return calendarsIn(library_, type);
+}
+
+std::vector<EKEvent> SharedLibrary::events(Date start, Date end,
+                                           const CalendarSelection& selection) {
+  const std::lock_guard lock(libraryMutex_);
+  updateForQuery(EKEventPredicate{start, end, std::nullopt});
+  return eventsIn(library_, start, end, selection);
+}
+
+std::vector<EKReminder> SharedLibrary::openReminders(const CalendarSelection& selection) {
+  const std::lock_guard lock(libraryMutex_);
+  updateForQuery(std::nullopt);
+  return remindersIn(library_, selection);
+}
+
+ProviderState SharedLibrary::state() const {
+  const std::lock_guard lock(stateMutex_);
+  return state_;
+}
+
+FolderLibrary::Update SharedLibrary::updateForQuery(std::optional<EKEventPredicate> query) {
+  const auto update = this->update(std::move(query));
+  if (!update.isComplete && !stopped_) unfinished_();
+  return update;
+}
+
+FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> query) {
+  const auto& known = library_.window();
+  const bool isFirst = known == ReadWindow{};
+  const double now = firstLook_.secondsSince1970;
+  double start = isFirst ? now - firstBefore : known.start;
+  double end = isFirst ? now + firstBehind : known.end;
+  if (query) start = query->start.secondsSince1970, end = query->end.secondsSince1970;
+
+  if (doubtsSuspects_.exchange(false)) library_.retrySuspects();
+  const auto window = windowFor(known, start, end, localTimeZone_());
+  const auto update = library_.update(watch_.take(), window, pace());
+  // What was left out of an earlier answer is news when it is there.
+  const bool isCompleted = update.isComplete && std::exchange(wasIncomplete_, !update.isComplete);
+  wasIncomplete_ = !update.isComplete;
+  if (update.changed || isCompleted) changed_ = true;
+
+  const std::lock_guard lock(stateMutex_);
+  state_ = library_.state();
+  return update;
+}
+
+ReaderClient::Pace SharedLibrary::pace() const {
+  const auto deadline = std::chrono::steady_clock::now() + patience_;
+  return [this, deadline] {
+    if (stopped_) return ReadPace::stop;
+    return std::chrono::steady_clock::now() < deadline ? ReadPace::goOn : ReadPace::windUp;
+  };
+}
+
+}  // namespace orvane::host

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "linux/calendars/calendar_provider.h"
+#include "linux/calendars/folder_library.h"
+#include "linux/calendars/folder_provider.h"
+#include "linux/calendars/folder_watch.h"
+
+namespace orvane::host {
+
+// The window to read for a query of [start, end): the one that is read already when it will do,
+// else one with a margin, so that the next days' queries need not read everything again.
+ReadWindow windowFor(const ReadWindow& current, double start, double end,
+                     const std::string& localTimeZone);
+
+// A FolderLibrary for several threads: every query first takes in what changed. Queries and looks
+// block and are for worker threads; they end soon once stop() was called.
+class SharedLibrary {
+ public:
+  // `watched` is called on the main thread when folders changed, `unfinished` on worker threads
+  // when a query was answered before everything was read. Made on the main thread.
+  SharedLibrary(const FolderOptions& options, Date now, std::function<void()> watched,
+                std::function<void()> unfinished);
+
+  // Main thread. No callback is called any more.
+  void stop();
+
+  struct Look {
+    bool isComplete = true;
+    bool hasSuspects = false;
+    bool needsRescans = false;  // changes come without notice
+    bool isOutOfWatches = false;
+  };
+  Look look();
+  // Everything is listed again by the next look, watches included.
+  void doubtEverything();
+  void doubtSuspects() { doubtsSuspects_ = true; }
+
+  std::vector<EKCalendar> calendars(EKEntityType type);
+  std::vector<EKEvent> events(Date start, Date end, const CalendarSelection& selection);
+  std::vector<EKReminder> openReminders(const CalendarSelection& selection);
+
+  // Any thread, at once.
+  [[nodiscard]] ProviderState state() const;
+  // Whether looks or queries found the folders changed since this was last asked.
+  bool takeChanged() { return changed_.exchange(false); }
+
+ private:
+  FolderLibrary::Update update(std::optional<EKEventPredicate> query);
+  FolderLibrary::Update updateForQuery(std::optional<EKEventPredicate> query);
+  [[nodiscard]] ReaderClient::Pace pace() const;
+
+  std::function<std::string()> localTimeZone_;
+  std::chrono::milliseconds patience_;
+  Date firstLook_;
+  std::function<void()> unfinished_;
+  FolderWatch watch_;
+  std::atomic<bool> stopped_ = false;
+  std::atomic<bool> changed_ = false;
+  std::atomic<bool> doubtsSuspects_ = false;
+
+  std::mutex libraryMutex_;
+  FolderLibrary library_;
+  bool wasIncomplete_ = false;
+
+  mutable std::mutex stateMutex_;
+  ProviderState state_;
+};
+
+}  // namespace orvane::host
