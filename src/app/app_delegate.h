@@ -1,0 +1,75 @@
+// app/ is the program as a whole: what it is made of and in which order it starts. Everything here
+// but main.cpp is standard C++ and knows no adapter.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "agenda/task_manager.h"
+#include "foundation/main_actor.h"
+#include "foundation/subscription.h"
+#include "platform/calendar.h"
+#include "platform/ek_event_store.h"
+#include "platform/locale.h"
+#include "platform/notification_center.h"
+#include "platform/ns_window.h"
+#include "platform/sm_app_service.h"
+#include "platform/user_defaults.h"
+#include "settings/dashboard_settings.h"
+#include "view/root_view.h"
+#include "wallpaper/wallpaper_window_controller.h"
+
+namespace orvane {
+
+// Owns everything that lives as long as the program, and wires it together at launch. Main thread
+// only. Destroying it releases what it owns and does nothing more.
+class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
+ public:
+  // The world. All of it must outlive the delegate and the loop's tasks.
+  struct Environment {
+    UserDefaults& userDefaults;
+    SMAppService& appService;
+    WindowServer& windowServer;
+    NotificationCenter& notificationCenter;
+    MainActor& mainActor;
+    const Calendar& calendar;
+    const Locale& locale;
+    // Makes the one calendar store, when the task manager is first needed.
+    std::function<std::shared_ptr<EKEventStore>()> makeEventStore;
+    // Makes the board for one more window.
+    std::function<std::shared_ptr<RootView>(std::shared_ptr<TaskManager>,
+                                            std::shared_ptr<DashboardSettings>)>
+        makeDashboardView;
+  };
+
+  // Loads the settings; nothing else happens before the launch.
+  [[nodiscard]] static std::shared_ptr<AppDelegate> create(Environment environment);
+
+  // The launch sequence. To be called once, when the loop is about to run.
+  void applicationDidFinishLaunching();
+
+  [[nodiscard]] const std::shared_ptr<DashboardSettings>& settings() const { return settings_; }
+  // Made, with its calendar store, by the first call; the same object ever after.
+  [[nodiscard]] const std::shared_ptr<TaskManager>& taskManager();
+  // Null before the launch.
+  [[nodiscard]] const std::shared_ptr<WallpaperWindowController>& wallpaperWindowController()
+      const {
+    return wallpaperWindowController_;
+  }
+
+ private:
+  explicit AppDelegate(Environment environment);
+
+  void makeWallpaperWindows();
+  void placeWallpaperWindows();
+  void followPlacementSettings();
+
+  const Environment environment_;
+  const std::shared_ptr<DashboardSettings> settings_;
+  std::shared_ptr<TaskManager> taskManager_;
+  std::shared_ptr<WallpaperWindowController> wallpaperWindowController_;
+  std::vector<Subscription> cancellables_;
+};
+
+}  // namespace orvane
