@@ -1,0 +1,91 @@
+#include "linux/locale/system_zone.h"
+
+#include <unicode/simpletz.h>
+#include <unicode/strenum.h>
+
+#include <cmath>
+#include <ctime>
+#include <iostream>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "linux/locale/unicode_text.h"
+#include "linux/locale/zone_name.h"
+
+namespace orvane::host {
+namespace {
+
+struct Sample {
+  std::int64_t instant;
+  std::int32_t offset;
+};
+
+// Close enough together that no zone of different rules passes for the system's.
+std::vector<Sample> sampleYear(const SystemPlaces& places, Date now) {
+  constexpr std::int64_t kDay = 86400, kSpan = 400 * kDay, kStep = 3 * kDay;
+  const auto start = static_cast<std::int64_t>(std::floor(now.secondsSince1970)) - kDay;
+  std::vector<Sample> samples;
+  for (auto instant = start; instant < start + kSpan; instant += kStep) {
+    samples.push_back({instant, places.offset(instant)});
+  }
+  return samples;
+}
+
+bool agrees(const icu::TimeZone& zone, const std::vector<Sample>& samples) {
+  for (const auto& sample : samples) {
+    std::int32_t raw = 0, dst = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    zone.getOffset(static_cast<double>(sample.instant) * 1000.0, false, raw, dst, status);
+    if (U_FAILURE(status) || (raw + dst) / 1000 != sample.offset) return false;
+  }
+  return true;
+}
+
+std::unique_ptr<icu::TimeZone> agreeingZone(const std::vector<Sample>& samples) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::StringEnumeration> names(icu::TimeZone::createTimeZoneIDEnumeration(
+      UCAL_ZONE_TYPE_CANONICAL_LOCATION, nullptr, nullptr, status));
+  while (U_SUCCESS(status)) {
+    const auto* name = names->snext(status);
+    if (!name || U_FAILURE(status)) break;
+    std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(*name));
+    if (agrees(*zone, samples)) return zone;
+  }
+  return nullptr;
+}
+
+std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
+  std::cerr << "orvane: the system's time zone has rules that are not known here; its present "
+               "offset from UTC is kept\n";
+  return std::make_unique<icu::SimpleTimeZone>(offset * 1000, icu::UnicodeString("Local"));
+}
+
+}  // namespace
+
+std::unique_ptr<icu::TimeZone> namedZone(const std::string& name) {
+  std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));
+  if (*zone == icu::TimeZone::getUnknown()) return nullptr;
+  return zone;
+}
+
+std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now) {
+  tzset();
+  const auto samples = sampleYear(places, now);
+  if (const auto name = systemZoneName(places)) {
+    auto zone = namedZone(*name);
+    if (zone && agrees(*zone, samples)) return zone;
+  }
+  if (auto zone = namedZone("Etc/UTC"); agrees(*zone, samples)) return zone;
+  if (auto zone = agreeingZone(samples)) return zone;
+  return fixedZone(samples.front().offset);
+}
+
+std::unique_ptr<icu::TimeZone> zoneOf(const Region& region, Date now) {
+  if (region.timeZone) {
+    if (auto zone = namedZone(*region.timeZone)) return zone;
+  }
+  return systemZone(region.system, now);
+}
+
+}  // namespace orvane::host
