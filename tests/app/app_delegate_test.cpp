@@ -1,0 +1,214 @@
+#include "app/app_delegate.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/blank_view.h"
+#include "fakes/fixed_calendar.h"
+#include "fakes/manual_main_actor.h"
+#include "fakes/memory_app_service.h"
+#include "fakes/memory_event_store.h"
+#include "fakes/memory_user_defaults.h"
+#include "fakes/memory_window_server.h"
+#include "fakes/plain_locale.h"
+
+namespace orvane {
+namespace {
+
+using Operations = std::vector<std::string>;
+
+class AppDelegateTest : public testing::Test {
+ protected:
+  void SetUp() override { server_.attach("left", {0, 0, 1920, 1080}, 11); }
+
+  AppDelegate& delegate() {
+    if (!delegate_) delegate_ = AppDelegate::create(environment());
+    return *delegate_;
+  }
+  void launch() { delegate().applicationDidFinishLaunching(); }
+  // How often the windows were placed: each run ends by ordering the one window back.
+  [[nodiscard]] long placements() const {
+    return std::count(server_.operations.begin(), server_.operations.end(),
+                      "window 1: frame, display");
+  }
+
+  AppDelegate::Environment environment() {
+    return {defaults_,
+            service_,
+            server_,
+            center_,
+            actor_,
+            calendar_,
+            locale_,
+            [this] {
+              server_.operations.emplace_back("store made");
+              return store_;
+            },
+            [this](const std::shared_ptr<TaskManager>& manager,
+                   const std::shared_ptr<DashboardSettings>& settings) {
+              shownManagers_.push_back(manager);
+              shownSettings_.push_back(settings);
+              return std::make_shared<fakes::BlankView>();
+            }};
+  }
+
+  fakes::ManualMainActor actor_;
+  NotificationCenter center_;
+  fakes::FixedCalendar calendar_{[this] { return actor_.now(); }};
+  fakes::PlainLocale locale_;
+  fakes::MemoryUserDefaults defaults_;
+  fakes::MemoryAppService service_;
+  fakes::MemoryWindowServer server_;
+  std::shared_ptr<fakes::MemoryEventStore> store_ =
+      std::make_shared<fakes::MemoryEventStore>(actor_);
+  std::vector<std::shared_ptr<TaskManager>> shownManagers_;
+  std::vector<std::shared_ptr<DashboardSettings>> shownSettings_;
+  std::shared_ptr<AppDelegate> delegate_;
+};
+
+TEST_F(AppDelegateTest, BeforeTheLaunchThereAreOnlySettings) {
+  defaults_.values["DashboardSettings.themeMode"] = std::string("dark");
+  EXPECT_EQ(*delegate().settings()->themeMode, DashboardThemeMode::dark);
+  actor_.advance(std::chrono::seconds(10));
+  EXPECT_EQ(delegate().wallpaperWindowController(), nullptr);
+  EXPECT_TRUE(server_.operations.empty());
+  EXPECT_TRUE(store_->calls.empty());
+}
+
+TEST_F(AppDelegateTest, LaunchRunsInOrderWithSixPlacements) {
+  launch();
+  const Operations placed = {"window 1: frame, display", "window 1: back"};
+  Operations expected = {"store made", "window 1: made", "window 1: content"};
+  const auto place = [&] { expected.insert(expected.end(), placed.begin(), placed.end()); };
+  for (int run = 0; run < 4; ++run) place();
+  expected.emplace_back("window 1: back");
+  for (int run = 0; run < 2; ++run) place();
+  EXPECT_EQ(server_.operations, expected);
+  EXPECT_EQ(placements(), 6);
+}
+
+TEST_F(AppDelegateTest, LaunchStartsTheTaskManagerLast) {
+  store_->eventAccess.status = EKAuthorizationStatus::notDetermined;
+  launch();
+  EXPECT_TRUE(store_->calls.empty());
+  actor_.runUntilIdle();
+  EXPECT_EQ(store_->calls.front(), "request events");
+  EXPECT_TRUE(delegate().taskManager()->lastRefreshDate.get().has_value());
+}
+
+TEST_F(AppDelegateTest, TheTaskManagerIsMadeOnceAndSharedByEveryView) {
+  const auto early = delegate().taskManager();
+  server_.attach("right", {1920, 0, 1280, 720}, 22);
+  delegate().settings()->displayMode = DashboardDisplayMode::all;
+  launch();
+  EXPECT_EQ(delegate().taskManager(), early);
+  EXPECT_EQ(std::count(server_.operations.begin(), server_.operations.end(), "store made"), 1);
+  ASSERT_EQ(shownManagers_.size(), 2u);
+  for (const auto& shown : shownManagers_) EXPECT_EQ(shown, early);
+  for (const auto& shown : shownSettings_) EXPECT_EQ(shown, delegate().settings());
+}
+
+TEST_F(AppDelegateTest, LaunchPlacesByTheStoredSettings) {
+  server_.attach("right", {1920, 0, 1280, 720}, 22);
+  defaults_.values["DashboardSettings.displayMode"] = std::string("selected");
+  defaults_.values["DashboardSettings.selectedDisplayID"] = std::string("22");
+  defaults_.values["DashboardSettings.showOnAllSpaces"] = false;
+  launch();
+  EXPECT_EQ(server_.window(1)->frame(), (Rect{1920, 0, 1280, 720}));
+  EXPECT_EQ(server_.window(1)->properties.collectionBehavior, 0x50u);
+}
+
+// The launch takes the primary window before it places once more, and orders back the window taken.
+TEST_F(AppDelegateTest, TheWindowTakenBeforeThePlacementIsOrderedBack) {
+  launch();
+  const auto& operations = server_.operations;
+  int backs = 0;
+  for (const auto& operation : operations) backs += operation == "window 1: back" ? 1 : 0;
+  EXPECT_EQ(backs, 7);
+}
+
+TEST_F(AppDelegateTest, ALaunchWithoutScreensPlacesNothingAndStillStartsTheTaskManager) {
+  server_.attached.clear();
+  launch();
+  EXPECT_EQ(server_.operations,
+            (Operations{"store made", "window 1: made", "window 1: content", "window 1: back"}));
+  EXPECT_TRUE(server_.window(1)->frame().isEmpty());
+  actor_.runUntilIdle();
+  EXPECT_TRUE(delegate().taskManager()->lastRefreshDate.get().has_value());
+}
+
+TEST_F(AppDelegateTest, TheFirstScreenAfterALaunchWithoutScreensGetsTheBoard) {
+  server_.attached.clear();
+  launch();
+  server_.attach("late", {0, 0, 1280, 720}, 33);
+  center_.post(NSApplicationDidChangeScreenParametersNotification);
+  actor_.runUntilIdle();
+  EXPECT_EQ(server_.window(1)->frame(), (Rect{0, 0, 1280, 720}));
+  EXPECT_EQ(server_.made, 1);
+}
+
+TEST_F(AppDelegateTest, PlacementSettingsPlaceAtOnce) {
+  launch();
+  server_.operations.clear();
+  delegate().settings()->showOnAllSpaces = false;
+  EXPECT_EQ(placements(), 1);
+  EXPECT_EQ(server_.window(1)->properties.collectionBehavior, 0x50u);
+  delegate().settings()->displayMode = DashboardDisplayMode::selected;
+  EXPECT_EQ(placements(), 2);
+  delegate().settings()->selectedDisplayID = "11";
+  EXPECT_EQ(placements(), 3);
+}
+
+TEST_F(AppDelegateTest, ModeAndScreenChangedTogetherEndOnTheChosenScreen) {
+  server_.attach("right", {1920, 0, 1280, 720}, 22);
+  launch();
+  delegate().settings()->displayMode = DashboardDisplayMode::selected;
+  delegate().settings()->selectedDisplayID = "22";
+  EXPECT_EQ(server_.window(1)->frame(), (Rect{1920, 0, 1280, 720}));
+  EXPECT_EQ(server_.visibleWindows(), std::vector<int>{1});
+}
+
+TEST_F(AppDelegateTest, OtherSettingsPlaceNothing) {
+  launch();
+  server_.operations.clear();
+  auto& settings = *delegate().settings();
+  settings.launchAtLogin = true;
+  settings.toggleCalendar("work");
+  settings.toggleReminderList("home");
+  settings.countdownIncludesEvents = false;
+  settings.countdownIncludesReminders = false;
+  settings.countdownIncludesAllDayEvents = true;
+  settings.ignoredWordsText = "gym";
+  settings.primaryColorHex = "#000000";
+  settings.glassOpacity = 0.5;
+  settings.themeMode = DashboardThemeMode::light;
+  settings.urgencyTinting = false;
+  settings.hideDesktopIconsInFocus = false;
+  settings.focusMode = true;
+  actor_.advance(std::chrono::seconds(10));
+  EXPECT_TRUE(server_.operations.empty());
+}
+
+TEST_F(AppDelegateTest, SettingsChangedAfterTheDelegateIsGonePlaceNothing) {
+  launch();
+  const auto settings = delegate().settings();
+  delegate_.reset();
+  shownManagers_.clear();
+  server_.operations.clear();
+  settings->showOnAllSpaces = false;
+  settings->displayMode = DashboardDisplayMode::all;
+  EXPECT_TRUE(server_.operations.empty());
+}
+
+TEST_F(AppDelegateTest, DestroyingTheDelegateEndsEverythingPending) {
+  launch();
+  actor_.runUntilIdle();
+  delegate_.reset();
+  shownManagers_.clear();
+  actor_.runUntilIdle();
+  EXPECT_EQ(actor_.tasks().size(), 0u);
+  EXPECT_EQ(actor_.pendingTimers(), 0u);
+  EXPECT_TRUE(server_.visibleWindows().empty());
+}
+
+}  // namespace
+}  // namespace orvane
