@@ -1,0 +1,152 @@
+#include "linux/locale/system_zone.h"
+
+#include <gtest/gtest.h>
+
+#include "fake_system.h"
+#include "linux/locale/unicode_text.h"
+#include "linux/locale/zone_name.h"
+
+namespace orvane::host {
+namespace {
+
+constexpr Date kNow{1795167660};  // 2026-11-20T09:41:00Z
+
+std::int32_t offsetIn(const std::string& zone, std::int64_t instant) {
+  std::int32_t raw = 0, dst = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  namedZone(zone)->getOffset(static_cast<double>(instant) * 1000, false, raw, dst, status);
+  return (raw + dst) / 1000;
+}
+
+class SystemZoneTest : public testing::Test {
+ protected:
+  // What the C library finds out by itself.
+  void actual(const std::string& zone) {
+    system.offset = [zone](std::int64_t instant) { return offsetIn(zone, instant); };
+  }
+  std::string found() {
+    icu::UnicodeString id;
+    systemZone(system.places(), kNow)->getID(id);
+    return toUtf8(id);
+  }
+  FakeSystem system;
+};
+
+TEST_F(SystemZoneTest, IsNamedByTheVariable) {
+  for (const char* value : {"Europe/Berlin", ":Europe/Berlin", "/usr/share/zoneinfo/Europe/Berlin",
+                            ":/somewhere/zoneinfo/posix/Europe/Berlin"}) {
+    system.environment["TZ"] = value;
+    EXPECT_EQ(systemZoneName(system.places()), "Europe/Berlin") << value;
+  }
+}
+
+TEST_F(SystemZoneTest, TheVariableCountsBeforeTheLink) {
+  system.linkLocaltime("/usr/share/zoneinfo/Asia/Tokyo");
+  system.environment["TZ"] = "Europe/Berlin";
+  EXPECT_EQ(systemZoneName(system.places()), "Europe/Berlin");
+  system.environment["TZ"] = "";
+  EXPECT_EQ(systemZoneName(system.places()), "Etc/UTC");
+}
+
+TEST_F(SystemZoneTest, IsNamedByTheLink) {
+  system.linkLocaltime(system.write("share/zoneinfo/Asia/Tokyo", "TZif"));
+  EXPECT_EQ(systemZoneName(system.places()), "Asia/Tokyo");
+  system.linkLocaltime("share/zoneinfo/Asia/Tokyo");
+  EXPECT_EQ(systemZoneName(system.places()), "Asia/Tokyo");
+}
+
+TEST_F(SystemZoneTest, IsNamedByALinkBehindAnotherLink) {
+  system.linkLocaltime(system.root / "middle");
+  const auto file = system.write("share/zoneinfo/right/Asia/Tokyo", "TZif");
+  std::filesystem::create_symlink(file, system.root / "middle");
+  EXPECT_EQ(systemZoneName(system.places()), "Asia/Tokyo");
+}
+
+TEST_F(SystemZoneTest, ACopyIsNamedByItsContent) {
+  system.write("localtime", "TZif Tokyo");
+  system.write("zoneinfo/Asia/Tokyo", "TZif Tokyo");
+  system.write("zoneinfo/Asia/Seoul", "TZif Seoul");
+  EXPECT_EQ(systemZoneName(system.places()), "Asia/Tokyo");
+}
+
+TEST_F(SystemZoneTest, AmongEqualFilesTheWrittenNameCounts) {
+  for (const char* name : {"localtime", "zoneinfo/Europe/Berlin", "zoneinfo/Europe/Oslo"}) {
+    system.write(name, "TZif alike");
+  }
+  system.write("timezone", "Europe/Oslo\n");
+  EXPECT_EQ(systemZoneName(system.places()), "Europe/Oslo");
+  system.write("zoneinfo/Europe/Oslo", "TZif other");
+  EXPECT_EQ(systemZoneName(system.places()), "Europe/Berlin");
+}
+
+TEST_F(SystemZoneTest, WithoutAFileItIsUtcAsForTheCLibrary) {
+  EXPECT_EQ(systemZoneName(system.places()), "Etc/UTC");
+  EXPECT_EQ(found(), "Etc/UTC");
+}
+
+TEST_F(SystemZoneTest, AnUnknownNameIsReplacedByAZoneWithTheSameRules) {
+  system.linkLocaltime(system.write("share/zoneinfo/America/Newly_Named", "TZif"));
+  actual("America/Sao_Paulo");
+  EXPECT_EQ(systemZoneName(system.places()), std::nullopt);
+  for (std::int64_t day = 0; day < 360; day += 10) {
+    const auto instant = static_cast<std::int64_t>(kNow.secondsSince1970) + day * 86400;
+    EXPECT_EQ(offsetIn(found(), instant), offsetIn("America/Sao_Paulo", instant));
+  }
+}
+
+TEST_F(SystemZoneTest, ARuleInsteadOfANameIsReplacedByAZoneWithTheSameRules) {
+  system.environment["TZ"] = "CET-1CEST,M3.5.0,M10.5.0/3";
+  actual("Europe/Berlin");
+  EXPECT_EQ(systemZoneName(system.places()), std::nullopt);
+  const auto zone = found();
+  for (std::int64_t day = 0; day < 360; day += 10) {
+    const auto instant = static_cast<std::int64_t>(kNow.secondsSince1970) + day * 86400;
+    EXPECT_EQ(offsetIn(zone, instant), offsetIn("Europe/Berlin", instant));
+  }
+}
+
+TEST_F(SystemZoneTest, NewerRulesOfTheCLibraryCountMoreThanTheName) {
+  system.environment["TZ"] = "Asia/Almaty";
+  system.offset = [](std::int64_t) { return 5 * 3600; };
+  const auto zone = found();
+  EXPECT_EQ(offsetIn(zone, static_cast<std::int64_t>(kNow.secondsSince1970)), 5 * 3600);
+}
+
+TEST_F(SystemZoneTest, RulesLikeNoneKeepThePresentOffsetAndSaySo) {
+  system.environment["TZ"] = "XYZ-1:23";
+  system.offset = [](std::int64_t) { return 4980; };
+  testing::internal::CaptureStderr();
+  const auto zone = systemZone(system.places(), kNow);
+  EXPECT_EQ(zone->getRawOffset(), 4980 * 1000);
+  const auto said = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1);
+}
+
+TEST_F(SystemZoneTest, TheCalendarFollowsAChangeWhenTold) {
+  system.environment["TZ"] = "Europe/Berlin";
+  actual("Europe/Berlin");
+  Region region;
+  region.system = system.places();
+  region.now = [] { return kNow; };
+  const auto calendar = makeCalendar(region);
+  const Date berlin = calendar->startOfDay(kNow);
+  EXPECT_TRUE(calendar->isDateInToday(berlin));
+  system.environment["TZ"] = "America/New_York";
+  actual("America/New_York");
+  EXPECT_EQ(calendar->startOfDay(kNow), berlin);
+  calendar->systemChanged();
+  EXPECT_EQ(calendar->startOfDay(kNow), berlin + 6 * 3600);
+  EXPECT_FALSE(calendar->isDateInToday(berlin));
+}
+
+TEST(RealSystem, HasAZoneThatAgreesWithTheCLibrary) {
+  const SystemPlaces places;
+  const auto zone = systemZone(places, kNow);
+  std::int32_t raw = 0, dst = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  zone->getOffset(kNow.secondsSince1970 * 1000, false, raw, dst, status);
+  EXPECT_EQ((raw + dst) / 1000, places.offset(static_cast<std::int64_t>(kNow.secondsSince1970)));
+}
+
+}  // namespace
+}  // namespace orvane::host
