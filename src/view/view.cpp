@@ -84,7 +84,8 @@ View View::overlay(View inFront) const {
 }
 
 View View::opacity(double opacity) const {
-  return makeView(detail::OpacityNode{std::clamp(opacity, 0.0, 1.0), *this});
+  // Written so that not a number is 0.
+  return makeView(detail::OpacityNode{opacity > 0 ? std::min(opacity, 1.0) : 0.0, *this});
 }
 
 View View::clipped(Shape shape) const { return makeView(detail::ClipNode{shape, *this}); }
