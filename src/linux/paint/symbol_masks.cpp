@@ -1,0 +1,87 @@
+#include "linux/paint/symbol_masks.h"
+
+#include <cmath>
+
+#include "linux/paint/pixel_geometry.h"
+#include "view/symbols.h"
+
+namespace orvane::host {
+
+namespace {
+
+constexpr double largestSymbol = 1024;  // of the font, in points
+
+void addPath(cairo_t* cr, const Path& path) {
+  for (const PathCommand& command : path) {
+    const auto& p = command.points;
+    switch (command.verb) {
+      case PathCommand::Verb::move:
+        cairo_move_to(cr, p[0].x, p[0].y);
+        break;
+      case PathCommand::Verb::line:
+        cairo_line_to(cr, p[0].x, p[0].y);
+        break;
+      case PathCommand::Verb::curve:
+        cairo_curve_to(cr, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+        break;
+      case PathCommand::Verb::close:
+        cairo_close_path(cr);
+        break;
+    }
+  }
+}
+
+void drawPaths(cairo_t* cr, const SymbolDrawing& drawing, FontWeight weight) {
+  cairo_set_line_cap(cr, CAIRO_LINE_CAP_ROUND);
+  cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
+  cairo_set_line_width(cr, symbolLineWidth(weight));
+  for (const Path& path : drawing.strokes) {
+    addPath(cr, path);
+    cairo_stroke(cr);
+  }
+  for (const Path& path : drawing.fills) {
+    addPath(cr, path);
+    cairo_fill(cr);
+  }
+}
+
+}  // namespace
+
+std::size_t SymbolMasks::KeyHash::operator()(const Key& key) const {
+  std::size_t hash = hashWith(0, key.name);
+  hash = hashWith(hash, key.size);
+  hash = hashWith(hash, static_cast<int>(key.weight));
+  return hashWith(hash, key.scale);
+}
+
+SurfaceHandle SymbolMasks::make(const Key& key) {
+  Font font;
+  font.size = key.size;
+  const Size size = symbolSize(key.name, font);
+  const int width = static_cast<int>(std::ceil(size.width * key.scale));
+  const int height = static_cast<int>(std::ceil(size.height * key.scale));
+  SurfaceHandle surface(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height));
+  const CairoHandle cr(cairo_create(surface.get()));
+  const double unit = size.height * key.scale / symbolGridHeight;
+  cairo_scale(cr.get(), unit, unit);
+  drawPaths(cr.get(), symbolDrawing(key.name), key.weight);
+  cairo_surface_flush(surface.get());
+  return surface;
+}
+
+cairo_surface_t* SymbolMasks::mask(const Key& key) {
+  if (const SurfaceHandle* known = masks_.find(key)) return known->get();
+  SurfaceHandle made = make(key);
+  const std::size_t cost =
+      256 + static_cast<std::size_t>(cairo_image_surface_get_stride(made.get())) *
+                cairo_image_surface_get_height(made.get());
+  return masks_.insert(key, std::move(made), cost).get();
+}
+
+void SymbolMasks::draw(cairo_t* cr, const SymbolItem& symbol, const Rect& frame, double scale) {
+  if (!(symbol.font.size > 0) || symbol.font.size > largestSymbol) return;
+  const Key key{symbol.name, symbol.font.size, symbol.font.weight, scale};
+  cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), toPixels(frame.y, scale));
+}
+
+}  // namespace orvane::host
