@@ -101,11 +101,17 @@ class [[nodiscard]] Task {
   ~Task() { destroy(); }
 
   [[nodiscard]] bool await_ready() const noexcept { return false; }
+  // Runs the work up to its first real wait, and suspends the awaiter only if there is one. Handing
+  // control over instead would deepen the stack with every await that ends at once, wherever the
+  // compiler does not turn it into a jump.
   template <class AwaitingPromise>
-  Handle await_suspend(std::coroutine_handle<AwaitingPromise> awaiting) noexcept {
-    handle_.promise().continuation = awaiting;
-    handle_.promise().cancellation = awaiting.promise().cancellation;
-    return handle_;
+  bool await_suspend(std::coroutine_handle<AwaitingPromise> awaiting) {
+    auto& promise = handle_.promise();
+    promise.cancellation = awaiting.promise().cancellation;
+    handle_.resume();
+    if (handle_.done()) return false;
+    promise.continuation = awaiting;
+    return true;
   }
   T await_resume() { return handle_.promise().take(); }
 
