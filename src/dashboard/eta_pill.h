@@ -8,8 +8,8 @@ namespace orvane {
 
 // How long it is until a date, in the colour of its urgency.
 struct ETAPill {
-  Date date;
-  Date now;
+  Date date = {};
+  Date now = {};
 
   [[nodiscard]] View body(const CardEnvironment& environment) const;
 };

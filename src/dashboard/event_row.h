@@ -9,7 +9,7 @@ namespace orvane {
 
 struct EventRow {
   DashboardEvent event;
-  Date now;
+  Date now = {};
 
   [[nodiscard]] View body(const CardEnvironment& environment) const;
 };

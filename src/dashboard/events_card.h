@@ -16,7 +16,7 @@ struct EventsCard {
   EventList events;          // today's
   EventList upcomingEvents;  // of later days
   EventKitAuthorizationState authorizationState = EventKitAuthorizationState::unknown();
-  Date now;
+  Date now = {};
 
   static constexpr std::size_t mostRows = 7;
 

@@ -12,7 +12,7 @@ namespace orvane {
 // The countdown to the next deadline.
 struct NextUpCard {
   std::optional<DashboardDeadline> deadline;
-  Date now;
+  Date now = {};
 
   [[nodiscard]] View body(const CardEnvironment& environment) const;
 };

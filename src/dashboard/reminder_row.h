@@ -9,7 +9,7 @@ namespace orvane {
 
 struct ReminderRow {
   DashboardReminder reminder;
-  Date now;
+  Date now = {};
 
   [[nodiscard]] View body(const CardEnvironment& environment) const;
   // Of the ring: red for the high priorities 1 to 4, orange for 5, yellow for the low ones up to

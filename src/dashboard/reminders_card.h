@@ -13,7 +13,7 @@ namespace orvane {
 struct RemindersCard {
   std::span<const DashboardReminder> reminders;  // not owned
   EventKitAuthorizationState authorizationState = EventKitAuthorizationState::unknown();
-  Date now;
+  Date now = {};
 
   static constexpr std::size_t mostRows = 9;
 
