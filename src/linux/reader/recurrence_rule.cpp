@@ -1,0 +1,142 @@
+#include "linux/reader/recurrence_rule.h"
+
+#include <libical/ical.h>
+#include <strings.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+namespace orvane::ical {
+
+namespace {
+
+template <std::size_t Size>
+std::vector<int> sortedList(const short (&values)[Size], int lowest, int highest) {
+  std::vector<int> list;
+  for (const short value : values) {
+    if (value == ICAL_RECURRENCE_ARRAY_MAX) break;
+    if (value >= lowest && value <= highest && (value != 0 || lowest == 0)) list.push_back(value);
+  }
+  std::sort(list.begin(), list.end());
+  list.erase(std::unique(list.begin(), list.end()), list.end());
+  return list;
+}
+
+std::vector<RecurrenceRule::WeekdayNumber> weekdays(const icalrecurrencetype& rule) {
+  std::vector<RecurrenceRule::WeekdayNumber> list;
+  for (const short value : rule.by_day) {
+    if (value == ICAL_RECURRENCE_ARRAY_MAX) break;
+    const int weekday = icalrecurrencetype_day_day_of_week(value);
+    if (weekday < ICAL_SUNDAY_WEEKDAY || weekday > ICAL_SATURDAY_WEEKDAY) continue;
+    list.push_back({icalrecurrencetype_day_position(value), weekday - ICAL_SUNDAY_WEEKDAY});
+  }
+  return list;
+}
+
+std::optional<RecurrenceRule::Until> untilOf(const icaltimetype& time) {
+  if (icaltime_is_null_time(time)) return std::nullopt;
+  const std::chrono::year_month_day date{std::chrono::year(time.year),
+                                         std::chrono::month(static_cast<unsigned>(time.month)),
+                                         std::chrono::day(static_cast<unsigned>(time.day))};
+  if (!date.ok()) return std::nullopt;
+  RecurrenceRule::Until until;
+  until.isDate = time.is_date != 0;
+  until.isUtc = icaltime_is_utc(time) != 0;
+  until.time = dayNumber(date) * kSecondsPerDay;
+  if (!until.isDate) until.time += time.hour * 3600 + time.minute * 60 + time.second;
+  return until;
+}
+
+std::optional<Frequency> frequencyOf(icalrecurrencetype_frequency frequency) {
+  switch (frequency) {
+    case ICAL_SECONDLY_RECURRENCE:
+      return Frequency::secondly;
+    case ICAL_MINUTELY_RECURRENCE:
+      return Frequency::minutely;
+    case ICAL_HOURLY_RECURRENCE:
+      return Frequency::hourly;
+    case ICAL_DAILY_RECURRENCE:
+      return Frequency::daily;
+    case ICAL_WEEKLY_RECURRENCE:
+      return Frequency::weekly;
+    case ICAL_MONTHLY_RECURRENCE:
+      return Frequency::monthly;
+    case ICAL_YEARLY_RECURRENCE:
+      return Frequency::yearly;
+    case ICAL_NO_RECURRENCE:
+      break;
+  }
+  return std::nullopt;
+}
+
+// The value of a number part as written; the library keeps INTERVAL in 16 bits and COUNT in 32.
+std::int64_t numberPart(const std::string& text, const char* name, std::int64_t absent) {
+  const std::size_t size = std::char_traits<char>::length(name);
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find(';', at), text.size());
+    if (end - at > size && text[at + size] == '=' &&
+        strncasecmp(text.c_str() + at, name, size) == 0) {
+      return std::strtoll(text.c_str() + at + size + 1, nullptr, 10);
+    }
+    at = end + 1;
+  }
+  return absent;
+}
+
+// The rule without INTERVAL and COUNT, which would make the library refuse large ones.
+std::string withoutNumberParts(const std::string& text) {
+  std::string kept;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find(';', at), text.size());
+    const char* part = text.c_str() + at;
+    const bool isNumber =
+        strncasecmp(part, "INTERVAL=", 9) == 0 || strncasecmp(part, "COUNT=", 6) == 0;
+    if (!isNumber && end > at) {
+      if (!kept.empty()) kept += ';';
+      kept.append(text, at, end - at);
+    }
+    at = end + 1;
+  }
+  return kept;
+}
+
+RecurrenceRule converted(const icalrecurrencetype& parsed, Frequency frequency) {
+  RecurrenceRule rule;
+  rule.frequency = frequency;
+  rule.until = untilOf(parsed.until);
+  if (parsed.week_start != ICAL_NO_WEEKDAY)
+    rule.weekStart = parsed.week_start - ICAL_SUNDAY_WEEKDAY;
+  rule.bySecond = sortedList(parsed.by_second, 0, 59);
+  rule.byMinute = sortedList(parsed.by_minute, 0, 59);
+  rule.byHour = sortedList(parsed.by_hour, 0, 23);
+  rule.byMonthDay = sortedList(parsed.by_month_day, -31, 31);
+  rule.byYearDay = sortedList(parsed.by_year_day, -366, 366);
+  rule.byWeekNumber = sortedList(parsed.by_week_no, -53, 53);
+  rule.byMonth = sortedList(parsed.by_month, 1, 12);
+  rule.bySetPosition = sortedList(parsed.by_set_pos, -366, 366);
+  rule.byDay = weekdays(parsed);
+  return rule;
+}
+
+}  // namespace
+
+std::optional<RecurrenceRule> parseRecurrenceRule(const std::string& text) {
+  // The parsed rule is several kilobytes large and owns a text.
+  auto parsed = std::make_unique<icalrecurrencetype>(
+      icalrecurrencetype_from_string(withoutNumberParts(text).c_str()));
+  const auto frequency = frequencyOf(parsed->freq);
+  const bool isGregorian = !parsed->rscale || strcasecmp(parsed->rscale, "GREGORIAN") == 0;
+  std::optional<RecurrenceRule> rule;
+  if (frequency && isGregorian) {
+    rule = converted(*parsed, *frequency);
+    const std::int64_t interval = numberPart(text, "INTERVAL", 1);
+    const std::int64_t count = numberPart(text, "COUNT", 0);
+    rule->interval = static_cast<int>(std::clamp<std::int64_t>(interval, 1, 1'000'000'000));
+    rule->count = std::clamp<std::int64_t>(count, 0, 1'000'000'000'000);
+  }
+  icalrecurrencetype_clear(parsed.get());
+  return rule;
+}
+
+}  // namespace orvane::ical

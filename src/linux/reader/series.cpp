@@ -1,0 +1,89 @@
+#include "linux/reader/series.h"
+
+namespace orvane::ical {
+
+namespace {
+
+constexpr std::size_t kMostExcludedByRules = 200'000;
+
+}  // namespace
+
+Series::Series(const CalendarItem& item, const TimeReading& times) : item_(item), times_(times) {
+  for (const ItemTime& excluded : item.excludedTimes) {
+    if (const auto key = keyMeantBy(excluded)) {
+      excludedKeys_.insert(*key);
+    } else {
+      excludedDays_.insert(excluded.time);
+    }
+  }
+}
+
+ItemTime Series::placeAt(WallTime time) const {
+  ItemTime place = *item_.start;
+  place.time = time;
+  return place;
+}
+
+Series::Key Series::keyOf(const ItemTime& place) const {
+  return item_.start->isDate() ? times_.dayMeantBy(place) : times_.instantOf(place);
+}
+
+std::optional<Series::Key> Series::keyMeantBy(const ItemTime& time) const {
+  if (item_.start->isDate()) return times_.dayMeantBy(time);
+  if (time.isDate()) return std::nullopt;
+  return keyOf(placeAt(times_.onClockOf(*item_.start, time)));
+}
+
+WallTime Series::dayOfPlace(const ItemTime& place) const {
+  return startOfDay(times_.onClockOf(*item_.start, place));
+}
+
+std::string Series::identifierOf(Key key) const {
+  switch (item_.start->kind) {
+    case ItemTime::Kind::date:
+      return dateText(key);
+    case ItemTime::Kind::floating:
+      return floatingText(times_.onClockOf(*item_.start, {key, ItemTime::Kind::utc, nullptr}));
+    default:
+      return utcText(key);
+  }
+}
+
+bool Series::isExcluded(const ItemTime& place, Key key) const {
+  return excludedKeys_.contains(key) ||
+         (!excludedDays_.empty() && excludedDays_.contains(dayOfPlace(place)));
+}
+
+void Series::expand(const RecurrenceRule& rule, ExpansionRange range, StepBudget& budget,
+                    const VisitTime& visit) const {
+  std::optional<WallTime> until;
+  if (rule.until) until = times_.lastTime(*rule.until, *item_.start);
+  expandRule(rule, item_.start->time, until, range, budget, visit);
+}
+
+void Series::visitPlaces(ExpansionRange range, StepBudget& budget, const Visit& visit) const {
+  std::set<Key> takenByRules;
+  for (const RecurrenceRule& rule : item_.excludedRules) {
+    expand(rule, range, budget, [&](WallTime time) {
+      takenByRules.insert(keyOf(placeAt(time)));
+      return takenByRules.size() < kMostExcludedByRules;
+    });
+  }
+  const auto visitUnlessExcluded = [&](const AddedTime& place) {
+    const Key key = keyOf(place.start);
+    if (isExcluded(place.start, key) || takenByRules.contains(key)) return true;
+    return visit(place, key);
+  };
+  const auto visitTime = [&](WallTime time) {
+    return visitUnlessExcluded({placeAt(time), {}, {}});
+  };
+  for (const RecurrenceRule& rule : item_.rules) expand(rule, range, budget, visitTime);
+  const WallTime start = item_.start->time;
+  if (item_.rules.empty() && start >= range.from && start < range.to) visitTime(start);
+  for (const AddedTime& added : item_.addedTimes) {
+    if (!budget.take()) return;
+    visitUnlessExcluded(added);
+  }
+}
+
+}  // namespace orvane::ical
