@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <iostream>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
@@ -86,8 +87,11 @@ class IcuSystemCalendar final : public SystemCalendar {
   }
 
   void systemChanged() override {
-    auto calendar = makeIcuCalendar(zoneOf(region_, region_.now()), "gregorian");
+    auto zone = zoneOf(region_, region_.now());
+    const bool fixed = isFixed(*zone);
+    auto calendar = makeIcuCalendar(std::move(zone), "gregorian");
     const std::lock_guard lock(mutex_);
+    if (fixed && !complained_) complain();
     calendar_ = std::move(calendar);
     today_ = {};
   }
@@ -132,6 +136,12 @@ class IcuSystemCalendar final : public SystemCalendar {
   }
 
  private:
+  void complain() {
+    std::cerr << "orvane: the system's time zone has rules that are not known here; its present "
+                 "offset from UTC is kept\n";
+    complained_ = true;
+  }
+
   struct Day {
     Date start, end;
   };
@@ -169,6 +179,7 @@ class IcuSystemCalendar final : public SystemCalendar {
   mutable std::mutex mutex_;
   IcuCalendar calendar_;  // its fields are scratch space of the call at hand
   mutable Day today_;
+  bool complained_ = false;
 };
 
 }  // namespace

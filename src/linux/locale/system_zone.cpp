@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <ctime>
-#include <iostream>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -55,11 +54,7 @@ std::unique_ptr<icu::TimeZone> agreeingZone(const std::vector<Sample>& samples) 
   return nullptr;
 }
 
-std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
-  std::cerr << "orvane: the system's time zone has rules that are not known here; its present "
-               "offset from UTC is kept\n";
-  return std::make_unique<icu::SimpleTimeZone>(offset * 1000, icu::UnicodeString("Local"));
-}
+constexpr const char* kFixed = "Local";
 
 }  // namespace
 
@@ -78,7 +73,12 @@ std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now) 
   }
   if (auto zone = namedZone("Etc/UTC"); agrees(*zone, samples)) return zone;
   if (auto zone = agreeingZone(samples)) return zone;
-  return fixedZone(samples.front().offset);
+  return std::make_unique<icu::SimpleTimeZone>(samples.front().offset * 1000, fromUtf8(kFixed));
+}
+
+bool isFixed(const icu::TimeZone& zone) {
+  icu::UnicodeString name;
+  return zone.getID(name) == fromUtf8(kFixed);
 }
 
 std::unique_ptr<icu::TimeZone> zoneOf(const Region& region, Date now) {

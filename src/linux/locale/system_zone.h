@@ -12,8 +12,11 @@ namespace orvane::host {
 // The zone that the system is in around `now`. It is found by name (TZ, else the links behind
 // localtime, else the file in the zone tree with the same content) and must then agree with the C
 // library over the coming year. Where it does not, or there is no name, a zone that does agree is
-// taken, or else the offset of `now` for good, with a line on standard error.
+// taken, or else the offset of `now` for good.
 [[nodiscard]] std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now);
+
+// Whether systemZone() could do no better than a fixed offset.
+[[nodiscard]] bool isFixed(const icu::TimeZone& zone);
 
 // What `region` is pinned to, or the system's zone.
 [[nodiscard]] std::unique_ptr<icu::TimeZone> zoneOf(const Region& region, Date now);
