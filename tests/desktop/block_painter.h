@@ -10,9 +10,9 @@
 
 namespace orvane::desktop {
 
-// A painter whose pictures a test can read back: a fill is a plain rectangle of its colour, and of a
-// text of cells each digit is a rectangle of the grey that blockShade() gives it. It draws exactly
-// the pixels it is asked for.
+// A painter whose pictures a test can read back: a fill is a plain rectangle of its colour, and of
+// a text of cells each digit is a rectangle of the grey that blockShade() gives it. It draws
+// exactly the pixels it is asked for.
 class BlockPainter final : public Painter {
  public:
   // 0…255, far enough apart to be told from one another in a screenshot.
@@ -57,12 +57,12 @@ class BlockPainter final : public Painter {
     const auto& pixels = target.pixels;
     const int left = std::max({rect.x, clip.x, target.origin.x}) - target.origin.x;
     const int top = std::max({rect.y, clip.y, target.origin.y}) - target.origin.y;
-    const int right = std::min({rect.x + rect.width, clip.x + clip.width,
-                                target.origin.x + pixels.width}) -
-                      target.origin.x;
-    const int bottom = std::min({rect.y + rect.height, clip.y + clip.height,
-                                 target.origin.y + pixels.height}) -
-                       target.origin.y;
+    const int right =
+        std::min({rect.x + rect.width, clip.x + clip.width, target.origin.x + pixels.width}) -
+        target.origin.x;
+    const int bottom =
+        std::min({rect.y + rect.height, clip.y + clip.height, target.origin.y + pixels.height}) -
+        target.origin.y;
     for (int y = top; y < bottom; ++y) {
       auto* row = reinterpret_cast<std::uint32_t*>(pixels.data + y * pixels.stride);
       for (int x = left; x < right; ++x) row[x] = pixel;

@@ -1,11 +1,13 @@
 // A neighbour of the board on a Wayland desktop: one surface of one colour, either the desktop's
 // background (`sway_client background OUTPUT RRGGBB`) or an ordinary window (`sway_client window
 // TITLE RRGGBB`). It prints "ready" when it is on the screen and a line for each pointer event that
-// reaches it, and runs until it is told to end.
+// reaches it, and runs until it is told to end. With it comes a pointer, which a display server
+// without devices lacks.
 #include <sys/mman.h>
 #include <unistd.h>
 #include <wayland-client.h>
 #include <wlr-layer-shell-unstable-v1-client.h>
+#include <wlr-virtual-pointer-unstable-v1-client.h>
 #include <xdg-shell-client.h>
 
 #include <cstdint>
@@ -28,6 +30,7 @@ struct Client {
   wl_shm* shm = nullptr;
   wl_seat* seat = nullptr;
   wl_pointer* pointer = nullptr;
+  zwlr_virtual_pointer_manager_v1* pointerMaker = nullptr;
   zwlr_layer_shell_v1* layerShell = nullptr;
   xdg_wm_base* shell = nullptr;
   std::map<wl_output*, std::string> outputs;
@@ -111,14 +114,16 @@ void announced(Client& client, wl_registry* registry, std::uint32_t name,
   } else if (interface == "wl_shm") {
     client.shm = bind<wl_shm>(registry, name, wl_shm_interface, 1);
   } else if (interface == "zwlr_layer_shell_v1") {
-    client.layerShell =
-        bind<zwlr_layer_shell_v1>(registry, name, zwlr_layer_shell_v1_interface, 1);
+    client.layerShell = bind<zwlr_layer_shell_v1>(registry, name, zwlr_layer_shell_v1_interface, 1);
   } else if (interface == "xdg_wm_base") {
     client.shell = bind<xdg_wm_base>(registry, name, xdg_wm_base_interface, 1);
     xdg_wm_base_add_listener(client.shell, &shellListener, &client);
   } else if (interface == "wl_seat" && !client.seat) {
     client.seat = bind<wl_seat>(registry, name, wl_seat_interface, 1);
     wl_seat_add_listener(client.seat, &seatListener, &client);
+  } else if (interface == "zwlr_virtual_pointer_manager_v1") {
+    client.pointerMaker = bind<zwlr_virtual_pointer_manager_v1>(
+        registry, name, zwlr_virtual_pointer_manager_v1_interface, 1);
   } else if (interface == "wl_output") {
     auto* output = bind<wl_output>(registry, name, wl_output_interface, 4);
     client.outputs[output] = "";
@@ -177,9 +182,8 @@ void becomeBackground(Client& client, const std::string& outputName) {
     if (name == outputName) chosen = output;
   }
   if (!chosen || !client.layerShell) fail("no such output, or no layer shell");
-  auto* surface = zwlr_layer_shell_v1_get_layer_surface(client.layerShell, client.surface, chosen,
-                                                        ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND,
-                                                        "neighbour");
+  auto* surface = zwlr_layer_shell_v1_get_layer_surface(
+      client.layerShell, client.surface, chosen, ZWLR_LAYER_SHELL_V1_LAYER_BACKGROUND, "neighbour");
   zwlr_layer_surface_v1_add_listener(surface, &layerListener, &client);
   zwlr_layer_surface_v1_set_anchor(surface, 15);
   zwlr_layer_surface_v1_set_exclusive_zone(surface, -1);
@@ -227,6 +231,9 @@ int main(int count, char** arguments) {
   wl_display_roundtrip(client.display);
   if (!client.compositor || !client.shm) fail("the compositor lacks the basics");
   client.surface = wl_compositor_create_surface(client.compositor);
+  if (client.pointerMaker) {
+    zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointerMaker, nullptr);
+  }
   if (std::strcmp(arguments[1], "background") == 0) {
     becomeBackground(client, arguments[2]);
   } else {

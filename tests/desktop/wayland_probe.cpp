@@ -3,7 +3,8 @@
 //
 //   wayland_probe [--everywhere] [--takes-clicks] [--raised]
 //
-// It runs until it is told to end and then exits with 0.
+// Each SIGUSR1 takes it to its next shape: wider, then nothing at all, then as at first. It runs
+// until it is told to end and then exits with 0.
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -31,31 +32,57 @@ std::string timeOfDay(Date now) {
   return text;
 }
 
+enum class Extent { plain, wide, nothing };
+
+// What all boards show. It tells of a change before the change is in place, as settings do.
+class Model {
+ public:
+  Extent extent = Extent::plain;
+  Subject<> willChange;
+
+  void change() {
+    willChange.send();
+    switch (extent) {
+      case Extent::plain:
+        extent = Extent::wide;
+        return;
+      case Extent::wide:
+        extent = Extent::nothing;
+        return;
+      case Extent::nothing:
+        extent = Extent::plain;
+        return;
+    }
+  }
+};
+
 class Board final : public RootView {
  public:
-  // 360 × 120 points at (60, 40); the digits begin at (100, 70) and are 30 points wide.
+  explicit Board(Model& model) : model_(model) {}
+
+  // 360 × 120 points at (60, 40), or 900 × 120; the digits begin at (100, 70) and are 30 wide.
   View body(Date now, Size) override {
+    if (model_.extent == Extent::nothing) return {};
+    const double width = model_.extent == Extent::wide ? 900 : 360;
     const Font digits{50, FontWeight::bold, FontDesign::standard, true};
     const View panel = text(timeOfDay(now))
                            .font(digits)
                            .lineLimit(1)
-                           .frame(280, 60, Alignment::leading())
-                           .frame(360, 120)
+                           .padding({30, 40, 30, 0})
+                           .frame(width, 120, Alignment::topLeading())
                            .background(filled(Shape::rectangle(), Color::srgb(0.1, 0.3, 0.9)));
-    return panel.padding({40, 60, 0, 0})
-        .frame(View::FlexibleFrame{.minWidth = {},
-                                   .maxWidth = unlimitedWidth,
-                                   .minHeight = {},
-                                   .maxHeight = unlimitedWidth,
-                                   .alignment = Alignment::topLeading()});
+    View::FlexibleFrame window;
+    window.maxWidth = unlimitedWidth;
+    window.maxHeight = unlimitedWidth;
+    window.alignment = Alignment::topLeading();
+    return panel.padding({40, 60, 0, 0}).frame(window);
   }
   Subscription onWillChange(std::function<void()> observer) override {
-    return willChange_.subscribe(std::move(observer));
+    return model_.willChange.subscribe(std::move(observer));
   }
-  Subject<>& willChange() { return willChange_; }
 
  private:
-  Subject<> willChange_;
+  Model& model_;
 };
 
 struct Wishes {
@@ -67,7 +94,8 @@ struct Wishes {
 // Keeps one window on each screen that should have one.
 class Placement {
  public:
-  Placement(WindowServer& server, Wishes wishes) : server_(server), wishes_(wishes) {}
+  Placement(WindowServer& server, Model& model, Wishes wishes)
+      : server_(server), model_(model), wishes_(wishes) {}
 
   void place() {
     std::set<std::string> wanted;
@@ -87,17 +115,18 @@ class Placement {
     const auto main = server_.mainScreen();
     return main ? std::vector{*main} : std::vector<NSScreen>{};
   }
-  [[nodiscard]] std::shared_ptr<NSWindow> makeWindow(const NSScreen& screen) const {
+  [[nodiscard]] std::shared_ptr<NSWindow> makeWindow(const NSScreen& screen) {
     auto window = server_.makeWindow(screen.frame, NSWindowStyleMask::fullSizeContentView,
                                      NSBackingStoreType::buffered, false);
     window->properties.ignoresMouseEvents = !wishes_.takesClicks;
     window->properties.level =
         wishes_.raised ? 0 : server_.windowLevelForKey(CGWindowLevelKey::desktopWindow);
-    window->setContentView(std::make_unique<NSHostingView>(std::make_shared<Board>()));
+    window->setContentView(std::make_unique<NSHostingView>(std::make_shared<Board>(model_)));
     return window;
   }
 
   WindowServer& server_;
+  Model& model_;
   Wishes wishes_;
   std::map<std::string, std::shared_ptr<NSWindow>> windows_;
 };
@@ -135,10 +164,12 @@ int main(int count, char** arguments) {
     std::fprintf(stderr, "wayland_probe: %s\n", desktop.failure.c_str());
     return 4;
   }
-  Placement placement(*desktop.server, wishes);
+  Model model;
+  Placement placement(*desktop.server, model, wishes);
   const auto screens = notifications.addObserver(NSApplicationDidChangeScreenParametersNotification,
                                                  [&] { placement.place(); });
   placement.place();
+  const auto onUser = loop->onSignal(SIGUSR1, [&] { model.change(); });
   const auto onTerm = loop->onSignal(SIGTERM, [&] { loop->quit(0); });
   return loop->run();
 }
