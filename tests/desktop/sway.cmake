@@ -3,6 +3,7 @@ add_executable(wayland_probe wayland_probe.cpp)
 target_link_libraries(wayland_probe PRIVATE orvane_common orvane_mainloop orvane_wayland)
 target_include_directories(wayland_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
 
+find_package(PkgConfig REQUIRED)
 pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
 set(pointer_protocol "${CMAKE_CURRENT_SOURCE_DIR}/protocol/wlr-virtual-pointer-unstable-v1.xml")
 set(pointer_base "${CMAKE_CURRENT_BINARY_DIR}/protocol/wlr-virtual-pointer-unstable-v1")
