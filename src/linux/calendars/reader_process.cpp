@@ -4,7 +4,9 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
+extern "C" {
+#include <sys/pidfd.h>  // which glibc 2.36 does not mark as C itself
+}
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
