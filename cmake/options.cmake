@@ -19,7 +19,9 @@ if(ORVANE_SANITIZE)
 endif()
 
 add_library(orvane_warnings INTERFACE)
-target_compile_options(orvane_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow=local
+target_compile_options(orvane_warnings INTERFACE -Wall -Wextra -Wpedantic
+                       # Clang does not know this one.
+                       $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
                        -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wconversion
                        -Wno-sign-conversion -Werror)
 # GCC 12 takes absent optionals for uninitialised once it optimises; debug and sanitizer builds
