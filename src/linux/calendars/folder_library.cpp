@@ -44,14 +44,18 @@ FolderLibrary::FolderLibrary(std::vector<std::string> roots, ReaderClient reader
 
 FolderLibrary::Update FolderLibrary::update(const FolderChanges& changes, const ReadWindow& window,
                                             const ReaderClient::Pace& pace) {
+  auto held = lock();
   const bool rereadsAll = takeChanges(changes, window);
   if (needsSearch_) search();
-  read(pace);
+  const auto items = takePending();
+  held.unlock();
+  read(items, pace);
+  held.lock();
   const bool changed = std::exchange(changed_, false) && !rereadsAll;
   const bool hasSuspects = std::any_of(folders_.begin(), folders_.end(), [](const auto& entry) {
     return entry.second.shelf.hasSuspects();
   });
-  return {changed, isComplete() || readerFailed_, hasSuspects};
+  return {changed, pending_.empty() || readerFailed_, hasSuspects};
 }
 
 // Answers whether everything is to be read for another reason than a change.
@@ -122,20 +126,35 @@ void FolderLibrary::forgetUnvisited() {
                 [&visited](const auto& item) { return !visited.contains(item.directory); });
 }
 
-void FolderLibrary::read(const ReaderClient::Pace& pace) {
-  readerFailed_ = false;
-  if (pending_.empty()) return;
-  const std::vector<Pending> items(std::make_move_iterator(pending_.begin()),
-                                   std::make_move_iterator(pending_.end()));
+std::vector<FolderLibrary::Pending> FolderLibrary::takePending() {
+  std::vector<Pending> items(std::make_move_iterator(pending_.begin()),
+                             std::make_move_iterator(pending_.end()));
   pending_.clear();
-  ReadJob job{window_.start, window_.end, window_.localTimeZone, {}};
-  for (const auto& item : items) job.paths.push_back(item.directory + "/" + item.name);
-  const auto put = [this, &items](std::size_t index, wire::FileAnswer* answer) {
-    ++itemsRead_;
-    const auto folder = folders_.find(items[index].directory);
-    if (folder != folders_.end()) folder->second.shelf.put(items[index].name, answer);
-  };
-  const auto report = reader_.read(job, put, pace);
+  return items;
+}
+
+void FolderLibrary::read(const std::vector<Pending>& items, const ReaderClient::Pace& pace) {
+  ReaderClient::Report report;
+  if (!items.empty()) {
+    ReadJob job{window_.start, window_.end, window_.localTimeZone, {}};
+    for (const auto& item : items) job.paths.push_back(item.directory + "/" + item.name);
+    report = reader_.read(
+        job,
+        [this, &items](std::size_t index, wire::FileAnswer* answer) { put(items[index], answer); },
+        pace);
+  }
+  keepUnread(items, report);
+}
+
+void FolderLibrary::put(const Pending& item, wire::FileAnswer* answer) {
+  const auto held = lock();
+  const auto folder = folders_.find(item.directory);
+  if (folder != folders_.end()) folder->second.shelf.put(item.name, answer);
+}
+
+void FolderLibrary::keepUnread(const std::vector<Pending>& items,
+                               const ReaderClient::Report& report) {
+  const auto held = lock();
   for (const auto index : report.unread) pending_.push_back(items[index]);
   readerFailed_ = report.programFailed;
 }

@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -25,7 +26,8 @@ struct ReadWindow {
 };
 
 // All calendars below the roots with what they hold in a window, kept up to date at the cost of
-// what changed. Used by one thread at a time, which may be blocked for seconds.
+// what changed. One thread at a time may update it, which can take long; what it holds may be
+// looked at meanwhile, under a lock.
 class FolderLibrary {
  public:
   // The watch must outlive the library.
@@ -36,17 +38,18 @@ class FolderLibrary {
     bool isComplete = true;    // false: the pace ended it, and it should be called again soon
     bool hasSuspects = false;  // to be looked at once more in a while
   };
-  // Lists what changed, then reads what is to be read.
+  // Lists what changed, then reads what is to be read, without holding the lock.
   Update update(const FolderChanges& changes, const ReadWindow& window,
                 const ReaderClient::Pace& pace);
   // Items that had just turned bad are read once more by the next update.
   void retrySuspects() { retriesSuspects_ = true; }
 
+  // For the thread that updates.
   [[nodiscard]] const ReadWindow& window() const { return window_; }
-  [[nodiscard]] bool isComplete() const { return pending_.empty() && !needsSearch_; }
   [[nodiscard]] bool hasRemote() const { return tree_.hasRemote; }
-  [[nodiscard]] std::size_t itemsRead() const { return itemsRead_; }
 
+  // To be held while looking at the following.
+  [[nodiscard]] std::unique_lock<std::mutex> lock() const { return std::unique_lock(mutex_); }
   [[nodiscard]] ProviderState state() const;
   [[nodiscard]] const std::vector<Collection>& collections() const { return tree_.collections; }
   // The items of a collection, by an order of their own.
@@ -69,7 +72,10 @@ class FolderLibrary {
   const FolderFacts& look(const std::string& directory, FolderRole role);
   void list(const std::string& directory, FolderRole role, Folder& folder);
   void forgetUnvisited();
-  void read(const ReaderClient::Pace& pace);
+  std::vector<Pending> takePending();
+  void read(const std::vector<Pending>& items, const ReaderClient::Pace& pace);
+  void put(const Pending& item, wire::FileAnswer* answer);
+  void keepUnread(const std::vector<Pending>& items, const ReaderClient::Report& report);
 
   std::vector<std::string> roots_;
   ReaderClient reader_;
@@ -82,7 +88,7 @@ class FolderLibrary {
   bool retriesSuspects_ = false;
   bool changed_ = false;
   bool readerFailed_ = false;
-  std::size_t itemsRead_ = 0;
+  mutable std::mutex mutex_;
 };
 
 }  // namespace orvane::host

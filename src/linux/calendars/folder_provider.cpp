@@ -59,16 +59,29 @@ class FolderProvider final : public CalendarProvider {
   using Look = SharedLibrary::Look;
   using EndOfLook = void (FolderProvider::*)();
 
+  // One look at a time: what is asked for meanwhile is one more look afterwards.
   void beginLook(EndOfLook end) {
+    waiting_.push_back(end);
+    if (looking_.empty()) lookForWaiting();
+  }
+
+  void lookForWaiting() {
+    looking_ = std::exchange(waiting_, {});
+    const auto thoroughness = ready_ ? SharedLibrary::Thoroughness::asLongAsAQuery
+                                     : SharedLibrary::Thoroughness::toTheEnd;
     const std::weak_ptr<int> alive = alive_;
-    actor_.runOnWorker([this, alive, end, library = library_, &actor = actor_] {
-      const Look look = library->look();
-      actor.post([this, alive, end, look] {
-        if (alive.expired()) return;
-        plan(look);
-        (this->*end)();
+    actor_.runOnWorker([this, alive, thoroughness, library = library_, &actor = actor_] {
+      const Look look = library->look(thoroughness);
+      actor.post([this, alive, look] {
+        if (!alive.expired()) endLook(look);
       });
     });
+  }
+
+  void endLook(const Look& look) {
+    for (const auto end : std::exchange(looking_, {})) (this->*end)();
+    plan(look);
+    if (looking_.empty() && !waiting_.empty()) lookForWaiting();
   }
 
   // A look that no change has asked for: it goes on reading, or checks what cannot be watched.
@@ -124,6 +137,8 @@ class FolderProvider final : public CalendarProvider {
   std::shared_ptr<SharedLibrary> library_;
   ProviderState announcedState_;
   bool isReported_ = false;
+  std::vector<EndOfLook> looking_;  // what follows the look that is under way
+  std::vector<EndOfLook> waiting_;  // … and the next one
   ChangeBurst burst_;
   Subscription rescan_;
   Subscription retry_;

@@ -21,8 +21,8 @@ struct FolderOptions {
   // How often folders are looked at whose changes come without notice: those on network file
   // systems, and all when the system has no watches left.
   std::chrono::seconds slowRescan{45};
-  // How long one file may keep the reader busy.
-  std::chrono::milliseconds perFile{5000};
+  // How long one file may keep the reader busy before it is given up.
+  std::chrono::milliseconds perFile{15000};
   // How long a query waits for files to be read before it answers with what there is; the rest
   // follows in the background and is announced as a change.
   std::chrono::milliseconds patience{4000};

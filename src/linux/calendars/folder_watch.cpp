@@ -95,6 +95,11 @@ FolderChanges FolderWatch::take() {
   return std::exchange(changes_, {});
 }
 
+bool FolderWatch::hasChanges() const {
+  const std::lock_guard lock(mutex_);
+  return changes_.any();
+}
+
 void FolderWatch::mark(const FolderChanges& changes) {
   const std::lock_guard lock(mutex_);
   changes_.everything = changes_.everything || changes.everything;

@@ -37,6 +37,7 @@ class FolderWatch {
   void forgetFailures();
   // Any thread.
   FolderChanges take();
+  [[nodiscard]] bool hasChanges() const;
   void mark(const FolderChanges& changes);
 
  private:

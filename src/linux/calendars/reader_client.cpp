@@ -58,7 +58,8 @@ class Reading {
     if (!process) return nullptr;
     wire::ReadRequest request{job_.windowStart, job_.windowEnd, job_.localTimeZone, {}};
     for (const auto index : batch) request.paths.push_back(job_.paths[index]);
-    return std::make_unique<ReaderSession>(std::move(*process), request, batch, limits_.perFile);
+    const auto patience = batch.size() == 1 ? limits_.perLoneFile : limits_.perFile;
+    return std::make_unique<ReaderSession>(std::move(*process), request, batch, patience);
   }
 
   void beginSessions() {
@@ -94,16 +95,20 @@ class Reading {
       auto answer = session->next();
       if (!answer) break;
       accept(rest.front(), *answer);
-      if (pace == ReadPace::windUp && rest.size() > 1) {
-        queue_.push_back(session->unanswered());
-        return false;
-      }
+      if (pace != ReadPace::goOn && rest.size() > 1) return leave(*session);
     }
+    if (pace == ReadPace::hurry && !session->isDone() && session->isLone()) return leave(*session);
     if (session->hasFailed()) {
       recover(session->unanswered());
       return false;
     }
     return !session->isDone();
+  }
+
+  // What it has not answered stays to be read.
+  bool leave(const ReaderSession& session) {
+    queue_.push_back(session.unanswered());
+    return false;
   }
 
   void accept(std::size_t index, wire::FileAnswer& answer) {
@@ -128,7 +133,7 @@ class Reading {
 
   bool isProgramSound() {
     auto session = begin({});
-    if (!session || !session->endsWell(limits_.perFile)) return false;
+    if (!session || !session->endsWell(limits_.perLoneFile)) return false;
     blame();
     return true;
   }

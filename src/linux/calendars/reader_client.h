@@ -21,13 +21,16 @@ struct ReadJob {
 struct ReaderLimits {
   std::size_t filesPerProcess = 500;
   std::size_t processes = 2;
-  // How long one file may keep the reader busy before it is stopped.
-  std::chrono::milliseconds perFile{5000};
+  // How long one file may keep the reader busy: one among others, before it is set aside, and one
+  // in a process of its own, before it is given up.
+  std::chrono::milliseconds perFile{1000};
+  std::chrono::milliseconds perLoneFile{15000};
 };
 
 enum class ReadPace {
   goOn,
   windUp,  // finish the files at hand, begin no others
+  hurry,   // the same, and leave those that take their time
   stop,    // drop everything at once
 };
 

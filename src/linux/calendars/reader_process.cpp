@@ -4,10 +4,8 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-extern "C" {
-#include <sys/pidfd.h>  // which glibc 2.36 does not mark as C itself
-}
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -116,7 +114,8 @@ void ReaderProcess::closeInput() {
 }
 
 bool ReaderProcess::endedWell(std::chrono::milliseconds patience) {
-  const int descriptor = pidfd_open(process_, 0);
+  // By number: this C library's header declares pidfd_open() for C alone.
+  const auto descriptor = static_cast<int>(syscall(SYS_pidfd_open, process_, 0));
   if (descriptor < 0) return false;
   pollfd ended{descriptor, POLLIN, 0};
   const int count = poll(&ended, 1, static_cast<int>(patience.count()));

@@ -30,6 +30,7 @@ class ReaderSession {
   // The next answer, for the path unanswered().front() until now.
   std::optional<wire::FileAnswer> next();
 
+  [[nodiscard]] bool isLone() const { return paths_.size() == 1; }
   [[nodiscard]] bool isDone() const { return answered_ == paths_.size(); }
   // It ended early, said something else than answers, or kept silent for too long.
   [[nodiscard]] bool hasFailed() const;

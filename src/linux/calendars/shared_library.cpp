@@ -34,7 +34,7 @@ SharedLibrary::SharedLibrary(const FolderOptions& options, Date now, std::functi
       firstLook_(now),
       unfinished_(std::move(unfinished)),
       watch_(std::move(watched), options.addWatch),
-      library_(options.roots, ReaderClient(options.readerPath, {.perFile = options.perFile}),
+      library_(options.roots, ReaderClient(options.readerPath, {.perLoneFile = options.perFile}),
                watch_) {}
 
 void SharedLibrary::stop() {
@@ -42,9 +42,10 @@ void SharedLibrary::stop() {
   watch_.stop();
 }
 
-SharedLibrary::Look SharedLibrary::look() {
-  const std::lock_guard lock(libraryMutex_);
-  const auto update = this->update(std::nullopt);
+SharedLibrary::Look SharedLibrary::look(Thoroughness thoroughness) {
+  const std::lock_guard lock(updating_);
+  const bool isThorough = thoroughness == Thoroughness::toTheEnd;
+  const auto update = this->update(std::nullopt, isThorough ? thoroughPace() : queryPace());
   const bool isOutOfWatches = !watch_.isComplete();
   return {update.isComplete, update.hasSuspects, isOutOfWatches || library_.hasRemote(),
           isOutOfWatches};
@@ -58,21 +59,21 @@ void SharedLibrary::doubtEverything() {
 }
 
 std::vector<EKCalendar> SharedLibrary::calendars(EKEntityType type) {
-  const std::lock_guard lock(libraryMutex_);
   updateForQuery(std::nullopt);
+  const auto lock = library_.lock();
   return calendarsIn(library_, type);
 }
 
 std::vector<EKEvent> SharedLibrary::events(Date start, Date end,
                                            const CalendarSelection& selection) {
-  const std::lock_guard lock(libraryMutex_);
   updateForQuery(EKEventPredicate{start, end, std::nullopt});
+  const auto lock = library_.lock();
   return eventsIn(library_, start, end, selection);
 }
 
 std::vector<EKReminder> SharedLibrary::openReminders(const CalendarSelection& selection) {
-  const std::lock_guard lock(libraryMutex_);
   updateForQuery(std::nullopt);
+  const auto lock = library_.lock();
   return remindersIn(library_, selection);
 }
 
@@ -81,38 +82,49 @@ ProviderState SharedLibrary::state() const {
   return state_;
 }
 
-FolderLibrary::Update SharedLibrary::updateForQuery(std::optional<EKEventPredicate> query) {
-  const auto update = this->update(std::move(query));
-  if (!update.isComplete && !stopped_) unfinished_();
-  return update;
+void SharedLibrary::updateForQuery(std::optional<EKEventPredicate> query) {
+  const std::unique_lock lock(updating_, patience_);
+  const bool isComplete = lock && update(std::move(query), queryPace()).isComplete;
+  if (isComplete || stopped_) return;
+  owesNews_ = true;
+  unfinished_();
 }
 
-FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> query) {
+FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> query,
+                                            const ReaderClient::Pace& pace) {
   const auto& known = library_.window();
   const bool isFirst = known == ReadWindow{};
   const double now = firstLook_.secondsSince1970;
   double start = isFirst ? now - firstBefore : known.start;
   double end = isFirst ? now + firstBehind : known.end;
-  if (query) start = query->start.secondsSince1970, end = query->end.secondsSince1970;
-
+  if (query) {
+    start = query->start.secondsSince1970;
+    end = query->end.secondsSince1970;
+  }
   if (doubtsSuspects_.exchange(false)) library_.retrySuspects();
   const auto window = windowFor(known, start, end, localTimeZone_());
-  const auto update = library_.update(watch_.take(), window, pace());
-  // What was left out of an earlier answer is news when it is there.
-  const bool isCompleted = update.isComplete && std::exchange(wasIncomplete_, !update.isComplete);
-  wasIncomplete_ = !update.isComplete;
-  if (update.changed || isCompleted) changed_ = true;
+  const auto update = library_.update(watch_.take(), window, pace);
+  const bool isNews = update.isComplete && owesNews_.exchange(false);
+  if (update.changed || isNews) changed_ = true;
 
+  const auto held = library_.lock();
   const std::lock_guard lock(stateMutex_);
   state_ = library_.state();
   return update;
 }
 
-ReaderClient::Pace SharedLibrary::pace() const {
+ReaderClient::Pace SharedLibrary::queryPace() const {
   const auto deadline = std::chrono::steady_clock::now() + patience_;
   return [this, deadline] {
     if (stopped_) return ReadPace::stop;
-    return std::chrono::steady_clock::now() < deadline ? ReadPace::goOn : ReadPace::windUp;
+    return std::chrono::steady_clock::now() < deadline ? ReadPace::goOn : ReadPace::hurry;
+  };
+}
+
+ReaderClient::Pace SharedLibrary::thoroughPace() const {
+  return [this] {
+    if (stopped_) return ReadPace::stop;
+    return watch_.hasChanges() ? ReadPace::windUp : ReadPace::goOn;
   };
 }
 

@@ -21,8 +21,9 @@ namespace orvane::host {
 ReadWindow windowFor(const ReadWindow& current, double start, double end,
                      const std::string& localTimeZone);
 
-// A FolderLibrary for several threads: every query first takes in what changed. Queries and looks
-// block and are for worker threads; they end soon once stop() was called.
+// A FolderLibrary for several threads: every query first takes in what changed, and answers with
+// what there is when that takes too long. Queries and looks block and are for worker threads; they
+// end soon once stop() was called.
 class SharedLibrary {
  public:
   // `watched` is called on the main thread when folders changed, `unfinished` on worker threads
@@ -39,7 +40,9 @@ class SharedLibrary {
     bool needsRescans = false;  // changes come without notice
     bool isOutOfWatches = false;
   };
-  Look look();
+  enum class Thoroughness { asLongAsAQuery, toTheEnd };
+  // One look at a time.
+  Look look(Thoroughness thoroughness);
   // Everything is listed again by the next look, watches included.
   void doubtEverything();
   void doubtSuspects() { doubtsSuspects_ = true; }
@@ -54,9 +57,11 @@ class SharedLibrary {
   bool takeChanged() { return changed_.exchange(false); }
 
  private:
-  FolderLibrary::Update update(std::optional<EKEventPredicate> query);
-  FolderLibrary::Update updateForQuery(std::optional<EKEventPredicate> query);
-  [[nodiscard]] ReaderClient::Pace pace() const;
+  FolderLibrary::Update update(std::optional<EKEventPredicate> query,
+                               const ReaderClient::Pace& pace);
+  void updateForQuery(std::optional<EKEventPredicate> query);
+  [[nodiscard]] ReaderClient::Pace queryPace() const;
+  [[nodiscard]] ReaderClient::Pace thoroughPace() const;
 
   std::function<std::string()> localTimeZone_;
   std::chrono::milliseconds patience_;
@@ -66,10 +71,10 @@ class SharedLibrary {
   std::atomic<bool> stopped_ = false;
   std::atomic<bool> changed_ = false;
   std::atomic<bool> doubtsSuspects_ = false;
+  std::atomic<bool> owesNews_ = false;  // a query was answered before all was read
 
-  std::mutex libraryMutex_;
+  std::timed_mutex updating_;
   FolderLibrary library_;
-  bool wasIncomplete_ = false;
 
   mutable std::mutex stateMutex_;
   ProviderState state_;
