@@ -19,17 +19,9 @@ if(ORVANE_SANITIZE)
 endif()
 
 add_library(orvane_warnings INTERFACE)
-target_compile_options(orvane_warnings INTERFACE -Wall -Wextra -Wpedantic
-                       # Clang does not know this one.
-                       $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
+target_compile_options(orvane_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow=local
                        -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wconversion
                        -Wno-sign-conversion -Werror)
-# GCC 12 takes absent optionals for uninitialised once it optimises; debug and sanitizer builds
-# keep the warning, and the sanitizers look for the real thing.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(orvane_warnings INTERFACE
-                         $<$<CONFIG:RelWithDebInfo,Release>:-Wno-maybe-uninitialized>)
-endif()
 
 # The two together, for our own targets.
 add_library(orvane_common INTERFACE)
