@@ -1,6 +1,7 @@
 #include "agenda/next_deadline.h"
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -37,16 +38,19 @@ class IgnoredWords {
   std::optional<std::vector<std::string>> words_;
 };
 
+// Later than every date.
+constexpr Date never{std::numeric_limits<double>::infinity()};
+
 // The best of the items seen so far. Dates are looked at first, so that a title is lowered only
 // for an item that would win by its date.
 template <class Item>
 class Earliest {
  public:
-  Earliest(IgnoredWords& ignored, Date now, std::optional<Date> bound)
+  Earliest(IgnoredWords& ignored, Date now, Date bound)
       : ignored_(ignored), now_(now), bound_(bound) {}
 
   void consider(const Item& item, Date date) {
-    if (!(date > now_) || (bound_ && !(date < *bound_))) return;
+    if (!(date > now_) || !(date < bound_)) return;
     if (ignored_.match(item.title)) return;
     best_ = &item;
     bound_ = date;
@@ -56,7 +60,7 @@ class Earliest {
  private:
   IgnoredWords& ignored_;
   Date now_;
-  std::optional<Date> bound_;  // only what is strictly earlier can win
+  Date bound_;  // only what is strictly earlier can win
   const Item* best_ = nullptr;
 };
 
@@ -65,7 +69,7 @@ const DashboardEvent* nextEvent(std::span<const DashboardEvent> events,
                                 Date now) {
   if (!*settings.countdownIncludesEvents) return nullptr;
   const bool allDayCounts = *settings.countdownIncludesAllDayEvents;
-  Earliest<DashboardEvent> earliest(ignored, now, std::nullopt);
+  Earliest<DashboardEvent> earliest(ignored, now, never);
   for (const auto& event : events) {
     if (allDayCounts || !event.isAllDay) earliest.consider(event, event.startDate);
   }
@@ -74,7 +78,7 @@ const DashboardEvent* nextEvent(std::span<const DashboardEvent> events,
 
 const DashboardReminder* nextReminder(std::span<const DashboardReminder> reminders,
                                       const DashboardSettings& settings, IgnoredWords& ignored,
-                                      Date now, std::optional<Date> bound) {
+                                      Date now, Date bound) {
   if (!*settings.countdownIncludesReminders) return nullptr;
   Earliest<DashboardReminder> earliest(ignored, now, bound);
   for (const auto& reminder : reminders) {
@@ -101,7 +105,7 @@ std::optional<DashboardDeadline> findNextDeadline(std::span<const DashboardEvent
                                                   const Locale& locale, Date now) {
   IgnoredWords ignored(settings, locale);
   const auto* event = nextEvent(events, settings, ignored, now);
-  const auto bound = event ? std::optional(event->startDate) : std::nullopt;
+  const Date bound = event ? event->startDate : never;
   if (const auto* reminder = nextReminder(reminders, settings, ignored, now, bound)) {
     return deadlineOf(*reminder);
   }

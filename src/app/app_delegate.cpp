@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "dashboard/wallpaper_dashboard_view.h"
+
 namespace orvane {
 
 std::shared_ptr<AppDelegate> AppDelegate::create(Environment environment) {
@@ -32,8 +34,11 @@ const std::shared_ptr<TaskManager>& AppDelegate::taskManager() {
 }
 
 void AppDelegate::makeWallpaperWindows() {
-  auto makeRootView = [make = environment_.makeDashboardView, manager = taskManager(),
-                       settings = settings_] { return make(manager, settings); };
+  const DashboardEnvironment board{environment_.locale, environment_.calendar,
+                                   [&actor = environment_.mainActor] { return actor.now(); }};
+  auto makeRootView = [manager = taskManager(), settings = settings_, board] {
+    return std::make_shared<WallpaperDashboardView>(manager, settings, board);
+  };
   wallpaperWindowController_ = WallpaperWindowController::createHosting(
       std::move(makeRootView),
       {environment_.windowServer, environment_.notificationCenter, environment_.mainActor});

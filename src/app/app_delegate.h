@@ -17,7 +17,6 @@
 #include "platform/sm_app_service.h"
 #include "platform/user_defaults.h"
 #include "settings/dashboard_settings.h"
-#include "view/root_view.h"
 #include "wallpaper/wallpaper_window_controller.h"
 
 namespace orvane {
@@ -37,10 +36,6 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
     const Locale& locale;
     // Makes the one calendar store, when the task manager is first needed.
     std::function<std::shared_ptr<EKEventStore>()> makeEventStore;
-    // Makes the board for one more window.
-    std::function<std::shared_ptr<RootView>(std::shared_ptr<TaskManager>,
-                                            std::shared_ptr<DashboardSettings>)>
-        makeDashboardView;
   };
 
   // Loads the settings; nothing else happens before the launch.

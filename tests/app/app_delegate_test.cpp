@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/blank_view.h"
+#include "dashboard/wallpaper_dashboard_view.h"
 #include "fakes/fixed_calendar.h"
 #include "fakes/manual_main_actor.h"
 #include "fakes/memory_app_service.h"
@@ -32,23 +32,15 @@ class AppDelegateTest : public testing::Test {
   }
 
   AppDelegate::Environment environment() {
-    return {defaults_,
-            service_,
-            server_,
-            center_,
-            actor_,
-            calendar_,
-            locale_,
-            [this] {
+    return {defaults_, service_, server_, center_, actor_, calendar_, locale_, [this] {
               server_.operations.emplace_back("store made");
               return store_;
-            },
-            [this](const std::shared_ptr<TaskManager>& manager,
-                   const std::shared_ptr<DashboardSettings>& settings) {
-              shownManagers_.push_back(manager);
-              shownSettings_.push_back(settings);
-              return std::make_shared<fakes::BlankView>();
             }};
+  }
+  // What the window shows.
+  WallpaperDashboardView& board(int window) {
+    const auto& root = server_.window(window)->contentView()->rootView;
+    return dynamic_cast<WallpaperDashboardView&>(*root);
   }
 
   fakes::ManualMainActor actor_;
@@ -60,8 +52,6 @@ class AppDelegateTest : public testing::Test {
   fakes::MemoryWindowServer server_;
   std::shared_ptr<fakes::MemoryEventStore> store_ =
       std::make_shared<fakes::MemoryEventStore>(actor_);
-  std::vector<std::shared_ptr<TaskManager>> shownManagers_;
-  std::vector<std::shared_ptr<DashboardSettings>> shownSettings_;
   std::shared_ptr<AppDelegate> delegate_;
 };
 
@@ -102,9 +92,17 @@ TEST_F(AppDelegateTest, TheTaskManagerIsMadeOnceAndSharedByEveryView) {
   launch();
   EXPECT_EQ(delegate().taskManager(), early);
   EXPECT_EQ(std::count(server_.operations.begin(), server_.operations.end(), "store made"), 1);
-  ASSERT_EQ(shownManagers_.size(), 2u);
-  for (const auto& shown : shownManagers_) EXPECT_EQ(shown, early);
-  for (const auto& shown : shownSettings_) EXPECT_EQ(shown, delegate().settings());
+  ASSERT_EQ(server_.visibleWindows(), (std::vector<int>{1, 2}));
+  EXPECT_NE(&board(1), &board(2));
+  const Date start = actor_.now() + 60;
+  early->events = std::vector<DashboardEvent>{{"e", "Talk", "Work", "work", start, start, false}};
+  for (const int window : {1, 2}) {
+    EXPECT_EQ(board(window).currentNextDeadline(actor_.now())->id, "event-e");
+  }
+  delegate().settings()->countdownIncludesEvents = false;
+  for (const int window : {1, 2}) {
+    EXPECT_EQ(board(window).currentNextDeadline(actor_.now()), std::nullopt);
+  }
 }
 
 TEST_F(AppDelegateTest, LaunchPlacesByTheStoredSettings) {
@@ -192,7 +190,6 @@ TEST_F(AppDelegateTest, SettingsChangedAfterTheDelegateIsGonePlaceNothing) {
   launch();
   const auto settings = delegate().settings();
   delegate_.reset();
-  shownManagers_.clear();
   server_.operations.clear();
   settings->showOnAllSpaces = false;
   settings->displayMode = DashboardDisplayMode::all;
@@ -203,7 +200,6 @@ TEST_F(AppDelegateTest, DestroyingTheDelegateEndsEverythingPending) {
   launch();
   actor_.runUntilIdle();
   delegate_.reset();
-  shownManagers_.clear();
   actor_.runUntilIdle();
   EXPECT_EQ(actor_.tasks().size(), 0u);
   EXPECT_EQ(actor_.pendingTimers(), 0u);

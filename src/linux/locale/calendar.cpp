@@ -105,6 +105,14 @@ class IcuSystemCalendar final : public SystemCalendar {
     return dayStart(date, 1);
   }
 
+  [[nodiscard]] std::string timeZoneName() const override {
+    icu::UnicodeString name;
+    const std::lock_guard lock(mutex_);
+    calendar_->getTimeZone().getID(name);
+    std::string text;
+    return name.toUTF8String(text);
+  }
+
   [[nodiscard]] std::optional<Date> dateByAddingDays(int days, Date date) const override {
     if (!isUsable(date)) return std::nullopt;
     const std::lock_guard lock(mutex_);

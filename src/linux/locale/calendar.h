@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "linux/locale/region.h"
 #include "platform/calendar.h"
@@ -16,6 +17,8 @@ class SystemCalendar : public Calendar {
  public:
   // The first instant of the local day after the one that holds `date`.
   [[nodiscard]] virtual Date startOfNextDay(Date date) const = 0;
+  // What the zone is called: an IANA name, or ICU's own name for an offset where there is none.
+  [[nodiscard]] virtual std::string timeZoneName() const = 0;
   // Looks again which zone the system is in. Call it after any news of the zone. Any thread.
   virtual void systemChanged() = 0;
 };

@@ -1,9 +1,11 @@
 #include "linux/locale/system_zone.h"
 
-#include <unicode/simpletz.h>
 #include <unicode/strenum.h>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <string_view>
 #include <system_error>
@@ -54,7 +56,16 @@ std::unique_ptr<icu::TimeZone> agreeingZone(const std::vector<Sample>& samples) 
   return nullptr;
 }
 
-constexpr const char* kFixed = "Local";
+// Custom zones of ICU are named by their offset.
+constexpr std::string_view kFixedPrefix = "GMT";
+
+std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
+  std::array<char, 16> name;
+  const int size = std::abs(offset);
+  std::snprintf(name.data(), name.size(), "%s%c%02d:%02d:%02d", kFixedPrefix.data(),
+                offset < 0 ? '-' : '+', size / 3600 % 24, size / 60 % 60, size % 60);
+  return std::unique_ptr<icu::TimeZone>(icu::TimeZone::createTimeZone(name.data()));
+}
 
 }  // namespace
 
@@ -73,12 +84,14 @@ std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now) 
   }
   if (auto zone = namedZone("Etc/UTC"); agrees(*zone, samples)) return zone;
   if (auto zone = agreeingZone(samples)) return zone;
-  return std::make_unique<icu::SimpleTimeZone>(samples.front().offset * 1000, fromUtf8(kFixed));
+  return fixedZone(samples.front().offset);
 }
 
 bool isFixed(const icu::TimeZone& zone) {
   icu::UnicodeString name;
-  return zone.getID(name) == fromUtf8(kFixed);
+  // "GMT", "GMT0" and "GMT+0" are names of zones like any other.
+  const auto text = toUtf8(zone.getID(name));
+  return text.starts_with(kFixedPrefix) && text.size() > std::string_view("GMT+0").size();
 }
 
 std::unique_ptr<icu::TimeZone> zoneOf(const Region& region, Date now) {

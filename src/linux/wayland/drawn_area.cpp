@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "view/pixel_grid.h"
+
 namespace orvane::host::wayland {
 namespace {
 
@@ -15,11 +17,12 @@ struct Span {
   int end = 0;
 };
 
-Span spanCovering(double begin, double end, int step, double limit) {
-  const double last = std::ceil(std::clamp(limit, 0.0, 65535.0));
-  const double low = std::floor(std::clamp(begin, 0.0, last) / step) * step;
-  const double high = std::ceil(std::clamp(end, 0.0, last) / step) * step;
-  return {static_cast<int>(low), static_cast<int>(std::min(high, last))};
+// From `begin` to `end`, widened to multiples of `step` as far as the output goes.
+Span spanCovering(int begin, int end, int step, double outputLength) {
+  const int last = static_cast<int>(std::ceil(std::clamp(outputLength, 0.0, 65535.0)));
+  const int low = std::clamp(begin, 0, last) / step * step;
+  const int high = (std::clamp(end, 0, last) + step - 1) / step * step;
+  return {low, std::min(high, last)};
 }
 
 SurfaceArea unionOf(const SurfaceArea& a, const SurfaceArea& b) {
@@ -36,8 +39,10 @@ SurfaceArea unionOf(const SurfaceArea& a, const SurfaceArea& b) {
 SurfaceArea areaCovering(const Rect& drawn, SurfaceScale scale, Size output) {
   if (drawn.isEmpty()) return {};
   const int step = scale.step() <= largestStep ? scale.step() : 1;
-  const Span across = spanCovering(drawn.x, drawn.right(), step, output.width);
-  const Span down = spanCovering(drawn.y, drawn.bottom(), step, output.height);
+  const Rect visible = intersectionOf(drawn, {0, 0, output.width, output.height});
+  const PixelRect points = pixelsCovering(visible, 1);
+  const Span across = spanCovering(points.x, points.x + points.width, step, output.width);
+  const Span down = spanCovering(points.y, points.y + points.height, step, output.height);
   return {across.begin, down.begin, across.end - across.begin, down.end - down.begin};
 }
 

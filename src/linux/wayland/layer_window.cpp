@@ -212,8 +212,9 @@ void LayerWindow::changeAll() { changed_.assign(1, Rect{0, 0, frame_.width, fram
 
 std::vector<PixelRect> LayerWindow::changedPixels() const {
   MissingPixels changed;
+  const Rect window{0, 0, frame_.width, frame_.height};
   for (const auto& rect : changed_) {
-    PixelRect pixels = pixelsCovering(rect, plane_.scale.factor());
+    PixelRect pixels = pixelsCovering(intersectionOf(rect, window), plane_.scale.factor());
     pixels.x -= plane_.origin.x;
     pixels.y -= plane_.origin.y;
     changed.add(clippedTo(pixels, plane_.size.width, plane_.size.height));

@@ -129,6 +129,14 @@ TEST_F(SystemZoneTest, RulesLikeNoneKeepThePresentOffsetAndSaySoOnce) {
   const auto said = testing::internal::GetCapturedStderr();
   EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
   EXPECT_EQ(calendar->startOfDay(kNow), Date{1795132800 - 4980});
+  EXPECT_EQ(calendar->timeZoneName(), "GMT+01:23");
+}
+
+TEST_F(SystemZoneTest, GreenwichIsAZoneWithAName) {
+  for (const char* name : {"GMT", "GMT0", "GMT+0", "Etc/GMT"}) {
+    system.environment["TZ"] = name;
+    EXPECT_FALSE(isFixed(*systemZone(system.places(), kNow))) << name;
+  }
 }
 
 TEST_F(SystemZoneTest, TheCalendarFollowsAChangeWhenTold) {
@@ -145,6 +153,7 @@ TEST_F(SystemZoneTest, TheCalendarFollowsAChangeWhenTold) {
   EXPECT_EQ(calendar->startOfDay(kNow), berlin);
   calendar->systemChanged();
   EXPECT_EQ(calendar->startOfDay(kNow), berlin + 6 * 3600);
+  EXPECT_EQ(calendar->timeZoneName(), "America/New_York");
   EXPECT_FALSE(calendar->isDateInToday(berlin));
 }
 

@@ -1,0 +1,165 @@
+// The composition of the program: the only file that names every adapter.
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/app_delegate.h"
+#include "app/command_line.h"
+#include "linux/calendars/calendar_roots.h"
+#include "linux/calendars/event_store.h"
+#include "linux/calendars/folder_provider.h"
+#include "linux/defaults/user_defaults.h"
+#include "linux/locale/calendar.h"
+#include "linux/locale/locale.h"
+#include "linux/mainloop/clock_watcher.h"
+#include "linux/mainloop/main_loop.h"
+#include "linux/mainloop/periodic_schedule.h"
+#include "linux/paint/fonts.h"
+#include "linux/paint/painter.h"
+#include "linux/paint/text_measurer.h"
+#include "platform/absent_app_service.h"
+#ifdef ORVANE_WAYLAND
+#include "linux/wayland/wayland_desktop.h"
+#endif
+#ifdef ORVANE_X11
+#include "linux/x11/x11_desktop.h"
+#endif
+
+namespace {
+
+using namespace orvane;
+
+constexpr int kSuccess = 0;
+constexpr int kNoDesktop = 1;
+
+std::optional<std::string> environmentVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value && *value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+// The reader lies beside the program in a build folder, and in the folder for programs that nobody
+// starts by hand when both are installed.
+std::string readerPath() {
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  const auto beside = program.parent_path() / "orvane-reader";
+  if (!unknown && std::filesystem::exists(beside, unknown)) return beside;
+  return ORVANE_LIBEXEC_DIR "/orvane-reader";
+}
+
+// Everything that a desktop's windows lean on.
+struct Stage {
+  MainActor& mainActor;
+  PeriodicSchedule& schedule;
+  NotificationCenter& notifications;
+  const TextMeasurer& measurer;
+  Painter& painter;
+  std::function<void()> onConnectionLost;
+};
+
+// The desktop that the environment names: the Wayland compositor where it has the layer shell, else
+// the X server. Null, with the reasons said, where neither can be had.
+std::unique_ptr<WindowServer> openDesktop(const Stage& stage) {
+  std::vector<std::string> failures;
+#ifdef ORVANE_WAYLAND
+  if (environmentVariable("WAYLAND_DISPLAY")) {
+    auto desktop =
+        host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
+                                  stage.measurer, stage.painter, stage.onConnectionLost});
+    if (desktop.server) return std::move(desktop.server);
+    failures.push_back(desktop.failure);
+  }
+#endif
+#ifdef ORVANE_X11
+  if (environmentVariable("DISPLAY")) {
+    auto desktop = host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications,
+                                         stage.measurer, stage.painter, stage.onConnectionLost});
+    if (desktop.server) return std::move(desktop.server);
+    failures.push_back(desktop.failure);
+  }
+#endif
+  if (failures.empty())
+    failures.emplace_back(
+        "there is no desktop to show the dashboard on: neither WAYLAND_DISPLAY nor "
+        "DISPLAY is set");
+  for (const auto& failure : failures) std::cerr << "orvane: " << failure << '\n';
+  return nullptr;
+}
+
+int runProgram() {
+  // What workers and suspended work may still use stands before the loop, so that it ends after.
+  const auto calendar = host::makeCalendar();
+  const auto locale = host::makeLocale();
+  const auto loop = host::makeMainLoop();
+  NotificationCenter notifications;
+  const auto schedule = host::makePeriodicSchedule();
+  const auto typesetter = host::makeTypesetter();
+  const auto measurer = host::makeTextMeasurer(typesetter);
+  const auto painter = host::makePainter(typesetter);
+
+  const auto desktop = openDesktop(
+      {*loop, *schedule, notifications, *measurer, *painter, [&loop] { loop->quit(kSuccess); }});
+  if (!desktop) return kNoDesktop;
+
+  const auto userDefaults = host::makeUserDefaults(host::userDefaultsPath(), *loop);
+  AbsentAppService appService;
+  std::weak_ptr<host::EventStore> eventStore;
+  const auto makeEventStore = [&]() -> std::shared_ptr<EKEventStore> {
+    host::EventStoreOptions options;
+    host::FolderOptions folders;
+    folders.roots = host::calendarRoots(environmentVariable);
+    folders.readerPath = readerPath();
+    folders.localTimeZone = [&calendar] { return calendar->timeZoneName(); };
+    options.providers.push_back(host::makeFolderProvider(std::move(folders), *loop));
+    options.instantOf = [&calendar](const DateComponents& due) { return calendar->date(due); };
+    std::shared_ptr<host::EventStore> store =
+        host::makeEventStore(std::move(options), *loop, notifications);
+    eventStore = store;
+    return store;
+  };
+  const auto delegate = AppDelegate::create({*userDefaults, appService, *desktop, notifications,
+                                             *loop, *calendar, *locale, makeEventStore});
+
+  host::ClockWatcherOptions clocks;
+  clocks.startOfNextDay = [&calendar](Date date) { return calendar->startOfNextDay(date); };
+  const auto clockWatcher =
+      host::makeClockWatcher(*loop, std::move(clocks), [&](host::ClockChange change) {
+        if (change == host::ClockChange::zone) {
+          calendar->systemChanged();
+          locale->systemChanged();
+        }
+        if (const auto store = eventStore.lock()) store->systemChanged();
+      });
+  const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(kSuccess); });
+  const auto onInterrupt = loop->onSignal(SIGINT, [&loop] { loop->quit(kSuccess); });
+  std::signal(SIGPIPE, SIG_IGN);  // a helper that went away is told by the write
+
+  delegate->applicationDidFinishLaunching();
+  return loop->run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  if (const auto answer = orvane::answerTo(arguments, ORVANE_VERSION)) {
+    (answer->status == 0 ? std::cout : std::cerr) << answer->text;
+    return answer->status;
+  }
+  try {
+    return runProgram();
+  } catch (const std::exception& error) {
+    std::cerr << "orvane: " << error.what() << '\n';
+    return 1;
+  }
+}

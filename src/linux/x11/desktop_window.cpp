@@ -1,0 +1,293 @@
+#include "linux/x11/desktop_window.h"
+
+#include <cmath>
+
+#include "linux/x11/properties.h"
+#include "linux/x11/window_level.h"
+
+namespace orvane::host::x11 {
+
+namespace {
+
+// A window manager that insists on another place or order is not fought forever.
+constexpr int patienceWithPlace = 3;
+constexpr int patienceWithOrder = 5;
+constexpr TimeInterval orderMemory = 10;
+
+PixelPoint cornerOf(const Rect& frame, double scale) {
+  return {static_cast<int>(std::lround(frame.x * scale)),
+          static_cast<int>(std::lround(frame.y * scale))};
+}
+
+}  // namespace
+
+DesktopWindow::DesktopWindow(const Surroundings& around, Rect contentRect)
+    : around_(around),
+      frame_(contentRect),
+      canvas_(around.connection, around.painter, around.rootPicture) {
+  events_ = around_.connection.events().subscribe([this](const auto& event) { handle(event); });
+  desktopChanges_ = around_.desktop.changed().subscribe([this] { desktopChanged(); });
+  stackChanges_ = around_.stack.changed().subscribe([this] { stackChanged(); });
+  pictureChanges_ = around_.rootPicture.changed().subscribe([this] { pictureChanged(); });
+}
+
+void DesktopWindow::setFrame(Rect frame, bool) {
+  frame_ = frame;
+  if (isOrderedIn_) place();
+}
+
+void DesktopWindow::setContentView(std::unique_ptr<NSHostingView> view) {
+  scene_.reset();
+  contentChanges_ = {};
+  lastInstant_.reset();
+  content_ = std::move(view);
+  if (content_ && content_->rootView) {
+    scene_ = std::make_unique<Scene>(content_->rootView, around_.measurer);
+    contentChanges_ = content_->rootView->onWillChange([this] { contentWillChange(); });
+  }
+  canvas_.drop();
+  if (isOrderedIn_) place();
+}
+
+void DesktopWindow::orderBack() {
+  isOrderedIn_ = true;
+  place();
+}
+
+void DesktopWindow::close() {
+  isOrderedIn_ = false;
+  board_.reset();
+  isMapped_ = false;
+  isObscured_ = false;
+  canvas_.drop();
+  area_.reset();
+  lastInstant_.reset();
+  followSight();
+}
+
+void DesktopWindow::place() {
+  const double scale = around_.screens.scale();
+  const auto corner = cornerOf(frame_, scale);
+  if (scale != scale_ || corner != corner_) canvas_.drop();
+  if (scale != scale_) area_.reset();
+  scale_ = scale;
+  corner_ = corner;
+  if (board_ && board_->style() != wantedStyle()) board_.reset();
+  if (board_) {
+    board_->setPassesClicks(properties.ignoresMouseEvents);
+    if (joinsAllSpaces() != joinedAllSpaces_) board_->setDesktop(wantedDesktop());
+    joinedAllSpaces_ = joinsAllSpaces();
+  }
+  render(currentInstant());
+  followSight();
+}
+
+BoardStyle DesktopWindow::wantedStyle() const {
+  const auto& kind = around_.desktop.kind();
+  BoardStyle style;
+  style.isTranslucent = kind.isCompositing && around_.connection.translucentVisual() != 0;
+  style.hints = isDesktopLevel(properties.level)
+                    ? hintsFor(kind.managerName, kind.hasDesktopWindow,
+                               joinsAllSpaces() ? Workspaces::all : Workspaces::one)
+                    : hintsForRaised(kind.managerName);
+  style.managerWindow = kind.managerWindow;
+  return style;
+}
+
+bool DesktopWindow::joinsAllSpaces() const {
+  return (properties.collectionBehavior & NSWindowCollectionBehavior::canJoinAllSpaces) != 0;
+}
+
+std::uint32_t DesktopWindow::wantedDesktop() const {
+  if (joinsAllSpaces()) return allDesktops;
+  const auto& connection = around_.connection;
+  return numberProperty(connection, connection.root(), connection.atom(Atom::netCurrentDesktop))
+      .value_or(0);
+}
+
+void DesktopWindow::makeBoard() {
+  joinedAllSpaces_ = joinsAllSpaces();
+  isMapped_ = false;
+  isObscured_ = false;
+  corrections_ = 0;
+  const auto& extent = canvas_.extent();
+  board_ = std::make_unique<BoardWindow>(
+      around_.connection, wantedStyle(),
+      PixelRect{extent.screen.x + extent.area.x, extent.screen.y + extent.area.y, extent.area.width,
+                extent.area.height},
+      wantedDesktop());
+  board_->setPassesClicks(properties.ignoresMouseEvents);
+  putAtBottom();
+}
+
+// Without a window manager the order is ours to keep.
+void DesktopWindow::putAtBottom() {
+  const auto& hints = board_->style().hints;
+  if (!hints.overrideRedirect || hints.above) return;
+  if (const auto desktop = around_.stack.findUnmanagedDesktop())
+    return board_->raiseAbove(*desktop, false);
+  board_->lower();
+}
+
+void DesktopWindow::render(Date now) {
+  if (!scene_ || around_.connection.isLost()) return;
+  lastInstant_ = now;
+  const auto damage = scene_->update(now, frame_.size());
+  const auto screen = pixelsCovering({0, 0, frame_.width, frame_.height}, scale_);
+  const auto needed = intersectionOf(pixelsCovering(scene_->bounds(), scale_), screen);
+  if (needed.isEmpty()) {
+    if (board_) board_->hide();
+    return;
+  }
+  const bool areaChanged = area_.update(needed, screen, now);
+  if (areaChanged || !canvas_.isReady() || !board_) return renderAll(area_.area());
+  std::vector<PixelRect> parts;
+  for (const auto& rect : damage) parts.push_back(pixelsCovering(rect, scale_));
+  paint(parts);
+  board_->show();
+}
+
+// The window on the server, and the memory of its picture, begin anew.
+void DesktopWindow::renderAll(const PixelRect& area) {
+  canvas_.begin({area, corner_, !wantedStyle().isTranslucent});
+  const PixelRect onRoot{corner_.x + area.x, corner_.y + area.y, area.width, area.height};
+  if (!board_) makeBoard();
+  if (board_->area() != onRoot) {
+    board_->place(onRoot);
+    putsAllWhenPlaced_ = true;
+    corrections_ = 0;
+  }
+  paint({area});
+  board_->show();
+}
+
+void DesktopWindow::paint(const std::vector<PixelRect>& parts) {
+  for (const auto& part : canvas_.paint(scene_->list(), scale_, parts)) {
+    board_->put(canvas_.pixels(), part);
+  }
+}
+
+// A change between two beats is drawn with the instant of the last one, so that it does not make a
+// second pass early.
+Date DesktopWindow::currentInstant() const {
+  const auto now = around_.actor.now();
+  const bool isBetweenBeats = lastInstant_ && *lastInstant_ <= now && now - *lastInstant_ < 1;
+  return isBetweenBeats ? *lastInstant_ : now;
+}
+
+bool DesktopWindow::isInSight() const {
+  if (!isOrderedIn_ || !scene_) return false;
+  // A window that has nothing to draw is not on the server, but what it shows may begin to be.
+  const bool isAbsentByChoice = !board_ || !board_->isWanted();
+  return isAbsentByChoice || (isMapped_ && !isObscured_);
+}
+
+void DesktopWindow::followSight() {
+  if (!isInSight()) {
+    beat_ = {};
+    rebuild_ = {};
+    return;
+  }
+  if (beat_) return;
+  beat_ = around_.schedule.everySecond([this](Date now) {
+    render(now);
+    followSight();
+  });
+}
+
+void DesktopWindow::contentWillChange() {
+  // What is out of sight is drawn whole when it comes back.
+  if (!isInSight()) return;
+  rebuild_ = around_.actor.after(Duration::zero(), [this] {
+    render(currentInstant());
+    followSight();
+  });
+}
+
+void DesktopWindow::handle(const xcb_generic_event_t& event) {
+  if (!board_) return;
+  const auto came = [&] {
+    if (isInSight() && !beat_) render(currentInstant());
+    followSight();
+  };
+  switch (typeOf(event)) {
+    case XCB_EXPOSE:
+      if (as<xcb_expose_event_t>(event).window == board_->id()) {
+        expose(as<xcb_expose_event_t>(event));
+      }
+      break;
+    case XCB_VISIBILITY_NOTIFY: {
+      const auto& seen = as<xcb_visibility_notify_event_t>(event);
+      if (seen.window != board_->id()) break;
+      isObscured_ = seen.state == XCB_VISIBILITY_FULLY_OBSCURED;
+      came();
+      break;
+    }
+    case XCB_MAP_NOTIFY:
+      if (as<xcb_map_notify_event_t>(event).window != board_->id()) break;
+      isMapped_ = true;
+      // xfwm4 takes a window's input shape over to its frame only when it changes while the window
+      // is managed, which it is now.
+      board_->setPassesClicks(properties.ignoresMouseEvents);
+      came();
+      break;
+    case XCB_UNMAP_NOTIFY:
+      if (as<xcb_unmap_notify_event_t>(event).window != board_->id()) break;
+      isMapped_ = false;
+      followSight();
+      break;
+    case XCB_CONFIGURE_NOTIFY:
+      configured(as<xcb_configure_notify_event_t>(event), isSentByClient(event));
+      break;
+    default:
+      break;
+  }
+}
+
+void DesktopWindow::expose(const xcb_expose_event_t& event) {
+  if (canvas_.isReady()) {
+    board_->put(canvas_.pixels(), {event.x, event.y, event.width, event.height});
+  }
+}
+
+// Only events from the window manager, or for a window that it does not manage, have coordinates of
+// the root; those from the server are relative to a frame that may be around the window.
+void DesktopWindow::configured(const xcb_configure_notify_event_t& event, bool isFromManager) {
+  if (event.window != board_->id()) return;
+  if (putsAllWhenPlaced_ && canvas_.isReady()) {
+    const auto& area = canvas_.extent().area;
+    board_->put(canvas_.pixels(), {0, 0, area.width, area.height});
+  }
+  if (!isFromManager && !board_->style().hints.overrideRedirect) return;
+  const PixelRect actual{event.x, event.y, event.width, event.height};
+  if (actual == board_->area()) {
+    putsAllWhenPlaced_ = false;
+    return;
+  }
+  if (++corrections_ <= patienceWithPlace) board_->place(board_->area());
+}
+
+void DesktopWindow::desktopChanged() {
+  if (isOrderedIn_ && board_) place();
+}
+
+void DesktopWindow::stackChanged() {
+  if (!board_ || !board_->style().hints.below) return;
+  const auto desktop = around_.stack.desktopAbove(board_->id());
+  if (!desktop) return;
+  const auto now = around_.actor.now();
+  if (std::abs(now - restacksSince_) > orderMemory) {
+    restacksSince_ = now;
+    restacks_ = 0;
+  }
+  if (++restacks_ <= patienceWithOrder)
+    board_->raiseAbove(*desktop, around_.desktop.kind().restacksOnRequest);
+}
+
+void DesktopWindow::pictureChanged() {
+  if (!board_ || !canvas_.isReady() || !canvas_.extent().isOpaque) return;
+  canvas_.fetchBackdrop();
+  paint({canvas_.extent().area});
+}
+
+}  // namespace orvane::host::x11

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <memory>
+
+#include "foundation/main_actor.h"
+#include "linux/x11/board_window.h"
+#include "linux/x11/canvas.h"
+#include "linux/x11/client_stack.h"
+#include "linux/x11/desktop_watch.h"
+#include "linux/x11/drawn_area.h"
+#include "linux/x11/root_picture.h"
+#include "linux/x11/screen_list.h"
+#include "platform/ns_window.h"
+#include "platform/periodic_schedule.h"
+#include "view/scene.h"
+
+namespace orvane::host::x11 {
+
+// What the windows of one display share; all of it outlives them.
+struct Surroundings {
+  Connection& connection;
+  MainActor& actor;
+  PeriodicSchedule& schedule;
+  const TextMeasurer& measurer;
+  Painter& painter;
+  ScreenList& screens;
+  ClientStack& stack;
+  DesktopWatch& desktop;
+  RootPicture& rootPicture;
+};
+
+// A window as the logic knows it. To the logic it covers its screen; on the server it is no larger
+// than what is drawn, exists only while something is, and beats only while it can be seen.
+class DesktopWindow final : public NSWindow {
+ public:
+  DesktopWindow(const Surroundings& around, Rect contentRect);
+
+  [[nodiscard]] Rect frame() const override { return frame_; }
+  void setFrame(Rect frame, bool display) override;
+  [[nodiscard]] NSHostingView* contentView() override { return content_.get(); }
+  void setContentView(std::unique_ptr<NSHostingView> view) override;
+  void orderBack() override;
+  void close() override;
+
+ private:
+  // Brings the window on the server in line with properties, frame and desktop.
+  void place();
+  void makeBoard();
+  [[nodiscard]] BoardStyle wantedStyle() const;
+  [[nodiscard]] std::uint32_t wantedDesktop() const;
+  [[nodiscard]] bool joinsAllSpaces() const;
+  void putAtBottom();
+
+  // Draws what the content is at the instant.
+  void render(Date now);
+  void renderAll(const PixelRect& area);
+  void paint(const std::vector<PixelRect>& parts);
+  [[nodiscard]] Date currentInstant() const;
+
+  // Begins or ends the beat as the window comes into sight or is lost from it.
+  void followSight();
+  [[nodiscard]] bool isInSight() const;
+  void contentWillChange();
+
+  void handle(const xcb_generic_event_t& event);
+  void expose(const xcb_expose_event_t& event);
+  void configured(const xcb_configure_notify_event_t& event, bool isFromManager);
+  void desktopChanged();
+  void stackChanged();
+  void pictureChanged();
+
+  Surroundings around_;
+  Rect frame_;
+  double scale_ = 1;
+  PixelPoint corner_;  // of the frame on the root
+  std::unique_ptr<NSHostingView> content_;
+  std::unique_ptr<Scene> scene_;
+
+  bool isOrderedIn_ = false;
+  bool isMapped_ = false;
+  bool isObscured_ = false;
+  bool joinedAllSpaces_ = false;
+  std::uint32_t desktopNumber_ = allDesktops;
+  int corrections_ = 0;  // of its place, against a window manager that puts it elsewhere
+  bool putsAllWhenPlaced_ = false;
+  int restacks_ = 0;
+  Date restacksSince_;
+
+  DrawnArea area_;
+  Canvas canvas_;
+  std::unique_ptr<BoardWindow> board_;
+  std::optional<Date> lastInstant_;
+
+  Subscription beat_;
+  Subscription contentChanges_;
+  Subscription rebuild_;
+  Subscription events_;
+  Subscription desktopChanges_;
+  Subscription stackChanges_;
+  Subscription pictureChanges_;
+};
+
+}  // namespace orvane::host::x11

@@ -1,0 +1,88 @@
+#include "linux/x11/event_source.h"
+
+#include <glib.h>
+
+#include <utility>
+
+namespace orvane::host::x11 {
+
+// What GLib allocates. It is plain memory to GLib, so the C++ members live behind pointers.
+struct EventSource::Source {
+  GSource base;
+  Connection* connection;
+  std::function<void()>* onLost;
+  xcb_generic_event_t* pending;  // the next event, read but not delivered
+  gpointer tag;
+};
+
+namespace {
+
+template <class S>
+S* self(GSource* source) {
+  return reinterpret_cast<S*>(source);
+}
+
+template <class S>
+gboolean prepare(GSource* source, gint* timeout) {
+  auto* my = self<S>(source);
+  *timeout = -1;
+  auto* connection = my->connection->handle();
+  // Flushing may read; so it comes before looking at what was read.
+  xcb_flush(connection);
+  if (my->pending == nullptr) my->pending = xcb_poll_for_queued_event(connection);
+  return my->pending != nullptr || my->connection->isLost();
+}
+
+template <class S>
+gboolean check(GSource* source) {
+  auto* my = self<S>(source);
+  if (g_source_query_unix_fd(source, my->tag) != 0 && my->pending == nullptr) {
+    my->pending = xcb_poll_for_event(my->connection->handle());
+  }
+  return my->pending != nullptr || my->connection->isLost();
+}
+
+template <class S>
+gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
+  auto* my = self<S>(source);
+  while (my->pending != nullptr) {
+    const Reply<xcb_generic_event_t> event(std::exchange(my->pending, nullptr));
+    my->connection->deliver(*event);
+    if (g_source_is_destroyed(source)) return G_SOURCE_REMOVE;
+    my->pending = xcb_poll_for_queued_event(my->connection->handle());
+  }
+  if (!my->connection->isLost()) return G_SOURCE_CONTINUE;
+  // A copy, since what is called may destroy us.
+  const auto onLost = *my->onLost;
+  onLost();
+  return G_SOURCE_REMOVE;
+}
+
+template <class S>
+void finalize(GSource* source) {
+  auto* my = self<S>(source);
+  std::free(my->pending);
+  delete my->onLost;
+}
+
+}  // namespace
+
+EventSource::EventSource(Connection& connection, std::function<void()> onLost) {
+  static GSourceFuncs functions = {prepare<Source>,  check<Source>, dispatch<Source>,
+                                   finalize<Source>, nullptr,       nullptr};
+  GSource* source = g_source_new(&functions, sizeof(Source));
+  source_ = reinterpret_cast<Source*>(source);
+  source_->connection = &connection;
+  source_->onLost = new std::function<void()>(std::move(onLost));
+  source_->tag =
+      g_source_add_unix_fd(source, xcb_get_file_descriptor(connection.handle()), G_IO_IN);
+  g_source_set_name(source, "X11 events");
+  g_source_attach(source, nullptr);
+}
+
+EventSource::~EventSource() {
+  g_source_destroy(&source_->base);
+  g_source_unref(&source_->base);
+}
+
+}  // namespace orvane::host::x11

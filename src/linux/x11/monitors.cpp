@@ -1,0 +1,118 @@
+#include "linux/x11/monitors.h"
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane::host::x11 {
+
+namespace {
+
+// FNV-1a, 32 bits: offset basis and prime as published by its authors.
+class Hash {
+ public:
+  void add(const std::string& text) {
+    for (const char c : text) addByte(static_cast<unsigned char>(c));
+    addByte(0);  // so that no two lists of texts run into each other
+  }
+  [[nodiscard]] std::uint32_t value() const { return value_; }
+
+ private:
+  void addByte(unsigned char byte) { value_ = (value_ ^ byte) * 16777619U; }
+  std::uint32_t value_ = 2166136261U;
+};
+
+Rect inPoints(const PixelRect& pixels, double scale) {
+  return {pixels.x / scale, pixels.y / scale, pixels.width / scale, pixels.height / scale};
+}
+
+std::string nameOf(const Connection& connection, xcb_atom_t atom) {
+  const Reply<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(
+      connection.handle(), xcb_get_atom_name(connection.handle(), atom), nullptr));
+  if (!reply) return {};
+  return {xcb_get_atom_name_name(reply.get()),
+          static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
+}
+
+MonitorModel modelOf(const Connection& connection, xcb_randr_output_t output) {
+  constexpr std::uint32_t longs = 64;  // two blocks, of which the first has the names
+  const auto asked =
+      xcb_randr_get_output_property(connection.handle(), output, connection.atom(Atom::edid),
+                                    XCB_GET_PROPERTY_TYPE_ANY, 0, longs, 0, 0);
+  xcb_generic_error_t* error = nullptr;
+  const Reply<xcb_randr_get_output_property_reply_t> reply(
+      xcb_randr_get_output_property_reply(connection.handle(), asked, &error));
+  const Reply<xcb_generic_error_t> owned(error);
+  if (!reply || reply->format != 8) return {};
+  const auto* bytes = xcb_randr_get_output_property_data(reply.get());
+  return modelFromEdid(
+      {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(reply->num_items)});
+}
+
+Monitor monitorOf(const Connection& connection, const xcb_randr_monitor_info_t& info) {
+  Monitor monitor{nameOf(connection, info.name),
+                  {},
+                  {info.x, info.y, info.width, info.height},
+                  info.primary != 0};
+  if (xcb_randr_monitor_info_outputs_length(&info) > 0) {
+    monitor.model = modelOf(connection, *xcb_randr_monitor_info_outputs(&info));
+  }
+  return monitor;
+}
+
+// Two boards on top of each other would serve nobody.
+bool isMirror(const std::vector<Monitor>& earlier, const Monitor& monitor) {
+  return std::any_of(earlier.begin(), earlier.end(),
+                     [&](const Monitor& other) { return other.frame == monitor.frame; });
+}
+
+}  // namespace
+
+std::vector<Monitor> queryMonitors(const Connection& connection) {
+  if (!connection.hasMonitors()) return {Monitor{{}, {}, connection.rootFrame(), true}};
+  const Reply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
+      connection.handle(), xcb_randr_get_monitors(connection.handle(), connection.root(), 1),
+      nullptr));
+  if (!reply) return {};
+  std::vector<Monitor> monitors;
+  auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
+  for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
+    auto monitor = monitorOf(connection, *infos.data);
+    if (!monitor.frame.isEmpty() && !isMirror(monitors, monitor)) {
+      monitors.push_back(std::move(monitor));
+    }
+  }
+  return monitors;
+}
+
+std::optional<std::int64_t> screenNumber(const Monitor& monitor) {
+  if (monitor.connector.empty()) return std::nullopt;
+  Hash hash;
+  hash.add(monitor.connector);
+  hash.add(monitor.model.make);
+  hash.add(monitor.model.model);
+  return std::max<std::int64_t>(hash.value() & 0x7fffffffU, 1);
+}
+
+std::optional<std::size_t> mainMonitor(const std::vector<Monitor>& monitors) {
+  if (monitors.empty()) return std::nullopt;
+  const auto rank = [](const Monitor& monitor) {
+    const double x = monitor.frame.x;
+    const double y = monitor.frame.y;
+    return std::tuple(!monitor.isPrimary, x * x + y * y, monitor.connector);
+  };
+  const auto first =
+      std::min_element(monitors.begin(), monitors.end(),
+                       [&](const auto& a, const auto& b) { return rank(a) < rank(b); });
+  return static_cast<std::size_t>(first - monitors.begin());
+}
+
+NSScreen screenOf(const Monitor& monitor, double scale, const std::optional<PixelRect>& workArea) {
+  const auto whole = inPoints(monitor.frame, scale);
+  const auto free = workArea ? intersectionOf(monitor.frame, *workArea) : PixelRect{};
+  return {whole, free.isEmpty() ? whole : inPoints(free, scale), screenNumber(monitor),
+          monitor.connector};
+}
+
+}  // namespace orvane::host::x11

@@ -1,0 +1,71 @@
+#include "linux/x11/protocol_error.h"
+
+#include <array>
+
+namespace orvane::host::x11 {
+
+namespace {
+
+struct Named {
+  int code;
+  const char* name;
+};
+
+// The core requests that this adapter makes.
+constexpr std::array requests = {
+    Named{XCB_CREATE_WINDOW, "CreateWindow"},
+    Named{XCB_CHANGE_WINDOW_ATTRIBUTES, "ChangeWindowAttributes"},
+    Named{XCB_DESTROY_WINDOW, "DestroyWindow"},
+    Named{XCB_MAP_WINDOW, "MapWindow"},
+    Named{XCB_UNMAP_WINDOW, "UnmapWindow"},
+    Named{XCB_CONFIGURE_WINDOW, "ConfigureWindow"},
+    Named{XCB_CHANGE_PROPERTY, "ChangeProperty"},
+    Named{XCB_SEND_EVENT, "SendEvent"},
+    Named{XCB_CREATE_PIXMAP, "CreatePixmap"},
+    Named{XCB_FREE_PIXMAP, "FreePixmap"},
+    Named{XCB_CREATE_GC, "CreateGC"},
+    Named{XCB_FREE_GC, "FreeGC"},
+    Named{XCB_POLY_FILL_RECTANGLE, "PolyFillRectangle"},
+    Named{XCB_PUT_IMAGE, "PutImage"},
+    Named{XCB_CREATE_COLORMAP, "CreateColormap"},
+    Named{XCB_FREE_COLORMAP, "FreeColormap"},
+};
+
+constexpr std::array errors = {
+    Named{XCB_REQUEST, "BadRequest"},
+    Named{XCB_VALUE, "BadValue"},
+    Named{XCB_WINDOW, "BadWindow"},
+    Named{XCB_PIXMAP, "BadPixmap"},
+    Named{XCB_ATOM, "BadAtom"},
+    Named{XCB_CURSOR, "BadCursor"},
+    Named{XCB_FONT, "BadFont"},
+    Named{XCB_MATCH, "BadMatch"},
+    Named{XCB_DRAWABLE, "BadDrawable"},
+    Named{XCB_ACCESS, "BadAccess"},
+    Named{XCB_ALLOC, "BadAlloc"},
+    Named{XCB_COLORMAP, "BadColor"},
+    Named{XCB_G_CONTEXT, "BadGC"},
+    Named{XCB_ID_CHOICE, "BadIDChoice"},
+    Named{XCB_NAME, "BadName"},
+    Named{XCB_LENGTH, "BadLength"},
+    Named{XCB_IMPLEMENTATION, "BadImplementation"},
+};
+
+template <class Table>
+std::string nameIn(const Table& table, int code, const std::string& otherwise) {
+  for (const Named& named : table) {
+    if (named.code == code) return named.name;
+  }
+  return otherwise;
+}
+
+}  // namespace
+
+std::string describe(const xcb_generic_error_t& error) {
+  const std::string request =
+      "request " + std::to_string(error.major_code) + "." + std::to_string(error.minor_code);
+  return "The X server refused " + nameIn(requests, error.major_code, request) + ": " +
+         nameIn(errors, error.error_code, "error " + std::to_string(error.error_code)) + ".";
+}
+
+}  // namespace orvane::host::x11

@@ -1,0 +1,50 @@
+// linux/x11/ shows the program's windows on X servers: it is the WindowServer of every desktop that
+// speaks X11, with and without a window manager or a compositing manager.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "view/pixel_grid.h"
+
+namespace orvane::host::x11 {
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+// Replies, errors and events are memory that the caller of xcb frees.
+template <class T>
+using Reply = std::unique_ptr<T, FreeMemory>;
+
+// An event seen as the kind that its type says it is.
+template <class T>
+const T& as(const xcb_generic_event_t& event) {
+  return reinterpret_cast<const T&>(event);
+}
+// Without the bit that marks events sent by other clients.
+inline int typeOf(const xcb_generic_event_t& event) { return event.response_type & 0x7f; }
+inline bool isSentByClient(const xcb_generic_event_t& event) {
+  return (event.response_type & 0x80) != 0;
+}
+
+// The protocol's coordinates have 16 bits; what lies beyond them cannot be shown.
+constexpr std::int16_t coordinate(int value) {
+  return static_cast<std::int16_t>(std::clamp(value, -32768, 32767));
+}
+constexpr std::uint16_t extent(int value) {
+  return static_cast<std::uint16_t>(std::clamp(value, 0, 32767));
+}
+
+constexpr PixelRect intersectionOf(const PixelRect& a, const PixelRect& b) {
+  const int x = std::max(a.x, b.x);
+  const int y = std::max(a.y, b.y);
+  const int right = std::min(a.x + a.width, b.x + b.width);
+  const int bottom = std::min(a.y + a.height, b.y + b.height);
+  return right <= x || bottom <= y ? PixelRect{} : PixelRect{x, y, right - x, bottom - y};
+}
+
+}  // namespace orvane::host::x11

@@ -1,0 +1,160 @@
+"""What every headless desktop of the tests has in common: a scratch folder, an unprivileged user,
+processes that are started together and never outlive the test."""
+
+import os
+import pwd
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+# Where the build put the programs that are started.
+BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
+
+
+def eventually(what, condition, seconds=20):
+    """Waits until the condition answers something true, which is returned."""
+    limit = time.monotonic() + seconds
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > limit:
+            raise AssertionError("waited %s s in vain: %s" % (seconds, what))
+        time.sleep(0.05)
+
+
+class Running:
+    """A process of the session, with what it wrote so far."""
+
+    def __init__(self, name, process, output_path):
+        self.name = name
+        self.process = process
+        self._output_path = output_path
+
+    @property
+    def output(self):
+        with open(self._output_path, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    @property
+    def lines(self):
+        return self.output.splitlines()
+
+    def is_running(self):
+        return self.process.poll() is None
+
+    def end(self, how=signal.SIGTERM, seconds=20):
+        """Asks it to end, and answers its exit status (negative: the signal that ended it)."""
+        if self.is_running():
+            self.process.send_signal(how)
+        return self.process.wait(timeout=seconds)
+
+
+class DesktopSession:
+    """Use as a context manager: on the way out, everything that was started is ended."""
+
+    def __init__(self):
+        self.folder = tempfile.mkdtemp(prefix="orvane-desktop-")
+        self._running = []
+        self._count = 0
+        # Display servers refuse to run as root, and so should the program be tried.
+        self._as_user = []
+        if os.geteuid() == 0:
+            nobody = pwd.getpwnam("nobody")
+            os.chown(self.folder, nobody.pw_uid, nobody.pw_gid)
+            self._as_user = ["setpriv", "--reuid", str(nobody.pw_uid), "--regid", str(nobody.pw_gid)]
+            self._as_user.append("--clear-groups")
+        self.environment = self._plain_environment()
+
+    def _plain_environment(self):
+        kept = {key: os.environ[key] for key in ("PATH", "LANG") if key in os.environ}
+        kept.update({key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")})
+        kept.update({"HOME": self.folder, "XDG_RUNTIME_DIR": self.folder, "TZ": "UTC"})
+        return kept
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, error, trace):
+        if error is not None:
+            self._tell()
+        for running in reversed(self._running):
+            self._kill(running)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def _tell(self):
+        for running in self._running:
+            print("---- %s, exit status %s" % (running.name, running.process.poll()))
+            print(running.output[-4000:])
+
+    @staticmethod
+    def _kill(running):
+        # Each leads a process group of its own, so its children go with it.
+        for how, seconds in ((signal.SIGTERM, 5), (signal.SIGKILL, 5)):
+            try:
+                os.killpg(running.process.pid, how)
+            except ProcessLookupError:
+                pass
+            try:
+                running.process.wait(timeout=seconds)
+                break
+            except subprocess.TimeoutExpired:
+                continue
+        try:
+            os.killpg(running.process.pid, signal.SIGKILL)
+        except ProcessLookupError:
+            pass
+
+    def path(self, *parts):
+        return os.path.join(self.folder, *parts)
+
+    def start(self, *command, environment=None):
+        """Starts a program of the system, or of the build when it is named by `program()`."""
+        self._count += 1
+        output_path = self.path("output-%d" % self._count)
+        with open(output_path, "wb") as output:
+            process = subprocess.Popen(
+                self._as_user + list(command),
+                stdin=subprocess.DEVNULL,
+                stdout=output,
+                stderr=subprocess.STDOUT,
+                env={**self.environment, **(environment or {})},
+                cwd=self.folder,
+                start_new_session=True,
+            )
+        running = Running(os.path.basename(command[0]), process, output_path)
+        self._running.append(running)
+        return running
+
+    def ask(self, *command):
+        """Runs a command to its end and answers what it wrote."""
+        done = subprocess.run(
+            self._as_user + list(command),
+            stdin=subprocess.DEVNULL,
+            capture_output=True,
+            env=self.environment,
+            cwd=self.folder,
+            timeout=30,
+            check=False,
+        )
+        if done.returncode != 0:
+            raise AssertionError("%s: %s%s" % (" ".join(command), done.stdout, done.stderr))
+        return done.stdout
+
+
+def program(*parts):
+    """A program that the build made."""
+    path = os.path.join(os.path.abspath(BUILD), *parts)
+    if not os.access(path, os.X_OK):
+        raise AssertionError("%s was not built" % path)
+    return path
+
+
+def run_tests():
+    """Runs the tests that the command line names; naming none is a failure, too."""
+    done = unittest.main(module="__main__", exit=False).result
+    sys.exit(0 if done.wasSuccessful() and done.testsRun > 0 else 1)

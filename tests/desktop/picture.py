@@ -1,0 +1,64 @@
+"""Screenshots as values: read from a PPM, asked for their pixels."""
+
+
+class Picture:
+    """width × height pixels; pixel(x, y) is a tuple of red, green and blue in 0…255."""
+
+    def __init__(self, width, height, data):
+        self.width = width
+        self.height = height
+        self._data = data
+
+    @classmethod
+    def from_ppm(cls, content):
+        """Of the binary kind with 255 levels and no comments, as grim and others write it."""
+        fields = content.split(maxsplit=4)
+        if len(fields) < 4 or fields[0] != b"P6" or fields[3] != b"255":
+            raise ValueError("not a PPM of 255 levels")
+        width, height = int(fields[1]), int(fields[2])
+        size = 3 * width * height
+        # One white space ends the header; a pixel may look like another.
+        return cls(width, height, content[len(content) - size :])
+
+    def pixel(self, x, y):
+        start = 3 * (y * self.width + x)
+        return tuple(self._data[start : start + 3])
+
+    def count(self, color, left=0, top=0, right=None, bottom=None):
+        """How many pixels of a rectangle, whose right and bottom are outside, have the color."""
+        right = self.width if right is None else right
+        bottom = self.height if bottom is None else bottom
+        found = 0
+        for y in range(top, bottom):
+            row = self._data[3 * (y * self.width + left) : 3 * (y * self.width + right)]
+            found += sum(
+                1 for i in range(0, len(row), 3) if row[i] == color[0] and row[i + 1] == color[1] and row[i + 2] == color[2]
+            )
+        return found
+
+    def differing_box(self, other):
+        """(left, top, right, bottom) around the pixels in which the two differ, or None."""
+        if (self.width, self.height) != (other.width, other.height):
+            return (0, 0, max(self.width, other.width), max(self.height, other.height))
+        stride = 3 * self.width
+        rows = [
+            y
+            for y in range(self.height)
+            if self._data[y * stride : (y + 1) * stride] != other._data[y * stride : (y + 1) * stride]
+        ]
+        if not rows:
+            return None
+        columns = set()
+        for y in rows:
+            for x in range(self.width):
+                if self.pixel(x, y) != other.pixel(x, y):
+                    columns.add(x)
+        return (min(columns), rows[0], max(columns) + 1, rows[-1] + 1)
+
+    def __eq__(self, other):
+        return (self.width, self.height, self._data) == (other.width, other.height, other._data)
+
+    def save(self, path):
+        with open(path, "wb") as file:
+            file.write(b"P6\n%d %d\n255\n" % (self.width, self.height))
+            file.write(self._data)

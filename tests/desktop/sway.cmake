@@ -1,0 +1,52 @@
+# What the sway tests start: a probe around the adapter, and neighbours of its board.
+add_executable(wayland_probe wayland_probe.cpp)
+target_link_libraries(wayland_probe PRIVATE orvane_common orvane_mainloop orvane_wayland)
+target_include_directories(wayland_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+
+find_package(PkgConfig REQUIRED)
+pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
+set(pointer_protocol "${CMAKE_CURRENT_SOURCE_DIR}/protocol/wlr-virtual-pointer-unstable-v1.xml")
+set(pointer_base "${CMAKE_CURRENT_BINARY_DIR}/protocol/wlr-virtual-pointer-unstable-v1")
+add_custom_command(
+  OUTPUT "${pointer_base}-client.h" "${pointer_base}.c"
+  COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/protocol"
+  COMMAND ${WAYLAND_SCANNER} client-header "${pointer_protocol}" "${pointer_base}-client.h"
+  COMMAND ${WAYLAND_SCANNER} private-code "${pointer_protocol}" "${pointer_base}.c"
+  DEPENDS "${pointer_protocol}"
+  VERBATIM)
+add_library(desktop_protocols STATIC "${pointer_base}.c" "${pointer_base}-client.h")
+target_include_directories(desktop_protocols SYSTEM PUBLIC "${CMAKE_CURRENT_BINARY_DIR}/protocol")
+target_link_libraries(desktop_protocols PUBLIC orvane_wayland_protocols)
+
+add_executable(sway_client sway_client.cpp)
+target_link_libraries(sway_client PRIVATE orvane_common desktop_protocols)
+set_target_properties(wayland_probe sway_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+                      "${CMAKE_BINARY_DIR}/tests")
+
+# sway_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest. What measures
+# time runs alone.
+function(sway_test script class)
+  foreach(test ${ARGN})
+    set(name "sway.${class}.${test}")
+    add_test(NAME "${name}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 120 ENVIRONMENT
+                         "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+    if(class STREQUAL "Seconds" OR class STREQUAL "Changes")
+      set_tests_properties("${name}" PROPERTIES RUN_SERIAL ON)
+    endif()
+  endforeach()
+endfunction()
+
+set(script sway_probe_test.py)
+sway_test(${script} Standing on_the_main_screen_alone on_every_screen moves_with_the_main_screen
+          follows_a_changed_scale covers_only_what_is_drawn)
+sway_test(${script} Neighbours clicks_go_through
+          clicks_do_not_go_through_a_board_that_takes_them windows_cover_it
+          windows_do_not_cover_a_raised_board stands_above_the_background)
+sway_test(${script} Outputs come_and_go_beside_the_board take_the_board_along none_for_a_while)
+sway_test(${script} Changes are_shown_at_once to_nothing_take_the_surface_away_and_back)
+sway_test(${script} End leaves_nothing lost_compositor_is_told_in_one_sentence
+          no_compositor_is_told_in_one_sentence)
+sway_test(${script} Seconds never_skip_nor_repeat are_drawn_on_the_second change_only_their_digits
+          agree_with_the_clock are_not_drawn_while_nothing_is_shown)

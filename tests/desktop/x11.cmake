@@ -1,0 +1,17 @@
+# The X11 windows on real servers: Xvfb, with xfwm4 and xfdesktop and without.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(ORVANE_X11_TEST REQUIRED IMPORTED_TARGET xcb xcb-damage xcb-xtest)
+
+# A small program around the real windows, with a board that can be read back from a picture.
+add_executable(x11_probe x11_probe.cpp x11_block_painter.cpp)
+target_link_libraries(x11_probe PRIVATE orvane_logic orvane_common orvane_x11 orvane_mainloop)
+target_include_directories(x11_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+set_target_properties(x11_probe PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+
+orvane_test(NAME x11_desktop_test
+  SOURCES x11_bare_test.cpp x11_block_painter.cpp x11_child_process.cpp x11_observer.cpp
+          x11_probe_board.cpp x11_session.cpp x11_xfce_test.cpp
+  LIBRARIES PkgConfig::ORVANE_X11_TEST
+  PROPERTIES LABELS desktop)
+target_compile_definitions(x11_desktop_test PRIVATE ORVANE_X11_PROBE="$<TARGET_FILE:x11_probe>")
+add_dependencies(x11_desktop_test x11_probe)

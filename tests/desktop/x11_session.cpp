@@ -1,0 +1,131 @@
+#include "x11_session.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "x11_observer.h"
+
+namespace orvane::desktop_test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The first whole line of digits alone; empty when there is none.
+std::string numberIn(const std::string& output) {
+  std::istringstream lines(output.substr(0, output.rfind('\n') + 1));
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) return line;
+  }
+  return {};
+}
+
+}  // namespace
+
+ScratchFolder::ScratchFolder() {
+  std::string name = (fs::temp_directory_path() / "orvane-x11-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
+  path_ = name;
+}
+
+ScratchFolder::~ScratchFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
+Session::Session(std::vector<std::string> serverOptions) {
+  const auto home = folder_.path();
+  fs::create_directories(home / "run");
+  fs::permissions(home / "run", fs::perms::owner_all);
+  environment_ = {{"HOME", home},
+                  {"XDG_RUNTIME_DIR", home / "run"},
+                  {"XDG_CONFIG_HOME", home / "config"},
+                  {"XDG_CACHE_HOME", home / "cache"},
+                  {"XDG_DATA_HOME", home / "data"},
+                  {"XDG_STATE_HOME", home / "state"},
+                  {"WAYLAND_DISPLAY", ""},
+                  {"LC_ALL", "C.UTF-8"},
+                  {"GIO_USE_VFS", "local"},
+                  {"GSETTINGS_BACKEND", "memory"},
+                  {"NO_AT_BRIDGE", "1"}};
+  startServer(serverOptions);
+}
+
+// The server looks for a free number itself and tells it on its standard output, between what it
+// says of the numbers that were taken.
+void Session::startServer(const std::vector<std::string>& options) {
+  std::vector<std::string> command = {"Xvfb", "-displayfd",  "1",         "-screen",
+                                      "0",    "1600x900x24", "-nolisten", "tcp"};
+  command.insert(command.end(), options.begin(), options.end());
+  server_ = start(std::move(command));
+  std::string number;
+  eventually([&] {
+    number = numberIn(server_->output());
+    return !number.empty() || server_->status();
+  });
+  if (number.empty()) throw std::runtime_error("Xvfb does not start: " + server_->output());
+  display_ = ":" + number;
+  environment_["DISPLAY"] = display_;
+}
+
+std::unique_ptr<ChildProcess> Session::start(std::vector<std::string> command) const {
+  return std::make_unique<ChildProcess>(std::move(command), environment_);
+}
+
+void Session::startBus() {
+  if (bus_) return;
+  bus_ = start({"dbus-daemon", "--session", "--nofork", "--print-address=1"});
+  const auto address = bus_->firstLine();
+  if (address.empty()) throw std::runtime_error("no bus: " + bus_->output());
+  environment_["DBUS_SESSION_BUS_ADDRESS"] = address;
+}
+
+void Session::startWindowManager(bool compositing) {
+  startBus();
+  Observer observer(display_);
+  const auto before = observer.windowManager();
+  auto next = start({"xfwm4", "--replace", compositing ? "--compositor=on" : "--compositor=off"});
+  const bool manages = eventually([&] {
+    return observer.windowManager() != 0 && observer.windowManager() != before &&
+           observer.isComposited() == compositing;
+  });
+  windowManager_ = std::move(next);
+  if (!manages) throw std::runtime_error("xfwm4 does not manage: " + windowManager_->output());
+}
+
+void Session::startDesktop() {
+  hideIcons();
+  startBus();
+  desktop_ = start({"xfdesktop"});
+  Observer observer(display_);
+  const bool stands = eventually([&] {
+    return observer.find("xfdesktop", "Desktop").has_value() && observer.rootPicture() != 0;
+  });
+  if (!stands) throw std::runtime_error("xfdesktop does not stand: " + desktop_->output());
+  // The menus and the picture in its final size may come a little later.
+  Picture last = observer.grab();
+  eventually([&] {
+    const auto span = Milliseconds(500);
+    const bool still = throughout(span, [&] { return observer.grab() == last; });
+    last = observer.grab();
+    return still;
+  });
+}
+
+// Icons are painted into the desktop's window and not into the root picture, so without compositing
+// there is nothing to know them from.
+void Session::hideIcons() const {
+  const auto folder = folder_.path() / "config/xfce4/xfconf/xfce-perchannel-xml";
+  fs::create_directories(folder);
+  std::ofstream(folder / "xfce4-desktop.xml") << R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-desktop" version="1.0">
+  <property name="desktop-icons" type="empty">
+    <property name="style" type="int" value="0"/>
+  </property>
+</channel>
+)";
+}
+
+}  // namespace orvane::desktop_test

@@ -1,0 +1,247 @@
+// The windows on Xfce: its window manager, with and without compositing, and its desktop.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <set>
+
+#include "x11_probe_board.h"
+
+namespace orvane::desktop_test {
+namespace {
+
+class OnXfce : public testing::TestWithParam<bool> {
+ protected:
+  OnXfce() {
+    session_.startWindowManager(GetParam());
+    session_.startDesktop();
+    before_ = observer_.grab();
+  }
+
+  // Whether a press of the right button at a place makes the desktop open its menu.
+  bool opensDesktopMenu(int x, int y, Milliseconds limit) {
+    const auto menus = [&] {
+      const auto all = observer_.windowsOf("xfdesktop");
+      return std::count_if(all.begin(), all.end(), [](const auto& window) {
+        return window.isViewable && window.isUnmanaged && window.onRoot.width > 100;
+      });
+    };
+    observer_.click(x, y, 3);
+    const bool opened = eventually([&] { return menus() > 0; }, limit);
+    if (opened) {
+      observer_.pressEscape();
+      eventually([&] { return menus() == 0; });
+    }
+    return opened;
+  }
+
+  // Where each stands from the bottom: the desktop's window, the board, an ordinary window.
+  [[nodiscard]] std::vector<std::ptrdiff_t> order(xcb_window_t ordinary) const {
+    const auto tops = observer_.topLevels();
+    const auto placeOf = [&](xcb_window_t id) {
+      for (const auto& window : observer_.windows()) {
+        if (window.id == id)
+          return std::find(tops.begin(), tops.end(), window.topLevel) - tops.begin();
+      }
+      return std::ptrdiff_t{-1};
+    };
+    const auto boards = Probe::boards(observer_);
+    const auto desktop = observer_.find("xfdesktop", "Desktop");
+    if (boards.empty() || !desktop) return {};
+    return {placeOf(desktop->id), placeOf(boards[0].id), placeOf(ordinary)};
+  }
+  [[nodiscard]] bool standsBetween(xcb_window_t ordinary) const {
+    const auto places = order(ordinary);
+    return places.size() == 3 && places[0] < places[1] && places[1] < places[2];
+  }
+
+  Session session_;
+  Observer observer_{session_.display()};
+  Picture before_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Compositing, OnXfce, testing::Bool(),
+                         [](const auto& tested) { return tested.param ? "On" : "Off"; });
+
+TEST_P(OnXfce, BoardLiesOverThePictureAndNothingElseChanges) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  EXPECT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
+  EXPECT_TRUE(restIsUntouched(before_, observer_.grab()));
+  EXPECT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  EXPECT_EQ(Probe::boards(observer_)[0].depth, GetParam() ? 32 : 24);
+  EXPECT_EQ(probe.process().output(), "");
+}
+
+TEST_P(OnXfce, WindowIsNoLargerThanWhatIsDrawn) {
+  Probe probe(session_);
+  const auto boards = Probe::waitForBoards(observer_, 1);
+  ASSERT_EQ(boards.size(), 1U);
+  constexpr int margin = 16;
+  const auto& actual = boards[0].onRoot;
+  EXPECT_LE(actual.x, boardArea.x);
+  EXPECT_LE(actual.y, boardArea.y);
+  EXPECT_GE(actual.x + actual.width, boardArea.x + boardArea.width);
+  EXPECT_GE(actual.y + actual.height, boardArea.y + boardArea.height);
+  EXPECT_LT(actual.width, boardArea.width + 2 * margin);
+  EXPECT_LT(actual.height, boardArea.height + 2 * margin);
+}
+
+TEST_P(OnXfce, ClicksPassThroughTheBoard) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  // Twice at a place of the board without an icon under it: the second after the first was served.
+  EXPECT_TRUE(eventually([&] { return opensDesktopMenu(200, 100, Milliseconds(1000)); }));
+  EXPECT_TRUE(opensDesktopMenu(230, 60, generous));
+}
+
+// The test above would fail if clicks did not pass.
+TEST_P(OnXfce, ClicksDoNotPassThroughABoardThatTakesThem) {
+  Probe probe(session_, {"--catches-clicks"});
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  ASSERT_TRUE(eventually([&] { return opensDesktopMenu(1000, 700, Milliseconds(1000)); }));
+  EXPECT_FALSE(opensDesktopMenu(200, 100, Milliseconds(1500)));
+}
+
+TEST_P(OnXfce, StaysBetweenTheDesktopAndOrdinaryWindows) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  const auto ordinary = observer_.openWindow({100, 80, 300, 200}, 0x00ff00);
+  EXPECT_TRUE(eventually([&] { return standsBetween(ordinary); }));
+  EXPECT_TRUE(eventually([&] { return observer_.grab().at(150, 130) == 0x00ff00; }));
+  observer_.click(1000, 700, 1);
+  observer_.click(200, 60, 1);
+  EXPECT_TRUE(throughout(Milliseconds(1000), [&] { return standsBetween(ordinary); }));
+  EXPECT_TRUE(eventually(
+      [&] { return showsNow(observer_.grab()) || observer_.grab().at(150, 130) == 0x00ff00; }));
+}
+
+// The test above would fail if the board stood too high.
+TEST_P(OnXfce, RaisedBoardDoesNotStandBetween) {
+  Probe probe(session_, {"--raised"});
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  const auto ordinary = observer_.openWindow({100, 80, 300, 200}, 0x00ff00);
+  ASSERT_TRUE(eventually([&] { return order(ordinary).size() == 3 && order(ordinary)[2] >= 0; }));
+  EXPECT_FALSE(eventually([&] { return standsBetween(ordinary); }, Milliseconds(1500)));
+}
+
+TEST_P(OnXfce, LeavesNothingBehind) {
+  const auto tops = observer_.topLevels();
+  {
+    Probe probe(session_);
+    ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+    ASSERT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
+    probe.process().signal(SIGTERM);
+    EXPECT_EQ(probe.process().waitForEnd(), 0);
+  }
+  EXPECT_TRUE(observer_.windowsOf("org.orvane.Orvane").empty());
+  EXPECT_TRUE(eventually([&] { return observer_.grab() == before_; }));
+  // Xfwm4 may keep one window of its own that it measures shapes with.
+  EXPECT_LE(observer_.topLevels().size(), tops.size() + 1);
+}
+
+TEST_P(OnXfce, KeepsOutOfTaskbarAndPagerAndStandsOnEveryWorkspace) {
+  Probe probe(session_);
+  const auto boards = Probe::waitForBoards(observer_, 1);
+  ASSERT_EQ(boards.size(), 1U);
+  const auto states = [&] {
+    const auto numbers = observer_.numbers(boards[0].id, "_NET_WM_STATE");
+    return std::set(numbers.begin(), numbers.end());
+  };
+  EXPECT_TRUE(states().contains(observer_.atom("_NET_WM_STATE_SKIP_TASKBAR")));
+  EXPECT_TRUE(states().contains(observer_.atom("_NET_WM_STATE_SKIP_PAGER")));
+  observer_.showWorkspace(1);
+  ASSERT_TRUE(eventually([&] {
+    return observer_.numbers(observer_.root(), "_NET_CURRENT_DESKTOP") == std::vector{1U};
+  }));
+  EXPECT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  EXPECT_TRUE(throughout(Milliseconds(500), [&] { return Probe::boards(observer_).size() == 1; }));
+}
+
+TEST_P(OnXfce, BoardOfOneWorkspaceRestsOnOthersAndIsRightWhenItComesBack) {
+  Probe probe(session_, {"--one-space"});
+  const auto boards = Probe::waitForBoards(observer_, 1);
+  ASSERT_EQ(boards.size(), 1U);
+  observer_.showWorkspace(1);
+  ASSERT_TRUE(eventually([&] { return Probe::boards(observer_).empty(); }));
+  DamageWatch watch(session_.display(), boards[0].id);
+  EXPECT_TRUE(watch.until(wallClock() + 2.5).empty());
+  observer_.showWorkspace(0);
+  EXPECT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  EXPECT_EQ(Probe::boards(observer_).size(), 1U);
+}
+
+TEST_P(OnXfce, ChangeIsDrawnWithTheNextFrameAndNotTheNextBeat) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  ASSERT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
+  // On a machine that is busy elsewhere one try may take longer than a second.
+  bool wasInTime = false;
+  for (int tried = 1; !wasInTime && tried <= 3; ++tried) {
+    ASSERT_TRUE(eventually([] { return wallClock() - std::floor(wallClock()) < 0.2; }));
+    const double second = std::floor(wallClock());
+    probe.process().signal(SIGUSR1);
+    const bool isRed = tried % 2 != 0;
+    ASSERT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab(), isRed); }));
+    wasInTime = wallClock() < second + 1;
+  }
+  EXPECT_TRUE(wasInTime);
+}
+
+TEST_P(OnXfce, BoardThatShowsNothingHasNoWindow) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  probe.process().signal(SIGUSR2);
+  EXPECT_TRUE(eventually([&] { return Probe::boards(observer_).empty(); }));
+  EXPECT_TRUE(eventually([&] { return observer_.grab() == before_; }));
+  probe.process().signal(SIGUSR2);
+  EXPECT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
+  EXPECT_TRUE(eventually([&] { return opensDesktopMenu(200, 100, Milliseconds(1000)); }));
+  EXPECT_EQ(Probe::boards(observer_).size(), 1U);
+}
+
+TEST_P(OnXfce, FollowsAChangeOfCompositing) {
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  session_.startWindowManager(!GetParam());
+  const int depth = GetParam() ? 24 : 32;
+  EXPECT_TRUE(eventually([&] {
+    const auto boards = Probe::boards(observer_);
+    return boards.size() == 1 && boards[0].depth == depth;
+  }));
+  EXPECT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
+  EXPECT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  EXPECT_TRUE(eventually([&] { return opensDesktopMenu(200, 100, Milliseconds(1000)); }));
+}
+
+// Of the last second's digit alone, once a second, on the second.
+TEST_P(OnXfce, PaintsTheDigitsThatChangeOnceASecond) {
+  Probe probe(session_);
+  const auto boards = Probe::waitForBoards(observer_, 1);
+  ASSERT_EQ(boards.size(), 1U);
+  ASSERT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  DamageWatch watch(session_.display(), boards[0].id);
+  const auto start = static_cast<long long>(wallClock()) + 1;
+  constexpr int seconds = 10;
+  const auto paintings = watch.until(static_cast<double>(start + seconds) - 0.2);
+  // A cell with the pixel around it that a glyph's edge may touch.
+  constexpr int digitPixels = 38 * 74;
+  for (long long second = start; second < start + seconds; ++second) {
+    int pixels = 0;
+    double latest = 0;
+    for (const auto& painting : paintings) {
+      if (static_cast<long long>(painting.seconds) != second) continue;
+      pixels += painting.where.width * painting.where.height;
+      latest = std::max(latest, painting.seconds - static_cast<double>(second));
+    }
+    int changed = 1;
+    for (long long rest = second; rest % 10 == 0; rest /= 10) ++changed;
+    EXPECT_LE(pixels, std::min(changed, digitCount) * digitPixels) << "in second " << second;
+    EXPECT_LT(latest, 0.5);
+  }
+}
+
+}  // namespace
+}  // namespace orvane::desktop_test
