@@ -38,7 +38,7 @@ bool DrawnArea::update(const PixelRect& needed, const PixelRect& screen, Date no
   }
   recentlyNeeded_ = unionOf(recentlyNeeded_, wanted);
   if (recentlyNeeded_ == area_ || now < tooLargeSince_) {
-    recentlyNeeded_ = wanted;
+    recentlyNeeded_ = wanted == area_ ? PixelRect{} : wanted;
     tooLargeSince_ = now;
     return false;
   }
