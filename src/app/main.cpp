@@ -42,6 +42,17 @@ using namespace orvane;
 constexpr int kSuccess = 0;
 constexpr int kNoDesktop = 1;
 
+#if defined(ORVANE_WAYLAND) && defined(ORVANE_X11)
+constexpr const char* kNothingNamed =
+    "there is no desktop to show the dashboard on: neither WAYLAND_DISPLAY nor DISPLAY is set";
+#elif defined(ORVANE_WAYLAND)
+constexpr const char* kNothingNamed =
+    "there is no desktop to show the dashboard on: WAYLAND_DISPLAY is not set";
+#else
+constexpr const char* kNothingNamed =
+    "there is no desktop to show the dashboard on: DISPLAY is not set";
+#endif
+
 std::optional<std::string> environmentVariable(const std::string& name) {
   const char* value = std::getenv(name.c_str());
   return value && *value ? std::optional<std::string>(value) : std::nullopt;
@@ -88,10 +99,7 @@ std::unique_ptr<WindowServer> openDesktop(const Stage& stage) {
     failures.push_back(desktop.failure);
   }
 #endif
-  if (failures.empty())
-    failures.emplace_back(
-        "there is no desktop to show the dashboard on: neither WAYLAND_DISPLAY nor "
-        "DISPLAY is set");
+  if (failures.empty()) failures.emplace_back(kNothingNamed);
   for (const auto& failure : failures) std::cerr << "orvane: " << failure << '\n';
   return nullptr;
 }
