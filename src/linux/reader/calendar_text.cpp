@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "linux/reader/component_splitter.h"
@@ -15,8 +16,8 @@ namespace orvane::ical {
 
 namespace {
 
-constexpr std::int64_t kStepsOfAnItem = 3'000'000;
-constexpr std::int64_t kStepsOfAFile = 60'000'000;
+constexpr std::int64_t kStepsOfAnItem = 2'000'000;
+constexpr std::int64_t kStepsOfAFile = 12'000'000;
 constexpr std::size_t kMostAnswerBytes = wire::kMostMessageBytes / 4 * 3;
 
 // The components of one kind and UID, by where they stand.
@@ -40,6 +41,21 @@ void keepNewest(std::vector<CalendarItem>& masters) {
   if (masters.size() < 2) return;
   const std::int64_t newest = std::max_element(masters.begin(), masters.end(), isOlder)->sequence;
   std::erase_if(masters, [newest](const CalendarItem& item) { return item.sequence < newest; });
+}
+
+// All that a person could tell two items of one UID apart by.
+std::string lookOf(wire::EventOccurrence event) {
+  event.uid.clear();
+  wire::FileAnswer answer;
+  answer.events.push_back(std::move(event));
+  return wire::encode(answer);
+}
+
+std::string lookOf(wire::OpenTask task) {
+  task.uid.clear();
+  wire::FileAnswer answer;
+  answer.tasks.push_back(std::move(task));
+  return wire::encode(answer);
 }
 
 class TextReader {
@@ -119,6 +135,7 @@ class TextReader {
       addItem(spans.kind, family);
       return;
     }
+    comparesLooks_ = members.masters.size() > 1;
     for (std::size_t index = 0; index < members.masters.size(); ++index) {
       family.master = std::move(members.masters[index]);
       // Two items need two identifiers; the order in the file tells them apart.
@@ -126,6 +143,8 @@ class TextReader {
       addItem(spans.kind, family);
       family.overrides.clear();
     }
+    comparesLooks_ = false;
+    looks_.clear();
   }
 
   void addItem(ComponentKind kind, const ItemFamily& family) {
@@ -133,14 +152,21 @@ class TextReader {
     const std::int64_t granted = budget.left();
     if (kind == ComponentKind::event) {
       for (auto& event : expandEvent(family, place_.times, place_.window, budget)) {
-        addEvent(std::move(event));
+        if (!comparesLooks_ || isNew(lookOf(event))) addEvent(std::move(event));
       }
     } else if (auto task = readTask(family, place_.times, budget)) {
-      answerBytes_ += 200 + task->uid.size() + task->title.value_or("").size();
-      answer_.tasks.push_back(std::move(*task));
+      if (!comparesLooks_ || isNew(lookOf(*task))) addTask(std::move(*task));
     }
     // Something is left even for the last item, so that one greedy item does not hide the others.
-    stepsLeft_ = std::max(stepsLeft_ - (granted - budget.left()), kStepsOfAnItem / 1000);
+    stepsLeft_ = std::max(stepsLeft_ - (granted - budget.left()), kStepsOfAnItem / 5000);
+  }
+
+  // Whether nothing of the same UID looks like this already: a file may hold an item twice.
+  bool isNew(std::string look) { return looks_.insert(std::move(look)).second; }
+
+  void addTask(wire::OpenTask task) {
+    answerBytes_ += 200 + task.uid.size() + task.title.value_or("").size();
+    if (answerBytes_ <= kMostAnswerBytes) answer_.tasks.push_back(std::move(task));
   }
 
   void addEvent(wire::EventOccurrence event) {
@@ -156,6 +182,8 @@ class TextReader {
   wire::FileAnswer answer_;
   std::int64_t stepsLeft_ = kStepsOfAFile;
   std::size_t answerBytes_ = 0;
+  bool comparesLooks_ = false;
+  std::unordered_set<std::string> looks_;
 };
 
 }  // namespace

@@ -66,7 +66,7 @@ class Periods {
  private:
   static std::optional<DaySpan> months(std::int64_t first, int count) {
     const std::int64_t behind = first + count;
-    if (first / 12 > 9998) return std::nullopt;
+    if (first / 12 > 9999) return std::nullopt;
     return DaySpan{firstOfMonth(first), firstOfMonth(behind)};
   }
   static std::optional<DaySpan> days(std::int64_t first, int count) {

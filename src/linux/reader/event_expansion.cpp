@@ -46,7 +46,7 @@ class EventExpansion {
     const OccurrenceForm form(placed, times_);
     const auto meant = series_.keyMeantBy(original);
     const Series::Key key = meant ? *meant : series_.keyOf(original);
-    if (!meant) replacedDays_.insert(original.time);
+    if (!meant) replacedDays_.insert(series_.dayOfPlace(original));
     replaced_.insert_or_assign(key, form);
     originals_.insert_or_assign(key, original);
     if (item.isForThisAndFuture) forms_.insert_or_assign(key, form);

@@ -1,5 +1,7 @@
 #include "linux/reader/series.h"
 
+#include <algorithm>
+
 namespace orvane::ical {
 
 namespace {
@@ -13,7 +15,7 @@ Series::Series(const CalendarItem& item, const TimeReading& times) : item_(item)
     if (const auto key = keyMeantBy(excluded)) {
       excludedKeys_.insert(*key);
     } else {
-      excludedDays_.insert(excluded.time);
+      excludedDays_.insert(dayOfPlace(excluded));
     }
   }
 }
@@ -30,8 +32,17 @@ Series::Key Series::keyOf(const ItemTime& place) const {
 
 std::optional<Series::Key> Series::keyMeantBy(const ItemTime& time) const {
   if (item_.start->isDate()) return times_.dayMeantBy(time);
-  if (time.isDate()) return std::nullopt;
-  return keyOf(placeAt(times_.onClockOf(*item_.start, time)));
+  const WallTime onOwnClock = times_.onClockOf(*item_.start, time);
+  if (time.isDate() || isMidnightForDay(onOwnClock)) return std::nullopt;
+  return keyOf(placeAt(onOwnClock));
+}
+
+// Outlook writes the midnight of the day in place of the time.
+bool Series::isMidnightForDay(WallTime time) const {
+  if (secondOfDay(time) != 0 || secondOfDay(item_.start->time) == 0) return false;
+  return std::all_of(item_.rules.begin(), item_.rules.end(), [](const RecurrenceRule& rule) {
+    return rule.frequency >= Frequency::daily && rule.byHour.empty() && rule.byMinute.empty();
+  });
 }
 
 WallTime Series::dayOfPlace(const ItemTime& place) const {

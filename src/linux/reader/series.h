@@ -38,6 +38,7 @@ class Series {
 
  private:
   [[nodiscard]] ItemTime placeAt(WallTime time) const;
+  [[nodiscard]] bool isMidnightForDay(WallTime time) const;
   [[nodiscard]] bool isExcluded(const ItemTime& place, Key key) const;
   void expand(const RecurrenceRule& rule, ExpansionRange range, StepBudget& budget,
               const VisitTime& visit) const;

@@ -50,13 +50,14 @@ class OpenOccurrence {
 
   std::optional<wire::OpenTask> find(StepBudget& budget) {
     series_.visitPlaces({}, budget, [this](const AddedTime& place, Series::Key key) {
-      if (best_ && key >= best_->key) return false;
+      if (best_ && times_.instantOf(place.start) >= best_->when) return false;
       if (replaced_.contains(key) || replacedDays_.contains(series_.dayOfPlace(place.start))) {
         return true;
       }
       const CalendarItem& form = formAt(key);
       if (!isOpen(form)) return true;
-      best_ = {key, taskOf(form, dueAt(form, place.start), times_)};
+      const auto due = dueAt(form, place.start);
+      consider(times_.instantOf(place.start), taskOf(form, due, times_));
       return false;
     });
     if (!best_) return std::nullopt;
@@ -65,19 +66,30 @@ class OpenOccurrence {
 
  private:
   struct Candidate {
-    Series::Key key = 0;
+    Instant when = 0;
     wire::OpenTask task;
   };
 
   void addOverride(const CalendarItem& item) {
     const auto meant = series_.keyMeantBy(*item.recurrenceId);
     const Series::Key key = meant ? *meant : series_.keyOf(*item.recurrenceId);
-    if (!meant) replacedDays_.insert(item.recurrenceId->time);
+    if (!meant) replacedDays_.insert(series_.dayOfPlace(*item.recurrenceId));
     replaced_.insert(key);
     if (item.isForThisAndFuture) laterForms_.insert_or_assign(key, &item);
-    if (!isOpen(item) || (best_ && best_->key <= key)) return;
-    best_ = {key, taskOf(item, dueOf(item, times_), times_)};
-    best_->task.uid = anchor_.uid;
+    if (isOpen(item)) consider(whenOf(item), taskOf(item, dueOf(item, times_), times_));
+  }
+
+  // An occurrence that was put off takes place when it was put off to.
+  [[nodiscard]] Instant whenOf(const CalendarItem& item) const {
+    if (item.start) return times_.instantOf(*item.start);
+    const auto due = dueOf(item, times_);
+    return times_.instantOf(due ? *due : *item.recurrenceId);
+  }
+
+  void consider(Instant when, wire::OpenTask task) {
+    if (best_ && best_->when <= when) return;
+    task.uid = anchor_.uid;
+    best_ = {when, std::move(task)};
   }
 
   [[nodiscard]] const CalendarItem& formAt(Series::Key key) const {
