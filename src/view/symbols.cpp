@@ -74,19 +74,22 @@ SymbolDrawing checkmarkCircle() {
 // A triangle that points along the circle at `angle`, in the clockwise direction.
 Path arrowHead(Point center, double radius, double angle) {
   return PathBuilder()
-      .move(pointOnCircle(center, radius + 4.0, angle))
-      .line(pointOnCircle(center, radius, angle + 36))
-      .line(pointOnCircle(center, radius - 4.0, angle))
+      .move(pointOnCircle(center, radius + 2.3, angle))
+      .line(pointOnCircle(center, radius, angle + 23))
+      .line(pointOnCircle(center, radius - 2.3, angle))
       .close()
       .build();
 }
 
 SymbolDrawing circlePathOfTwoArrows() {
   const Point center{12, 12};
+  constexpr double radius = 8.6;
   SymbolDrawing drawing;
   for (const double turn : {0.0, 180.0}) {
-    drawing.strokes.push_back(PathBuilder().arc(center, 8, turn + 194, turn + 318).build());
-    drawing.fills.push_back(arrowHead(center, 8, turn + 318));
+    drawing.strokes.push_back(PathBuilder().arc(center, radius, turn + 190, turn + 318).build());
+    // Stroked as well, for round corners like those of the lines.
+    drawing.strokes.push_back(arrowHead(center, radius, turn + 320));
+    drawing.fills.push_back(arrowHead(center, radius, turn + 320));
   }
   return drawing;
 }
