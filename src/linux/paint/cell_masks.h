@@ -4,6 +4,7 @@
 
 #include "linux/paint/bounded_cache.h"
 #include "linux/paint/handles.h"
+#include "linux/paint/line_mask.h"
 #include "linux/paint/pixel_geometry.h"
 #include "linux/paint/typesetter.h"
 #include "view/display_list.h"
@@ -31,19 +32,15 @@ class CellDrawing {
   struct MaskHash {
     std::size_t operator()(const MaskKey& key) const;
   };
-  // Coverage around a cell's start on the baseline.
-  struct Mask {
-    SurfaceHandle surface;  // null for a character without ink
-    PixelRect extents;
-  };
 
-  Mask makeMask(const MaskKey& key);
-  const Mask& mask(const MaskKey& key);
+  // Coverage around a cell's start on the baseline.
+  LineMask makeMask(const MaskKey& key);
+  const LineMask& mask(const MaskKey& key);
   void drawCell(cairo_t* cr, const MaskKey& key, const Rect& cell, double baseline,
                 const PixelRect& area);
 
   Typesetter& typesetter_;
-  BoundedCache<MaskKey, Mask, MaskHash> masks_{384 * 1024};
+  BoundedCache<MaskKey, LineMask, MaskHash> masks_{384 * 1024};
 };
 
 }  // namespace orvane::host

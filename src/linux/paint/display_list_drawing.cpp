@@ -19,11 +19,15 @@ void clipTo(cairo_t* cr, const PixelRect& rect) {
   cairo_clip(cr);
 }
 
+bool beginsGroup(const DisplayItem& item) {
+  return std::holds_alternative<GroupBegin>(item.content);
+}
+
 // The index of the end that matches the beginning at `begin`; the list's size without one.
 std::size_t groupEnd(const DisplayList& list, std::size_t begin) {
   int depth = 0;
   for (std::size_t i = begin; i < list.size(); ++i) {
-    if (std::holds_alternative<GroupBegin>(list[i].content)) ++depth;
+    if (beginsGroup(list[i])) ++depth;
     if (std::holds_alternative<GroupEnd>(list[i].content) && --depth == 0) return i;
   }
   return list.size();
@@ -44,7 +48,7 @@ void DisplayListDrawing::draw(cairo_t* cr, const DisplayList& list, double scale
 
 void DisplayListDrawing::drawItems(const Canvas& canvas, const DisplayList& list, Range range) {
   for (std::size_t i = range.first; i < range.last; ++i) {
-    if (!std::holds_alternative<GroupBegin>(list[i].content)) {
+    if (!beginsGroup(list[i])) {
       drawItem(canvas, list[i]);
       continue;
     }
@@ -66,33 +70,45 @@ void DisplayListDrawing::drawItem(const Canvas& canvas, const DisplayItem& item)
   std::visit([&](const auto& content) { drawContent(limited, item.frame, content); }, item.content);
 }
 
-void DisplayListDrawing::drawGroup(const Canvas& canvas, const DisplayList& list, Range range) {
-  const DisplayItem& item = list[range.first];
-  const auto& group = std::get<GroupBegin>(item.content);
-  if (item.opacity <= 0 || group.groupOpacity <= 0) return;
-  const Range inside{range.first + 1, range.last};
-  std::optional<Outline> clip;
-  if (group.clip) clip = outlineOf(*group.clip, item.frame, canvas.scale);
-  if (clip && contains(interiorOf(*clip), canvas.area)) clip.reset();
-  if (!clip && group.groupOpacity >= 1) return drawItems(canvas, list, inside);
+// A group that holds nothing but another one is drawn as one with it: a temporary picture less.
+DisplayListDrawing::Group DisplayListDrawing::groupAt(const DisplayList& list, Range range,
+                                                      double scale) {
+  Group group{{}, 1, std::nullopt};
+  for (bool holdsOneGroup = true; holdsOneGroup && !group.clip;) {
+    const DisplayItem& item = list[range.first];
+    const auto& begin = std::get<GroupBegin>(item.content);
+    group.opacity *= std::min(begin.groupOpacity, 1.0);
+    if (begin.clip) group.clip = outlineOf(*begin.clip, item.frame, scale);
+    group.inside = {range.first + 1, range.last};
+    holdsOneGroup = group.inside.first < group.inside.last &&
+                    beginsGroup(list[group.inside.first]) &&
+                    groupEnd(list, group.inside.first) + 1 == group.inside.last;
+    range = {group.inside.first, group.inside.last - 1};
+  }
+  return group;
+}
 
-  PixelRect touched;
-  for (std::size_t i = inside.first; i < inside.last; ++i)
-    touched = joining(touched, pixelsCovering(list[i].bounds(), canvas.scale));
-  PixelRect area = meeting(touched, canvas.area);
-  if (clip) area = meeting(area, coveringPixels(*clip));
+void DisplayListDrawing::drawGroup(const Canvas& canvas, const DisplayList& list, Range range) {
+  const Group group = groupAt(list, range, canvas.scale);
+  if (list[range.first].opacity <= 0 || group.opacity <= 0) return;
+  if (!group.clip && group.opacity >= 1) return drawItems(canvas, list, group.inside);
+
+  PixelRect area;
+  for (std::size_t i = group.inside.first; i < group.inside.last; ++i)
+    area = joining(area, pixelsCovering(list[i].bounds(), canvas.scale));
+  area = meeting(area, canvas.area);
+  if (group.clip) area = meeting(area, coveringPixels(*group.clip));
   if (area.isEmpty()) return;
 
   const SavedState saved(canvas.cr);
   clipTo(canvas.cr, area);
   cairo_push_group(canvas.cr);
-  drawItems({canvas.cr, canvas.scale, area}, list, inside);
+  drawItems({canvas.cr, canvas.scale, area}, list, group.inside);
   cairo_pop_group_to_source(canvas.cr);
-  if (clip) {
-    addPath(canvas.cr, *clip);
-    cairo_clip(canvas.cr);
-  }
-  cairo_paint_with_alpha(canvas.cr, std::min(group.groupOpacity, 1.0));
+  if (group.clip)
+    outlines_.fill(canvas.cr, *group.clip, area, group.opacity);
+  else
+    cairo_paint_with_alpha(canvas.cr, group.opacity);
 }
 
 void DisplayListDrawing::drawContent(const Canvas& canvas, const Rect& frame,
@@ -119,18 +135,14 @@ void DisplayListDrawing::drawContent(const Canvas& canvas, const Rect& frame,
   }
   const auto* material = std::get_if<Material>(&fill.fill);
   setSource(canvas.cr, material ? material->tint : std::get<Color>(fill.fill));
-  fillOutline(canvas.cr, outline, canvas.area);
+  outlines_.fill(canvas.cr, outline, canvas.area);
 }
 
 void DisplayListDrawing::drawContent(const Canvas& canvas, const Rect& frame,
                                      const StrokeItem& stroke) {
   const Outline outline = outlineOf(stroke.shape, frame, canvas.scale);
-  const double width = lineWidthOf(stroke, canvas.scale);
-  if (contains(interiorOf(insetBy(outline, width)), canvas.area)) return;
   setSource(canvas.cr, stroke.color);
-  cairo_set_line_width(canvas.cr, width);
-  addPath(canvas.cr, insetBy(outline, width / 2));
-  cairo_stroke(canvas.cr);
+  outlines_.stroke(canvas.cr, outline, lineWidthOf(stroke, canvas.scale), canvas.area);
 }
 
 void DisplayListDrawing::drawContent(const Canvas& canvas, const Rect& frame,

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 #include "linux/paint/cell_masks.h"
 #include "linux/paint/gradient.h"
+#include "linux/paint/outline_masks.h"
 #include "linux/paint/shadow.h"
 #include "linux/paint/symbol_masks.h"
 #include "linux/paint/typesetter.h"
@@ -15,7 +17,7 @@ namespace orvane::host {
 class DisplayListDrawing {
  public:
   explicit DisplayListDrawing(Typesetter& typesetter)
-      : typesetter_(typesetter), cells_(typesetter) {}
+      : typesetter_(typesetter), cells_(typesetter), gradients_(outlines_) {}
 
   // Draws what meets `area`, to which the context is clipped already.
   void draw(cairo_t* cr, const DisplayList& list, double scale, const PixelRect& area);
@@ -33,9 +35,16 @@ class DisplayListDrawing {
     std::size_t last = 0;
   };
 
+  struct Group {
+    Range inside;
+    double opacity = 1;
+    std::optional<Outline> clip;
+  };
+
+  static Group groupAt(const DisplayList& list, Range range, double scale);
   void drawItems(const Canvas& canvas, const DisplayList& list, Range range);
   void drawItem(const Canvas& canvas, const DisplayItem& item);
-  void drawGroup(const Canvas& canvas, const DisplayList& list, Range inside);
+  void drawGroup(const Canvas& canvas, const DisplayList& list, Range range);
   void drawContent(const Canvas& canvas, const Rect& frame, const TextItem& text);
   void drawContent(const Canvas& canvas, const Rect& frame, const SymbolItem& symbol);
   void drawContent(const Canvas& canvas, const Rect& frame, const FillItem& fill);
@@ -47,6 +56,7 @@ class DisplayListDrawing {
   Typesetter& typesetter_;
   CellDrawing cells_;
   SymbolMasks symbols_;
+  OutlineMasks outlines_;
   ShadowDrawing shadows_;
   GradientDrawing gradients_;
 };

@@ -81,12 +81,9 @@ void GradientDrawing::fillStrip(cairo_t* cr, const Ramp& colors, const Outline& 
     }
   }
   cairo_surface_mark_dirty(surface.get());
-  const SavedState saved(cr);
   cairo_set_source_surface(cr, surface.get(), strip.x, strip.y);
   cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
-  cairo_rectangle(cr, strip.x, strip.y, strip.width, strip.height);
-  cairo_clip(cr);
-  fillOutline(cr, outline, strip);
+  outlines_.fill(cr, outline, strip);
 }
 
 void GradientDrawing::fill(cairo_t* cr, const LinearGradient& gradient, const Outline& outline,

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "linux/paint/outline.h"
+#include "linux/paint/outline_masks.h"
 #include "view/shape.h"
 
 namespace orvane::host {
@@ -13,6 +13,8 @@ namespace orvane::host {
 // that is drawn again comes out as it was, which cairo's own gradients do not promise.
 class GradientDrawing {
  public:
+  explicit GradientDrawing(OutlineMasks& outlines) : outlines_(outlines) {}
+
   // Fills the outline's part within `area`, to which drawing is limited.
   void fill(cairo_t* cr, const LinearGradient& gradient, const Outline& outline,
             const PixelRect& area);
@@ -29,6 +31,7 @@ class GradientDrawing {
   const Ramp& ramp(const LinearGradient& gradient);
   void fillStrip(cairo_t* cr, const Ramp& ramp, const Outline& outline, const PixelRect& strip);
 
+  OutlineMasks& outlines_;
   std::vector<Ramp> ramps_;  // the few that a theme has, the latest last
 };
 

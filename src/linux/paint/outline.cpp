@@ -151,14 +151,6 @@ void addPath(cairo_t* cr, const Outline& outline) {
     addRoundPath(cr, outline);
 }
 
-void fillOutline(cairo_t* cr, const Outline& outline, const PixelRect& area) {
-  if (contains(interiorOf(outline), area))
-    cairo_rectangle(cr, area.x, area.y, area.width, area.height);
-  else
-    addPath(cr, outline);
-  cairo_fill(cr);
-}
-
 double cornerReach(double radius, bool continuous) {
   return continuous ? radius * continuousReach : radius;
 }

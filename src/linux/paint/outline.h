@@ -6,8 +6,9 @@
 
 namespace orvane::host {
 
-// A shape in its place, in pixels of the plane. All our shapes are rounded rectangles; a plain
-// one has radius zero, and capsules and circles are as round as they can be.
+// A shape in its place, in pixels of the plane: a corner and a size in whole ones. All our shapes
+// are rounded rectangles; a plain one has radius zero, and capsules and circles are as round as
+// they can be.
 struct Outline {
   double x = 0;
   double y = 0;
@@ -30,8 +31,6 @@ struct Outline {
 [[nodiscard]] PixelRect coveringPixels(const Outline& outline);
 
 void addPath(cairo_t* cr, const Outline& outline);
-// Fills the outline with the source, as far as it meets `area`, to which drawing is limited.
-void fillOutline(cairo_t* cr, const Outline& outline, const PixelRect& area);
 
 // How far along an edge a corner of this radius reaches, where there is room.
 [[nodiscard]] double cornerReach(double radius, bool continuous);

@@ -3,6 +3,7 @@
 #include "linux/paint/blur.h"
 #include "linux/paint/bounded_cache.h"
 #include "linux/paint/outline.h"
+#include "linux/paint/stretched_mask.h"
 #include "view/display_list.h"
 
 namespace orvane::host {

@@ -9,7 +9,7 @@ namespace orvane::host {
 
 namespace {
 
-constexpr double largestSymbol = 1024;  // of the font, in points
+constexpr double largestSymbol = 2048;  // of the font, in pixels
 
 void addPath(cairo_t* cr, const Path& path) {
   for (const PathCommand& command : path) {
@@ -79,7 +79,8 @@ cairo_surface_t* SymbolMasks::mask(const Key& key) {
 }
 
 void SymbolMasks::draw(cairo_t* cr, const SymbolItem& symbol, const Rect& frame, double scale) {
-  if (!(symbol.font.size > 0) || symbol.font.size > largestSymbol) return;
+  const double size = symbol.font.size * scale;
+  if (!(size > 0 && size <= largestSymbol)) return;
   const Key key{symbol.name, symbol.font.size, symbol.font.weight, scale};
   cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), toPixels(frame.y, scale));
 }

@@ -12,7 +12,4 @@ namespace orvane::host {
 void drawText(cairo_t* cr, Typesetter& typesetter, const TextItem& text, const Rect& frame,
               double scale);
 
-// Draws one line with its start at the current origin, in points.
-void drawLine(cairo_t* cr, PangoLayoutLine* line, double opacity);
-
 }  // namespace orvane::host
