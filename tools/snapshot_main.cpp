@@ -1,0 +1,41 @@
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "snapshot.h"
+#include "snapshot_options.h"
+
+namespace {
+
+using namespace orvane::tools;
+
+// It is built beside this program.
+std::string readerPath() {
+  std::error_code unknown;
+  const auto self = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  return (self.parent_path() / "orvane-reader").string();
+}
+
+int report(const Outcome& outcome) {
+  if (!outcome.message.empty()) {
+    std::fprintf(stderr, "orvane-snapshot: %s\n", outcome.message.c_str());
+  }
+  return outcome.status;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  std::signal(SIGPIPE, SIG_IGN);
+  const auto parsed = parseArguments(std::vector<std::string>(arguments + 1, arguments + count));
+  if (std::holds_alternative<HelpRequested>(parsed)) {
+    std::fputs(usage, stdout);
+    return 0;
+  }
+  if (const auto* error = std::get_if<ArgumentError>(&parsed)) {
+    return report({wrongArgument, error->message});
+  }
+  return report(takeSnapshot(std::get<SnapshotOptions>(parsed), readerPath()));
+}
