@@ -63,9 +63,11 @@ class DesktopSession:
         self._count = 0
         # Display servers refuse to run as root, and so should the program be tried.
         self._as_user = []
+        self._owner = None
         if os.geteuid() == 0:
             nobody = pwd.getpwnam("nobody")
-            os.chown(self.folder, nobody.pw_uid, nobody.pw_gid)
+            self._owner = (nobody.pw_uid, nobody.pw_gid)
+            os.chown(self.folder, *self._owner)
             self._as_user = ["setpriv", "--reuid", str(nobody.pw_uid), "--regid", str(nobody.pw_gid)]
             self._as_user.append("--clear-groups")
         self.environment = self._plain_environment()
@@ -111,6 +113,39 @@ class DesktopSession:
 
     def path(self, *parts):
         return os.path.join(self.folder, *parts)
+
+    def write(self, text, *parts):
+        """A file of the user's, at once whole under its name."""
+        folder = self.folder
+        for part in parts[:-1]:
+            folder = os.path.join(folder, part)
+            if not os.path.isdir(folder):
+                os.mkdir(folder)
+                self._give(folder)
+        unfinished = self.path("unfinished")
+        with open(unfinished, "w", encoding="utf-8", newline="") as file:
+            file.write(text)
+        self._give(unfinished)
+        os.rename(unfinished, self.path(*parts))
+
+    def _give(self, path):
+        if self._owner:
+            os.chown(path, *self._owner)
+
+    def processes(self):
+        """The command lines of all processes that have this session's folder as their home."""
+        home = ("HOME=%s" % self.folder).encode()
+        found = []
+        for entry in os.listdir("/proc"):
+            try:
+                with open("/proc/%s/environ" % entry, "rb") as file:
+                    if not entry.isdigit() or home not in file.read().split(b"\0"):
+                        continue
+                with open("/proc/%s/cmdline" % entry, "rb") as file:
+                    found.append(file.read().replace(b"\0", b" ").decode(errors="replace").strip())
+            except OSError:
+                continue
+        return found
 
     def start(self, *command, environment=None):
         """Starts a program of the system, or of the build when it is named by `program()`."""

@@ -31,10 +31,15 @@ class Picture:
         found = 0
         for y in range(top, bottom):
             row = self._data[3 * (y * self.width + left) : 3 * (y * self.width + right)]
-            found += sum(
-                1 for i in range(0, len(row), 3) if row[i] == color[0] and row[i + 1] == color[1] and row[i + 2] == color[2]
-            )
+            masks = [self._mask(row[part::3], color[part]) for part in range(3)]
+            found += (masks[0] & masks[1] & masks[2]).bit_count()
         return found
+
+    @staticmethod
+    def _mask(values, wanted):
+        """A number with one bit for each value that is the wanted one."""
+        table = bytes(1 if value == wanted else 0 for value in range(256))
+        return int.from_bytes(values.translate(table), "big")
 
     def differing_box(self, other):
         """(left, top, right, bottom) around the pixels in which the two differ, or None."""

@@ -32,7 +32,7 @@ function(sway_test script class)
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
     set_tests_properties("${name}" PROPERTIES TIMEOUT 120 ENVIRONMENT
                          "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
-    if(class STREQUAL "Seconds" OR class STREQUAL "Changes")
+    if(class MATCHES "Seconds|Changes")
       set_tests_properties("${name}" PROPERTIES RUN_SERIAL ON)
     endif()
   endforeach()
@@ -50,3 +50,10 @@ sway_test(${script} End leaves_nothing lost_compositor_is_told_in_one_sentence
           no_compositor_is_told_in_one_sentence)
 sway_test(${script} Seconds never_skip_nor_repeat are_drawn_on_the_second change_only_their_digits
           agree_with_the_clock are_not_drawn_while_nothing_is_shown)
+
+set(script sway_program_test.py)
+sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
+          stands_on_the_selected_screen stands_on_the_main_screen_while_the_selected_one_is_away
+          clicks_go_through windows_cover_it leaves_nothing ends_cleanly_with_the_compositor)
+sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second
+          change_a_few_thousand_pixels show_a_new_calendar_within_two)

@@ -58,7 +58,10 @@ Object* bind(wl_registry* registry, std::uint32_t name, const wl_interface& type
 // Set member by member: newer protocol headers add members, for events that are not asked for.
 wl_pointer_listener makePointerListener() {
   wl_pointer_listener listener{};
-  listener.enter = [](void*, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t x, wl_fixed_t y) {
+  listener.enter = [](void*, wl_pointer* pointer, std::uint32_t serial, wl_surface*, wl_fixed_t x,
+                      wl_fixed_t y) {
+    // Unseen, so that it is in no screenshot.
+    wl_pointer_set_cursor(pointer, serial, nullptr, 0, 0);
     std::printf("enter %d %d\n", wl_fixed_to_int(x), wl_fixed_to_int(y));
   };
   listener.leave = [](void*, wl_pointer*, std::uint32_t, wl_surface*) { std::puts("leave"); };

@@ -1,0 +1,230 @@
+"""The program itself under a real sway, with calendars of its user."""
+
+import json
+import os
+import signal
+import statistics
+import time
+import unittest
+
+from desktop_session import eventually, program, run_tests
+from protocol_trace import ProtocolTrace
+from sway_session import BACKGROUND, WINDOW, SwayInWindows, SwaySession
+
+NAME_SPACE = "org.orvane.Orvane"
+CALENDARS = (".local", "share", "orvane", "calendars")
+# Inside the left column's upper card, at 1280 × 720 points.
+ON_THE_BOARD = (150, 100)
+BESIDE_THE_BOARD = (1150, 650)
+
+
+def calendar(*items):
+    lines = ["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//Example//Planner//EN", *items, "END:VCALENDAR", ""]
+    return "\r\n".join(lines)
+
+
+def event(title, starts_in):
+    start = time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(time.time() + starts_in))
+    return "\r\n".join(
+        ["BEGIN:VEVENT", "UID:%s@example.org" % title, "DTSTAMP:20260101T000000Z", "SUMMARY:" + title]
+        + ["DTSTART:" + start, "DURATION:PT1H", "END:VEVENT"]
+    )
+
+
+def add_calendar(session, name="work"):
+    """With an event to count down to, so that the board ticks."""
+    text = calendar(event("Review", starts_in=3 * 3600))
+    session.write(text, *CALENDARS, name, "events.ics")
+
+
+def set_defaults(session, **values):
+    named = {"DashboardSettings.%s" % key: value for key, value in values.items()}
+    session.write(json.dumps(named), ".config", "orvane", "defaults.json")
+
+
+def screen_number(connector, make="headless", model="headless"):
+    """The hash that the program documents: FNV-1a of the three texts, 31 bits of it."""
+    value = 2166136261
+    for byte in b"".join(text.encode() + b"\0" for text in (connector, make, model)):
+        value = (value ^ byte) * 16777619 % 2**32
+    return max(value & 0x7FFFFFFF, 1)
+
+
+def wait_for_board(session, output, scale=1):
+    """A picture with the board; the output has a neighbour's plain background."""
+    x, y = (int(value * scale) for value in ON_THE_BOARD)
+
+    def look():
+        picture = session.picture(output)
+        return None if picture.pixel(x, y) == BACKGROUND else picture
+
+    return eventually("the board stands on %s" % output, look)
+
+
+def is_bare(session, output):
+    picture = session.picture(output)
+    return picture.count(BACKGROUND) == picture.width * picture.height
+
+
+def begin(session, outputs=("HEADLESS-1", "HEADLESS-2")):
+    """Backgrounds on all outputs, none of them with the board; answers the running program."""
+    neighbours = [session.background(output) for output in outputs]
+    for output in outputs:
+        eventually("%s is plain" % output, lambda name=output: is_bare(session, name))
+    running = session.start(program("orvane"))
+    running.neighbours = neighbours
+    return running
+
+
+class Program(unittest.TestCase):
+    def assert_outside_of_board_is_bare(self, picture, scale):
+        # What is left and right of the columns, above and below them, is the neighbour's.
+        right = int(1060 * scale)
+        outside = picture.count(BACKGROUND, left=right)
+        self.assertEqual(outside, (picture.width - right) * picture.height)
+        self.assertEqual(picture.count(BACKGROUND, bottom=int(20 * scale)), picture.width * int(20 * scale))
+
+    def stands_on_the_main_screen(self):
+        with SwaySession() as sway:
+            add_calendar(sway)
+            begin(sway)
+            picture = wait_for_board(sway, "HEADLESS-1")
+            self.assert_outside_of_board_is_bare(picture, 1)
+            self.assertTrue(is_bare(sway, "HEADLESS-2"))
+
+    def stands_on_every_screen(self):
+        with SwaySession() as sway:
+            add_calendar(sway)
+            set_defaults(sway, displayMode="all")
+            begin(sway)
+            self.assert_outside_of_board_is_bare(wait_for_board(sway, "HEADLESS-1"), 1)
+            self.assert_outside_of_board_is_bare(wait_for_board(sway, "HEADLESS-2", 1.5), 1.5)
+
+    def stands_on_the_selected_screen(self):
+        with SwaySession() as sway:
+            number = str(screen_number("HEADLESS-2"))
+            set_defaults(sway, displayMode="selected", selectedDisplayID=number)
+            begin(sway)
+            wait_for_board(sway, "HEADLESS-2", 1.5)
+            self.assertTrue(is_bare(sway, "HEADLESS-1"))
+
+    def stands_on_the_main_screen_while_the_selected_one_is_away(self):
+        with SwayInWindows() as sway:
+            number = str(screen_number("WL-2", "wayland", "wayland"))
+            set_defaults(sway, displayMode="selected", selectedDisplayID=number)
+            running = begin(sway, ("WL-1", "WL-2"))
+            wait_for_board(sway, "WL-2", 2)
+            self.assertTrue(is_bare(sway, "WL-1"))
+            sway.unplug("WL-2")
+            wait_for_board(sway, "WL-1")
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
+
+    def clicks_go_through(self):
+        with SwaySession(outputs=1) as sway:
+            running = begin(sway, ("HEADLESS-1",))
+            wait_for_board(sway, "HEADLESS-1")
+            sway.click(*ON_THE_BOARD)
+            background = running.neighbours[0]
+            eventually("the click arrives below", lambda: "released" in background.lines)
+            self.assertIn("pressed", background.lines)
+
+    def windows_cover_it(self):
+        with SwaySession(outputs=1) as sway:
+            begin(sway, ("HEADLESS-1",))
+            wait_for_board(sway, "HEADLESS-1")
+            sway.window()
+            all_pixels = 1280 * 720
+            eventually("the window covers all", lambda: sway.picture().count(WINDOW) == all_pixels)
+
+    def leaves_nothing(self):
+        with SwaySession() as sway:
+            add_calendar(sway)
+            set_defaults(sway, displayMode="all")
+            running = begin(sway)
+            wait_for_board(sway, "HEADLESS-1")
+            wait_for_board(sway, "HEADLESS-2", 1.5)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
+            self.assertTrue(is_bare(sway, "HEADLESS-1"))
+            self.assertTrue(is_bare(sway, "HEADLESS-2"))
+            names = [os.path.basename(line.split()[0]) for line in sway.processes() if line]
+            self.assertIn("sway", names)
+            self.assertEqual([name for name in names if name.startswith("orvane")], [])
+
+    def ends_cleanly_with_the_compositor(self):
+        with SwaySession(outputs=1) as sway:
+            running = sway.start(program("orvane"))
+            eventually("the board stands", lambda: sway.picture().pixel(*ON_THE_BOARD) != (0, 0, 0))
+            sway.sway.end(signal.SIGKILL)
+            self.assertEqual(running.process.wait(timeout=90), 0)
+            self.assertEqual(
+                running.output, "orvane: The connection to the Wayland compositor is lost.\n"
+            )
+
+
+class ProgramSeconds(unittest.TestCase):
+    LENGTH = 8
+
+    def frames(self, sway):
+        return ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces
+
+    def start_ticking(self, sway, **defaults):
+        """Answers the instant from which on the board only ticks."""
+        add_calendar(sway)
+        set_defaults(sway, **defaults)
+        sway.start(program("orvane"))
+        eventually("it is drawn", lambda: any(self.frames(sway)))
+        # By then the calendars have been read and shown.
+        return time.time() + 3
+
+    def ticks(self, sway, since):
+        def drawn():
+            surfaces = [[f for f in frames if f.time > since] for frames in self.frames(sway)]
+            return surfaces if surfaces and min(map(len, surfaces)) > self.LENGTH else None
+
+        return eventually("%d seconds are drawn" % self.LENGTH, drawn, self.LENGTH + 30)
+
+    def never_skip_nor_repeat(self):
+        with SwaySession(trace=True) as sway:
+            surfaces = self.ticks(sway, self.start_ticking(sway, displayMode="all"))
+            self.assertEqual(len(surfaces), 2)
+            for frames in surfaces:
+                seconds = [int(frame.time) for frame in frames]
+                self.assertEqual(seconds, list(range(seconds[0], seconds[0] + len(seconds))))
+
+    def are_drawn_on_the_second(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            (frames,) = self.ticks(sway, self.start_ticking(sway))
+            self.assertLess(statistics.median(frame.time % 1 for frame in frames), 0.03)
+
+    def change_a_few_thousand_pixels(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            (frames,) = self.ticks(sway, self.start_ticking(sway))
+            areas = [frame.changed_pixels for frame in frames]
+            self.assertLess(statistics.median(areas), 6000)
+            # Six digits and a pill or two, when a minute turns; the buffer holds far more.
+            self.assertLess(max(areas), 40000)
+            width, height = frames[-1].buffer
+            self.assertLess(width * height, 1280 * 720 // 2)
+
+    def show_a_new_calendar_within_two(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            sway.start(program("orvane"))
+            eventually("it is drawn", lambda: any(self.frames(sway)))
+            # The first refresh is over when nothing has been drawn for a while.
+            eventually("it is quiet", lambda: time.time() - self.frames(sway)[-1][-1].time > 3, 40)
+            copied = time.time()
+            add_calendar(sway)
+
+            def ticking():
+                frames = [frame for frame in self.frames(sway)[-1] if frame.time > copied]
+                return frames if len(frames) > 2 else None
+
+            first = eventually("the countdown is drawn", ticking)[0]
+            self.assertGreater(first.changed_pixels, 20000)
+            self.assertLess(first.time - copied, 2)
+
+
+if __name__ == "__main__":
+    run_tests()
