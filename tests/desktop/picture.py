@@ -46,19 +46,17 @@ class Picture:
         if (self.width, self.height) != (other.width, other.height):
             return (0, 0, max(self.width, other.width), max(self.height, other.height))
         stride = 3 * self.width
-        rows = [
-            y
-            for y in range(self.height)
-            if self._data[y * stride : (y + 1) * stride] != other._data[y * stride : (y + 1) * stride]
-        ]
-        if not rows:
-            return None
-        columns = set()
-        for y in rows:
-            for x in range(self.width):
-                if self.pixel(x, y) != other.pixel(x, y):
-                    columns.add(x)
-        return (min(columns), rows[0], max(columns) + 1, rows[-1] + 1)
+        rows, first, last = [], self.width, -1
+        for y in range(self.height):
+            mine, theirs = (it._data[y * stride : (y + 1) * stride] for it in (self, other))
+            if mine == theirs:
+                continue
+            bits = int.from_bytes(mine, "big") ^ int.from_bytes(theirs, "big")
+            rows.append(y)
+            first = min(first, (8 * stride - bits.bit_length()) // 8 // 3)
+            lowest = (bits & -bits).bit_length() - 1
+            last = max(last, (stride - 1 - lowest // 8) // 3)
+        return (first, rows[0], last + 1, rows[-1] + 1) if rows else None
 
     def __eq__(self, other):
         return (self.width, self.height, self._data) == (other.width, other.height, other._data)

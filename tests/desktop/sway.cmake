@@ -57,3 +57,5 @@ sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           clicks_go_through windows_cover_it leaves_nothing ends_cleanly_with_the_compositor)
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
+sway_test(picture_test.py Pictures are_read_from_a_file count_a_color_within_a_rectangle
+          tell_where_they_differ)

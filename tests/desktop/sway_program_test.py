@@ -154,8 +154,8 @@ class Program(unittest.TestCase):
 
     def ends_cleanly_with_the_compositor(self):
         with SwaySession(outputs=1) as sway:
-            running = sway.start(program("orvane"))
-            eventually("the board stands", lambda: sway.picture().pixel(*ON_THE_BOARD) != (0, 0, 0))
+            running = begin(sway, ("HEADLESS-1",))
+            wait_for_board(sway, "HEADLESS-1")
             sway.sway.end(signal.SIGKILL)
             self.assertEqual(running.process.wait(timeout=90), 0)
             self.assertEqual(
