@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "agenda/records.h"
@@ -18,13 +19,13 @@ template <class Item>
 }
 
 [[nodiscard]] inline std::vector<DashboardEvent> filterEvents(std::vector<DashboardEvent> events,
-                                                              const DashboardSettings& settings) {
-  return keepSelected(std::move(events), *settings.selectedCalendarIDs);
+                                                              const TextSet& selectedCalendarIDs) {
+  return keepSelected(std::move(events), selectedCalendarIDs);
 }
 
 [[nodiscard]] inline std::vector<DashboardReminder> filterReminders(
-    std::vector<DashboardReminder> reminders, const DashboardSettings& settings) {
-  return keepSelected(std::move(reminders), *settings.selectedReminderListIDs);
+    std::vector<DashboardReminder> reminders, const TextSet& selectedReminderListIDs) {
+  return keepSelected(std::move(reminders), selectedReminderListIDs);
 }
 
 }  // namespace orvane

@@ -23,6 +23,33 @@ Task<CalendarListing> listOnWorker(MainActor& actor, std::shared_ptr<EKEventStor
   co_return co_await listing;
 }
 
+struct Agenda {
+  std::vector<DashboardEvent> events;
+  std::vector<DashboardReminder> reminders;
+};
+
+// What lies in the selected calendars and lists, as they are selected now. Both this and the
+// destruction of thousands of items take longer than the main thread may be kept.
+Task<std::shared_ptr<Agenda>> selectOnWorker(MainActor& actor, std::shared_ptr<Agenda> fetched,
+                                             std::shared_ptr<DashboardSettings> settings) {
+  std::function<std::shared_ptr<Agenda>()> select = [fetched,
+                                                     calendars = *settings->selectedCalendarIDs,
+                                                     lists = *settings->selectedReminderListIDs] {
+    fetched->events = filterEvents(std::move(fetched->events), calendars);
+    fetched->reminders = filterReminders(std::move(fetched->reminders), lists);
+    return fetched;
+  };
+  auto selected = onWorker(actor, std::move(select));
+  co_return co_await selected;
+}
+
+void destroyOnWorker(MainActor& actor, std::shared_ptr<Agenda> agenda) {
+  actor.runOnWorker([agenda] {
+    agenda->events.clear();
+    agenda->reminders.clear();
+  });
+}
+
 }  // namespace
 
 Task<void> TaskManager::refreshData(Self self, bool eventsAllowed, bool remindersAllowed) {
@@ -33,11 +60,15 @@ Task<void> TaskManager::refreshData(Self self, bool eventsAllowed, bool reminder
   ChildTask<std::vector<DashboardReminder>> reminderFetch(
       environment.mainActor,
       remindersAllowed ? fetchIncompleteReminders(self) : nothing<DashboardReminder>());
-  auto fetchedEvents = co_await eventFetch.value();
-  auto fetchedReminders = co_await reminderFetch.value();
+  const auto fetched = std::make_shared<Agenda>();
+  fetched->events = co_await eventFetch.value();
+  fetched->reminders = co_await reminderFetch.value();
+  auto selecting = selectOnWorker(environment.mainActor, fetched, self->settings_);
+  const auto agenda = co_await selecting;
 
-  self->events = filterEvents(std::move(fetchedEvents), *self->settings_);
-  self->reminders = filterReminders(std::move(fetchedReminders), *self->settings_);
+  agenda->events = self->events.exchange(std::move(agenda->events));
+  agenda->reminders = self->reminders.exchange(std::move(agenda->reminders));
+  destroyOnWorker(environment.mainActor, agenda);
   self->nextDeadline = findNextDeadline(*self->events, *self->reminders, *self->settings_,
                                         environment.locale, environment.mainActor.now());
   self->isRefreshing = false;

@@ -38,11 +38,16 @@ class Published {
   Published(const Published&) = delete;
 
   Published& operator=(T value) {
+    static_cast<void>(exchange(std::move(value)));
+    return *this;
+  }
+  // Assigns, and hands back what was in place, for those who care where it is destroyed.
+  [[nodiscard]] T exchange(T value) {
     owner_.objectWillChange().send();
     subject_.send(value);
-    value_ = std::move(value);
+    std::swap(value_, value);
     if (didSet_) didSet_(value_);
-    return *this;
+    return value;
   }
   Published& operator=(const Published&) = delete;
 

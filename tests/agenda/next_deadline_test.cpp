@@ -266,7 +266,7 @@ class SelectionTest : public NextDeadlineTest {
  protected:
   std::string kept() {
     std::string ids;
-    for (const auto& e : filterEvents(events_, settings_)) ids += e.id;
+    for (const auto& e : filterEvents(events_, *settings_.selectedCalendarIDs)) ids += e.id;
     return ids;
   }
 };
@@ -292,9 +292,10 @@ TEST_F(SelectionTest, ASelectionKeepsItsEventsInTheOrderGiven) {
 TEST_F(SelectionTest, RemindersAreKeptByTheirLists) {
   reminders_ = {reminder("a", 1), reminder("b", 2)};
   reminders_[0].calendarIdentifier = "other";
-  EXPECT_EQ(filterReminders(reminders_, settings_).size(), 2u);
+  EXPECT_EQ(filterReminders(reminders_, *settings_.selectedReminderListIDs).size(), 2u);
   settings_.selectedReminderListIDs = TextSet{"home"};
-  EXPECT_EQ(filterReminders(reminders_, settings_), std::vector{reminders_[1]});
+  EXPECT_EQ(filterReminders(reminders_, *settings_.selectedReminderListIDs),
+            std::vector{reminders_[1]});
 }
 
 }  // namespace

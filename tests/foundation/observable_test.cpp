@@ -70,6 +70,15 @@ TEST(Published, DidSetRunsLastAndMayAssignAgain) {
   EXPECT_EQ(seen, (std::vector<int>{0, 12, 10}));
 }
 
+TEST(Published, ExchangeAnnouncesAndHandsBackTheOldValue) {
+  Model model;
+  std::vector<int> seen;
+  const auto watching = model.number.subscribe([&](int value) { seen.push_back(value); });
+  EXPECT_EQ(model.number.exchange(5), 1);
+  EXPECT_EQ(*model.number, 5);
+  EXPECT_EQ(seen, (std::vector<int>{1, 5}));
+}
+
 TEST(Published, AnEndedSubscriptionHearsNothingMore) {
   Model model;
   int heard = 0;
