@@ -8,7 +8,7 @@ Color hudTint(DashboardThemeMode theme) {
     case DashboardThemeMode::vividBlue:
       return Color::srgb(0.03, 0.06, 0.26, 0.90);
     case DashboardThemeMode::dark:
-      return Color::srgb(0.05, 0.05, 0.07, 0.86);
+      return Color::srgb(0.05, 0.05, 0.07, 0.94);
     case DashboardThemeMode::light:
       return Color::srgb(0.96, 0.97, 1.0, 0.90);
   }

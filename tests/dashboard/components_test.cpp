@@ -44,7 +44,7 @@ TEST_F(ComponentsTest, GlassPanelInTheDarkTheme) {
   EXPECT_EQ(dump(GlassPanel{content}, {300, 52}),
             "shadow (0.0 0.0 300.0 52.0) continuous 8, black at 0.18, radius 22, offset 0 12\n"
             "group (0.0 0.0 300.0 52.0) at 0.82 clip continuous 8\n"
-            "  fill (0.0 0.0 300.0 52.0) rectangle, material rgb 0.05 0.05 0.07 at 0.86, shown at "
+            "  fill (0.0 0.0 300.0 52.0) rectangle, material rgb 0.05 0.05 0.07 at 0.94, shown at "
             "0.82\n"
             "  fill (0.0 0.0 300.0 52.0) rectangle, gradient [rgb 0.2392 0.3608 0.949 at 0.28] "
             "[black at 0.18] [white at 0.06], shown at 0.82\n"
