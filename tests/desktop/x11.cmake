@@ -8,10 +8,21 @@ target_link_libraries(x11_probe PRIVATE orvane_logic orvane_common orvane_x11 or
 target_include_directories(x11_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
 set_target_properties(x11_probe PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
 
+add_library(x11_desktop_harness STATIC x11_block_painter.cpp x11_child_process.cpp x11_observer.cpp
+            x11_probe_board.cpp x11_program.cpp x11_session.cpp x11_xfce.cpp)
+target_link_libraries(x11_desktop_harness PUBLIC orvane_logic orvane_common
+                      PkgConfig::ORVANE_X11_TEST GTest::gtest)
+target_compile_definitions(x11_desktop_harness PRIVATE
+                           ORVANE_X11_PROBE="$<TARGET_FILE:x11_probe>"
+                           ORVANE_PROGRAM="$<TARGET_FILE:orvane>")
+add_dependencies(x11_desktop_harness x11_probe orvane orvane-reader)
+
 orvane_test(NAME x11_desktop_test
-  SOURCES x11_bare_test.cpp x11_block_painter.cpp x11_child_process.cpp x11_observer.cpp
-          x11_probe_board.cpp x11_session.cpp x11_xfce_test.cpp
-  LIBRARIES PkgConfig::ORVANE_X11_TEST
+  SOURCES x11_bare_test.cpp x11_program_test.cpp x11_xfce_test.cpp
+  LIBRARIES x11_desktop_harness
   PROPERTIES LABELS desktop)
-target_compile_definitions(x11_desktop_test PRIVATE ORVANE_X11_PROBE="$<TARGET_FILE:x11_probe>")
-add_dependencies(x11_desktop_test x11_probe)
+# What measures time runs alone.
+orvane_test(NAME x11_beat_test
+  SOURCES x11_beat_test.cpp
+  LIBRARIES x11_desktop_harness
+  PROPERTIES LABELS desktop RUN_SERIAL TRUE)

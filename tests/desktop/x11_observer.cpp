@@ -194,12 +194,18 @@ void Observer::closeWindow(xcb_window_t window) const {
 }
 
 void Observer::showWorkspace(std::uint32_t number) const {
+  tellManager("_NET_CURRENT_DESKTOP", number);
+}
+
+void Observer::showDesktop() const { tellManager("_NET_SHOWING_DESKTOP", 1); }
+
+void Observer::tellManager(const std::string& message, std::uint32_t value) const {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
   event.window = root();
-  event.type = atom("_NET_CURRENT_DESKTOP");
-  event.data.data32[0] = number;
+  event.type = atom(message);
+  event.data.data32[0] = value;
   xcb_send_event(connection_, 0, root(),
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&event));

@@ -74,6 +74,7 @@ class Observer {
   xcb_window_t openWindow(const PixelRect& where, std::uint32_t colour) const;
   void closeWindow(xcb_window_t window) const;
   void showWorkspace(std::uint32_t number) const;
+  void showDesktop() const;  // in place of the ordinary windows
   // Sets a picture of one colour on the root, as programs that set wallpapers do.
   void setRootPicture(std::uint32_t colour) const;
   void setResources(const std::string& text) const;
@@ -83,6 +84,7 @@ class Observer {
  private:
   void visit(xcb_window_t window, xcb_window_t topLevel, PixelPoint at,
              std::vector<SeenWindow>& seen) const;
+  void tellManager(const std::string& message, std::uint32_t value) const;
   [[nodiscard]] std::string text(xcb_window_t window, xcb_atom_t property) const;
 
   xcb_connection_t* connection_;

@@ -41,8 +41,10 @@ bool contains(const PixelRect& rect, int x, int y) {
 
 }  // namespace
 
+std::string Probe::path() { return ORVANE_X11_PROBE; }
+
 Probe::Probe(const Session& session, std::vector<std::string> options) {
-  options.insert(options.begin(), ORVANE_X11_PROBE);
+  options.insert(options.begin(), path());
   process_ = session.start(std::move(options));
 }
 

@@ -15,6 +15,7 @@ class Probe {
  public:
   Probe(const Session& session, std::vector<std::string> options = {});
 
+  [[nodiscard]] static std::string path();
   [[nodiscard]] ChildProcess& process() { return *process_; }
   // Its windows on the server that can be seen, from left to right.
   [[nodiscard]] static std::vector<SeenWindow> boards(const Observer& observer);
