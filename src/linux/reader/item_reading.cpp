@@ -204,6 +204,8 @@ std::string boundedUid(std::string uid) {
 
 std::optional<CalendarItem> readItem(std::string_view text, TextEncoding encoding, int calendar,
                                      FileZones& zones) {
+  // The library would rather end the process than take bad text for what it is.
+  icalerror_set_errors_are_fatal(0);
   const ItemText reduced = reducedItemText(text, encoding);
   const Component component(icalparser_parse_string(reduced.component.c_str()));
   if (!component) return std::nullopt;

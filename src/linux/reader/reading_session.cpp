@@ -1,7 +1,5 @@
 #include "linux/reader/reading_session.h"
 
-#include <libical/ical.h>
-
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -57,7 +55,6 @@ wire::FileAnswer readFileWithinMemory(const std::string& path, const ReadingPlac
 
 void readFiles(const wire::ReadRequest& request, const std::function<void()>& beforeFile,
                const std::function<bool(const wire::FileAnswer&)>& receive) {
-  icalerror_set_errors_are_fatal(0);
   const Window window = windowOf(request);
   SystemZones systemZones;
   DefinedZones definedZones(systemZones, horizonYearOf(window));

@@ -122,6 +122,7 @@ RecurrenceRule converted(const icalrecurrencetype& parsed, Frequency frequency) 
 }  // namespace
 
 std::optional<RecurrenceRule> parseRecurrenceRule(const std::string& text) {
+  icalerror_set_errors_are_fatal(0);
   // The parsed rule is several kilobytes large and owns a text.
   auto parsed = std::make_unique<icalrecurrencetype>(
       icalrecurrencetype_from_string(withoutNumberParts(text).c_str()));
