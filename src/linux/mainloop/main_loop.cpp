@@ -34,7 +34,9 @@ class GLibMainLoop final : public MainLoop {
 
   int run() override {
     while (!status_) g_main_context_iteration(nullptr, TRUE);
-    return *status_;
+    const int status = *status_;
+    status_.reset();
+    return status;
   }
   void quit(int status) override {
     if (!status_) status_ = status;

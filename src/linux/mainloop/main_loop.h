@@ -22,7 +22,7 @@ namespace orvane::host {
 class MainLoop : public MainActor {
  public:
   // Handles events until quit() and returns its status. quit() before run() makes run() return
-  // without handling any.
+  // without handling any. May be called again afterwards.
   virtual int run() = 0;
   // Ends run() when the event at hand is done. The first status counts.
   virtual void quit(int status) = 0;

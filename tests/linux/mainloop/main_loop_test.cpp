@@ -39,6 +39,13 @@ TEST_F(MainLoopTest, QuittingBeforeTheStartHandlesNothing) {
   EXPECT_TRUE(ran.empty());
 }
 
+TEST_F(MainLoopTest, GoesOnWhereItWasLeftWhenItIsRunAgain) {
+  loop->quit(2);
+  loop->run();
+  loop->post([this] { loop->quit(5); });
+  EXPECT_EQ(loop->run(), 5);
+}
+
 TEST_F(MainLoopTest, RunsPostsInOrderNeverInsideTheCall) {
   loop->post([this] {
     ran.emplace_back("one");
