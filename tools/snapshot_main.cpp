@@ -18,10 +18,13 @@ std::string readerPath() {
   return (self.parent_path() / "orvane-reader").string();
 }
 
+// One line, whatever the words were that it repeats.
 int report(const Outcome& outcome) {
-  if (!outcome.message.empty()) {
-    std::fprintf(stderr, "orvane-snapshot: %s\n", outcome.message.c_str());
+  auto line = outcome.message;
+  for (char& character : line) {
+    if (character >= 0 && character < ' ') character = '?';
   }
+  if (!line.empty()) std::fprintf(stderr, "orvane-snapshot: %s\n", line.c_str());
   return outcome.status;
 }
 
