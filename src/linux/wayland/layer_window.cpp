@@ -163,6 +163,8 @@ void LayerWindow::refresh() {
   const auto changes = scene_->update(instant_, frame_.size());
   changed_.insert(changed_.end(), changes.begin(), changes.end());
   if (changed_.size() > mostChanges) changeAll();
+  // An area that lies on the pixels of one scale may lie across those of another.
+  if (scale() != plane_.scale) drawnArea_.reset();
   const auto area = drawnArea_.update(areaCovering(scene_->bounds(), scale(), frame_.size()));
   if (area.isEmpty()) return dropSurface();
   show(area);
@@ -256,6 +258,7 @@ void LayerWindow::retryLater() {
   if (++closedInARow_ > mostRefusals) {
     std::fputs("orvane: The compositor keeps closing the window; it stays closed.\n", stderr);
     refused_ = true;
+    ticks_.cancel();
     return;
   }
   const auto delay = firstRetry * (1 << (closedInARow_ - 1));

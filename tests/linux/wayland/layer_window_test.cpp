@@ -323,9 +323,12 @@ TEST_F(LayerWindowTest, HalfAPixelCountsAsOne) {
   EXPECT_EQ(lastPicture().marginLeft, 0);
   EXPECT_EQ(lastPicture().viewWidth, 2);
   EXPECT_EQ(lastPicture().width, 3);
+  view->panel = {0, 0, 60, 40};
   surface().preferScale(121);
   settle();
-  EXPECT_EQ(lastPicture().width, 2);
+  EXPECT_EQ(lastPicture().viewWidth, 60);
+  EXPECT_EQ(lastPicture().width, 61);
+  EXPECT_EQ(lastPicture().height, 40);
 }
 
 TEST_F(LayerWindowTest, BeginsAndEndsOnWholePixels) {
@@ -340,6 +343,25 @@ TEST_F(LayerWindowTest, BeginsAndEndsOnWholePixels) {
   EXPECT_EQ(picture.viewHeight, 104);
   EXPECT_EQ(picture.width, 380);
   EXPECT_EQ(picture.pixels, painted(instant, 1.25, {75, 50}, 380, 130));
+}
+
+TEST_F(LayerWindowTest, LiesOnThePixelsOfEveryScaleThatComes) {
+  view->panel = {61, 41, 301, 101};
+  show();
+  for (const std::uint32_t scale : {150U, 180U, 210U, 120U}) {
+    surface().preferScale(scale);
+    settle();
+    const auto& picture = lastPicture();
+    const double factor = scale / 120.0;
+    EXPECT_DOUBLE_EQ(picture.viewWidth * factor, picture.width);
+    EXPECT_DOUBLE_EQ(picture.viewHeight * factor, picture.height);
+    const PixelPoint origin{static_cast<int>(picture.marginLeft * factor),
+                            static_cast<int>(picture.marginTop * factor)};
+    EXPECT_DOUBLE_EQ(picture.marginLeft * factor, origin.x);
+    EXPECT_EQ(picture.pixels, painted(instant, factor, origin, picture.width, picture.height));
+    surface().releaseBuffers();
+    settle();
+  }
 }
 
 TEST_F(LayerWindowTest, FollowsTheScaleOfItsOutput) {
@@ -418,6 +440,7 @@ TEST_F(LayerWindowTest, ACompositorThatRefusesItIsNotAskedForEver) {
   EXPECT_THAT(compositor.surfaces(), SizeIs(9));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "orvane: The compositor keeps closing the window; it stays closed.\n");
+  EXPECT_EQ(schedule.listeners(), 0U);
   window->orderBack();
   settle();
   EXPECT_THAT(compositor.surfaces(), SizeIs(10)) << "the user may ask again";
