@@ -2,7 +2,6 @@
 // per file on standard output. It is short-lived, limited in what it may use, and may die of a
 // file; whoever started it then knows by the answers which one that was.
 
-#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -46,7 +45,6 @@ bool writeStandardOutput(const std::string& bytes) {
 int main() {
   // Whoever asked may be gone before everything is answered; that is no failure to shout about.
   std::signal(SIGPIPE, SIG_IGN);
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
   orvane::ical::limitProcess();
   const auto bytes = readStandardInput();
   const auto request = bytes ? orvane::wire::decodeRequest(*bytes) : std::nullopt;

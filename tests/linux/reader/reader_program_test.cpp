@@ -148,6 +148,7 @@ TEST_F(ReaderProgram, AFileOf50MegabytesIsReadWithinBounds) {
   EXPECT_EQ(answer.outcome, ReadOutcome::good);
   EXPECT_EQ(answer.events.size(), 2U);
   EXPECT_LT(run_.processorSeconds, 10);
+  EXPECT_LT(run_.peakKilobytes, 600'000);
 }
 
 TEST_F(ReaderProgram, ALineOfTenMegabytesCostsNoNeighbour) {
