@@ -102,14 +102,15 @@ DisplayList cardScene(const Studio& studio, Theme theme, const std::string& coun
 
 DisplayList symbolScene() {
   DisplayList list;
+  const Color ink = Color::srgb(0.35, 0.45, 0.8);
   double x = 4;
   for (const char* name : symbols) {
     const Font small{12, FontWeight::semibold};
     const Font large{22, FontWeight::regular};
     const Size smallSize = symbolSize(name, small);
     const Size largeSize = symbolSize(name, large);
-    add(list, {x, 6, smallSize.width, smallSize.height}, SymbolItem{name, small, Color::black()});
-    add(list, {x, 32, largeSize.width, largeSize.height}, SymbolItem{name, large, Color::black()});
+    add(list, {x, 6, smallSize.width, smallSize.height}, SymbolItem{name, small, ink});
+    add(list, {x, 32, largeSize.width, largeSize.height}, SymbolItem{name, large, ink});
     x += 30.5;
   }
   return list;
