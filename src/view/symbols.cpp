@@ -41,20 +41,20 @@ SymbolDrawing calendarWithBadge() {
                                 .build());
   drawing.strokes.push_back(polyline({{2, 9.6}, {16.4, 9.6}}));
   drawing.fills = {dot({6.6, 13.5}, 1.25), dot({6.6, 17.3}, 1.25)};
-  drawing.strokes.push_back(circlePath({18.8, 17.4}, 5.6));
+  drawing.strokes.push_back(circlePath({18.8, 17.2}, 5.6));
   return drawing;
 }
 
 SymbolDrawing calendarBadgeClock() {
   SymbolDrawing drawing = calendarWithBadge();
-  drawing.strokes.push_back(polyline({{18.8, 14.5}, {18.8, 17.6}, {20.9, 18.8}}));
+  drawing.strokes.push_back(polyline({{18.8, 14.3}, {18.8, 17.4}, {20.9, 18.6}}));
   return drawing;
 }
 
 SymbolDrawing calendarBadgeExclamationmark() {
   SymbolDrawing drawing = calendarWithBadge();
-  drawing.strokes.push_back(polyline({{18.8, 14.5}, {18.8, 17.4}}));
-  drawing.fills.push_back(dot({18.8, 20.3}, 1.15));
+  drawing.strokes.push_back(polyline({{18.8, 14.3}, {18.8, 17.2}}));
+  drawing.fills.push_back(dot({18.8, 20.1}, 1.15));
   return drawing;
 }
 
@@ -83,7 +83,7 @@ Path arrowHead(Point center, double radius, double angle) {
 
 SymbolDrawing circlePathOfTwoArrows() {
   const Point center{12, 12};
-  constexpr double radius = 8.6;
+  constexpr double radius = 8.5;
   SymbolDrawing drawing;
   for (const double turn : {0.0, 180.0}) {
     drawing.strokes.push_back(PathBuilder().arc(center, radius, turn + 190, turn + 318).build());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace orvane::host {
 
@@ -29,17 +30,26 @@ std::uint32_t mixed(const SRGB& from, const SRGB& to, double part) {
          within(channel(from.green, to.green)) << 8 | within(channel(from.blue, to.blue));
 }
 
-// The place along the gradient as a linear function of a pixel's place.
+// The place along the gradient, in steps, as a linear function of a pixel's place. In whole
+// numbers, which add up to the same wherever one begins.
 struct Axis {
-  double x0, y0, perX, perY;
+  static constexpr int fractionBits = 32;
+  std::int64_t perColumn;
+  std::int64_t perRow;
+  std::int64_t x0;
+  std::int64_t y0;
 
-  Axis(const Outline& o, double steps) : x0(o.x - 0.5), y0(o.y - 0.5), perX(0), perY(0) {
-    const double length = o.width * o.width + o.height * o.height;
-    perX = o.width / length * steps;
-    perY = o.height / length * steps;
+  Axis(const Outline& o, int steps)
+      : x0(static_cast<std::int64_t>(o.x)), y0(static_cast<std::int64_t>(o.y)) {
+    const double unit = std::ldexp(steps / (o.width * o.width + o.height * o.height), fractionBits);
+    perColumn = std::llround(o.width * unit);
+    perRow = std::llround(o.height * unit);
   }
-  [[nodiscard]] double alongRow(int y) const { return (y - y0) * perY; }
-  [[nodiscard]] double alongColumn(int x) const { return (x - x0) * perX; }
+  // From the middle of the pixel, and rounded when the fraction is dropped.
+  [[nodiscard]] std::int64_t at(int x, int y) const {
+    return (x - x0) * perColumn + (y - y0) * perRow + (perColumn + perRow) / 2 +
+           (std::int64_t{1} << (fractionBits - 1));
+  }
 };
 
 }  // namespace
@@ -73,12 +83,10 @@ void GradientDrawing::fillStrip(cairo_t* cr, const Ramp& colors, const Outline& 
   const int stride = cairo_image_surface_get_stride(surface.get());
   const Axis axis(outline, steps);
   for (int y = 0; y < strip.height; ++y) {
-    auto* row = reinterpret_cast<std::uint32_t*>(data + std::size_t(y) * stride);
-    const double alongRow = axis.alongRow(strip.y + y);
-    for (int x = 0; x < strip.width; ++x) {
-      const double place = alongRow + axis.alongColumn(strip.x + x);
-      row[x] = colors.colors[std::clamp(static_cast<int>(place + 0.5), 0, steps)];
-    }
+    auto* row = reinterpret_cast<std::uint32_t*>(data + std::ptrdiff_t{y} * stride);
+    std::int64_t place = axis.at(strip.x, strip.y + y);
+    for (int x = 0; x < strip.width; ++x, place += axis.perColumn)
+      row[x] = colors.colors[std::clamp<std::int64_t>(place >> Axis::fractionBits, 0, steps)];
   }
   cairo_surface_mark_dirty(surface.get());
   cairo_set_source_surface(cr, surface.get(), strip.x, strip.y);
