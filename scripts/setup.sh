@@ -6,6 +6,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=scripts/packages.sh
 . "$root/scripts/packages.sh"
 
+# Two builds of one file in different folders are one entry of the compiler's cache.
+export CCACHE_BASEDIR="$root" CCACHE_NOHASHDIR=1
+
 fail() {
   echo "${program:-orvane}: $*" >&2
   exit 1

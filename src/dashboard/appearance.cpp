@@ -8,7 +8,31 @@ namespace {
 // In place of a primary colour that is not one.
 constexpr Color fallbackPrimary = Color::srgb(0.24, 0.36, 0.95);
 
+// On the light glass each has a contrast of nearly three to one or more.
+Color onLightGlass(SystemColor name) {
+  switch (name) {
+    case SystemColor::red:
+      return Color::srgb(0.84, 0.16, 0.14);
+    case SystemColor::orange:
+      return Color::srgb(0.80, 0.37, 0);
+    case SystemColor::yellow:
+      return Color::srgb(0.64, 0.45, 0);
+    case SystemColor::cyan:
+      return Color::srgb(0, 0.47, 0.66);
+    case SystemColor::white:
+      return Color::white();
+    case SystemColor::black:
+      return Color::black();
+  }
+  return Color::clear();
+}
+
 }  // namespace
+
+Color DashboardAppearance::shown(const Color& color) const {
+  if (!isLight() || !color.isSystem()) return color;
+  return onLightGlass(color.systemName()).opacity(color.opacity());
+}
 
 DashboardAppearance appearanceOf(const DashboardSettings& settings) {
   return {settings.themeMode.get(),

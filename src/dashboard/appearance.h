@@ -22,6 +22,9 @@ struct DashboardAppearance {
   [[nodiscard]] bool isLight() const { return themeMode == DashboardThemeMode::light; }
   // White, or dark on the light theme: the colour of texts, and of tints at a low opacity.
   [[nodiscard]] Color neutral() const { return isLight() ? lightThemeTextColor : Color::white(); }
+  // A colour as it is drawn: system colours, which are made for dark glass, are darkened on the
+  // light theme until they can be read there.
+  [[nodiscard]] Color shown(const Color& color) const;
 
   friend bool operator==(const DashboardAppearance&, const DashboardAppearance&) = default;
 };

@@ -8,7 +8,7 @@ View ETAPill::body(const CardEnvironment& environment) const {
   const auto& settings = environment.appearance;
   return text(shortETA(date, now))
       .font({.size = 11, .weight = FontWeight::bold, .monospacedDigits = true})
-      .foreground(countdownColor(date, now, settings))
+      .foreground(settings.shown(countdownColor(date, now, settings)))
       .lineLimit(1)
       .padding({4, 8, 4, 8})
       .background(filled(Shape::capsule(), settings.neutral().opacity(0.12)));

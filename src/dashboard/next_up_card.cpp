@@ -34,7 +34,7 @@ View countdown(const DashboardDeadline& deadline, Date now, const CardEnvironmen
   return vstack(
       lines, {text(countdownString(deadline.date, now))
                   .font(digits)
-                  .foreground(countdownColor(deadline.date, now, settings))
+                  .foreground(settings.shown(countdownColor(deadline.date, now, settings)))
                   .lineLimit(1)
                   .minimumScaleFactor(0.45),
               text(deadline.title).font({18, FontWeight::semibold}).foreground(settings.neutral()),

@@ -13,7 +13,8 @@ Color ReminderRow::priorityColor(const DashboardAppearance& settings) const {
 }
 
 View ReminderRow::body(const CardEnvironment& environment) const {
-  const Color ringColor = priorityColor(environment.appearance).opacity(0.9);
+  const auto& appearance = environment.appearance;
+  const Color ringColor = appearance.shown(priorityColor(appearance)).opacity(0.9);
   const View ring = stroked(Shape::circle(), ringColor, 2.2).frame(15, 15).padding({3, 0, 0, 0});
   const std::string due = reminder.dueDate
                               ? environment.locale.dateAbbreviatedTimeShortened(*reminder.dueDate)

@@ -15,7 +15,9 @@ View TimeRail::body(const CardEnvironment& environment) const {
                         .lineLimit(1)
                         .minimumScaleFactor(0.75)
                         .frame(textWidth, std::nullopt, Alignment::leading());
-  const View bar = filled(Shape::roundedRectangle(1), color.opacity(0.55)).frame(2, 28);
+  const View bar =
+      filled(Shape::roundedRectangle(1), environment.appearance.shown(color).opacity(0.55))
+          .frame(2, 28);
   return hstack({.spacing = 8}, {time, bar});
 }
 

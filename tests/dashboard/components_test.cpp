@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "dashboard/empty_state_view.h"
 #include "dashboard/eta_pill.h"
 #include "dashboard/event_row.h"
@@ -153,6 +155,30 @@ TEST_F(ComponentsTest, TitlesOfEventRowsLineUp) {
   EXPECT_NEAR(titleLeft(now, false), 82, 0.05);
   EXPECT_NEAR(titleLeft(now + 3 * 3600, false), 82, 0.05);
   EXPECT_NEAR(titleLeft(now, true), 82, 0.05);
+}
+
+// Relative luminance, as WCAG 2.1 defines it.
+double luminance(const SRGB& color) {
+  const auto linear = [](double c) {
+    return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+
+TEST_F(ComponentsTest, SystemColorsCanBeReadOnLightGlass) {
+  const DashboardAppearance light = themed(DashboardThemeMode::light);
+  const double glass = luminance({0.85, 0.86, 0.92, 1});
+  for (const auto name :
+       {SystemColor::red, SystemColor::orange, SystemColor::yellow, SystemColor::cyan}) {
+    const Color shown = light.shown(Color::system(name, 0.95));
+    EXPECT_EQ(shown.opacity(), 0.95);
+    EXPECT_GE((glass + 0.05) / (luminance(shown.resolved()) + 0.05), 2.7);
+  }
+}
+
+TEST_F(ComponentsTest, DarkThemesAndPlainColorsAreShownAsTheyAre) {
+  EXPECT_EQ(appearance.shown(Color::yellow()), Color::yellow());
+  EXPECT_EQ(themed(DashboardThemeMode::light).shown(lightThemeTextColor), lightThemeTextColor);
 }
 
 TEST_F(ComponentsTest, TimeRailShrinksALongTime) {
