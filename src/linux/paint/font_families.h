@@ -6,8 +6,8 @@
 
 namespace orvane::host {
 
-// Family lists as pango takes them, separated by commas, for the two designs. A rounded family
-// that was not asked for is looked up among those installed, unless the standard one is pinned.
+// Family lists as pango takes them, separated by commas, the first one that is installed counting,
+// for the two designs. Where the standard family is pinned, it serves for the rounded design too.
 [[nodiscard]] std::string standardFamily(const FontOptions& options);
 [[nodiscard]] std::string roundedFamily(const FontOptions& options);
 

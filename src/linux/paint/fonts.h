@@ -14,7 +14,7 @@ struct FontOptions {
     fixed,    // outlines as they were designed: the same picture on every machine
   };
   std::string family;         // empty: the desktop's font for user interfaces
-  std::string roundedFamily;  // empty: a rounded family, where one is installed, else `family`
+  std::string roundedFamily;  // empty: `family`, or else a rounded one that is installed
   std::string language;       // BCP 47, for the forms of letters; empty: the process's locale
   Rendering rendering = Rendering::desktop;
 };

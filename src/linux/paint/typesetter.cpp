@@ -74,8 +74,6 @@ Typesetter::Typesetter(const FontOptions& options)
     : map_(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT)),
       standardFamily_(standardFamily(options)),
       roundedFamily_(roundedFamily(options)) {
-  // At 72 dots an inch a point is one unit.
-  pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(map_.get()), 72);
   context_.reset(pango_font_map_create_context(map_.get()));
   pango_context_set_round_glyph_positions(context_.get(), FALSE);
   pango_cairo_context_set_font_options(context_.get(), fontOptions(options.rendering).get());
@@ -89,6 +87,7 @@ FontDescriptionHandle Typesetter::describe(const Font& font) const {
   const std::string& family = font.design == FontDesign::rounded ? roundedFamily_ : standardFamily_;
   pango_font_description_set_family_static(description.get(), family.c_str());
   pango_font_description_set_weight(description.get(), pangoWeight(font.weight));
+  // Absolute sizes, since setting the map's resolution would make pango list every font there is.
   pango_font_description_set_absolute_size(description.get(),
                                            std::clamp(font.size, 0.1, 4096.0) * PANGO_SCALE);
   return description;

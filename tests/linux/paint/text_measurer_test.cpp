@@ -166,6 +166,27 @@ TEST(TextMeasurer, AFamilyThatIsNotInstalledFallsBack) {
   EXPECT_GT(measurer->measure("Weekday", {rounded}, unlimitedWidth).size.width, 50);
 }
 
+TEST(TextMeasurer, ARoundedFamilyIsTakenWhereOneIsNamed) {
+  const auto measurer =
+      host::makeTextMeasurer(host::makeTypesetter({"DejaVu Sans", "Inter", "en", {}}));
+  const auto inter = host::makeTextMeasurer(host::makeTypesetter({"Inter", "", "en", {}}));
+  const TextStyle rounded{{20, FontWeight::bold, FontDesign::rounded}};
+  const TextStyle standard{{20, FontWeight::bold}};
+  const double width = measurer->measure("Weekday", rounded, unlimitedWidth).size.width;
+  EXPECT_EQ(width, inter->measure("Weekday", standard, unlimitedWidth).size.width);
+  EXPECT_NE(width, measurer->measure("Weekday", standard, unlimitedWidth).size.width);
+}
+
+// A list of families counts from its first one that is installed, as the rounded design relies on.
+TEST(TextMeasurer, FamiliesThatAreMissingArePassedOver) {
+  const auto listed = host::makeTextMeasurer(
+      host::makeTypesetter({"No Such Family,Nor This One,Inter,DejaVu Sans", "", "en", {}}));
+  const auto inter = host::makeTextMeasurer(host::makeTypesetter({"Inter", "", "en", {}}));
+  const TextStyle style{{20, FontWeight::bold}};
+  EXPECT_EQ(listed->measure("Weekday", style, unlimitedWidth).size,
+            inter->measure("Weekday", style, unlimitedWidth).size);
+}
+
 TEST(TextMeasurer, TheSystemsFontIsFound) {
   const auto measurer = host::makeTextMeasurer(host::makeTypesetter());
   for (const FontDesign design : {FontDesign::standard, FontDesign::rounded})
