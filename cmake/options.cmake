@@ -14,7 +14,9 @@ add_library(orvane_options INTERFACE)
 target_include_directories(orvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
 if(ORVANE_SANITIZE)
   target_compile_options(orvane_options INTERFACE -fsanitize=${ORVANE_SANITIZE}
-                         -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+                         -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+                         # Clang 14 cannot assemble coroutines with that check.
+                         $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
   target_link_options(orvane_options INTERFACE -fsanitize=${ORVANE_SANITIZE})
 endif()
 

@@ -6,6 +6,8 @@
 #include <future>
 #include <memory>
 
+// What work refers to is declared before the pool, whose end waits for it.
+
 namespace orvane::host {
 namespace {
 
@@ -18,19 +20,19 @@ TEST(WorkerPool, HasNoThreadBeforeThereIsWork) {
 }
 
 TEST(WorkerPool, RunsWorkOnAnotherThread) {
-  WorkerPool pool({2, minutes(1)});
   std::promise<std::thread::id> ran;
+  WorkerPool pool({2, minutes(1)});
   pool.run([&] { ran.set_value(std::this_thread::get_id()); });
   EXPECT_NE(ran.get_future().get(), std::this_thread::get_id());
 }
 
 TEST(WorkerPool, RunsTwoPiecesOfWorkSideBySideAndNoMore) {
-  WorkerPool pool({2, minutes(1)});
   std::promise<void> first, second;
   std::promise<void> release;
   const auto released = release.get_future().share();
   std::atomic<bool> thirdRan = false;
   std::promise<void> third;
+  WorkerPool pool({2, minutes(1)});
   pool.run([&] { first.set_value(), released.wait(); });
   pool.run([&] { second.set_value(), released.wait(); });
   pool.run([&] { thirdRan = true, third.set_value(); });
@@ -45,9 +47,9 @@ TEST(WorkerPool, RunsTwoPiecesOfWorkSideBySideAndNoMore) {
 TEST(WorkerPool, AnIdleThreadTakesTheNextWork) {
   WorkerPool pool({4, minutes(1)});
   for (int i = 0; i < 50; ++i) {
-    std::promise<void> done;
-    pool.run([&] { done.set_value(); });
-    done.get_future().wait();
+    const auto done = std::make_shared<std::promise<void>>();
+    pool.run([done] { done->set_value(); });
+    done->get_future().wait();
   }
   EXPECT_LE(pool.threadCount(), 4);
   EXPECT_GE(pool.threadCount(), 1);
@@ -56,9 +58,9 @@ TEST(WorkerPool, AnIdleThreadTakesTheNextWork) {
 TEST(WorkerPool, ThreadsEndWhenTheyHaveBeenIdleAndStartAgain) {
   WorkerPool pool({2, milliseconds(1)});
   for (int round = 0; round < 3; ++round) {
-    std::promise<void> done;
-    pool.run([&] { done.set_value(); });
-    done.get_future().wait();
+    const auto done = std::make_shared<std::promise<void>>();
+    pool.run([done] { done->set_value(); });
+    done->get_future().wait();
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (pool.threadCount() > 0 && std::chrono::steady_clock::now() < limit) {
       std::this_thread::yield();
@@ -72,8 +74,8 @@ TEST(WorkerPool, ClosingWaitsForWorkThatHasBegunAndDropsTheRest) {
   const std::weak_ptr<int> dropped = witness;
   std::atomic<bool> finished = false;
   std::promise<void> begun;
-  WorkerPool pool({1, minutes(1)});
   std::promise<void> release;
+  WorkerPool pool({1, minutes(1)});
   pool.run([&] {
     begun.set_value();
     release.get_future().wait();
