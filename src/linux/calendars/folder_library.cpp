@@ -43,33 +43,40 @@ FolderLibrary::FolderLibrary(std::vector<std::string> roots, ReaderClient reader
     : roots_(std::move(roots)), reader_(std::move(reader)), watch_(watch) {}
 
 FolderLibrary::Update FolderLibrary::update(const FolderChanges& changes, const ReadWindow& window,
+                                            const ShownSpan& shown,
                                             const ReaderClient::Pace& pace) {
   auto held = lock();
-  const bool rereadsAll = takeChanges(changes, window);
+  const bool rereadsOnly = takeChanges(changes, window, shown);
   if (needsSearch_) search();
   const auto items = takePending();
   held.unlock();
   read(items, pace);
   held.lock();
-  const bool changed = std::exchange(changed_, false) && !rereadsAll;
+  const bool changed = std::exchange(changed_, false) && !rereadsOnly;
   const bool hasSuspects = std::any_of(folders_.begin(), folders_.end(), [](const auto& entry) {
     return entry.second.shelf.hasSuspects();
   });
   return {changed, pending_.empty() || readerFailed_, hasSuspects};
 }
 
-// Answers whether everything is to be read for another reason than a change.
-bool FolderLibrary::takeChanges(const FolderChanges& changes, const ReadWindow& window) {
+// Answers whether something is to be read for another reason than a change.
+bool FolderLibrary::takeChanges(const FolderChanges& changes, const ReadWindow& window,
+                                const ShownSpan& shown) {
   const bool isNewWindow = window != window_;
+  const bool isNewSpan = shown != shown_;
   window_ = window;
-  needsSearch_ = needsSearch_ || changes.any() || isNewWindow || retriesSuspects_;
+  shown_ = shown;
+  bool rereads = isNewWindow;
   for (auto& [directory, folder] : folders_) {
-    folder.isRereadWhole = folder.isRereadWhole || isNewWindow;
+    const bool isReread = isNewWindow || (isNewSpan && folder.shelf.hasShownOnly());
     const bool isRetried = retriesSuspects_ && folder.shelf.hasSuspects();
-    folder.isStale = folder.isStale || changes.everything || isNewWindow || isRetried ||
+    rereads = rereads || isReread;
+    folder.isRereadWhole = folder.isRereadWhole || isReread;
+    folder.isStale = folder.isStale || changes.everything || isReread || isRetried ||
                      changes.directories.contains(directory);
   }
-  return isNewWindow && !changes.any();
+  needsSearch_ = needsSearch_ || changes.any() || rereads || retriesSuspects_;
+  return rereads && !changes.any();
 }
 
 void FolderLibrary::search() {
@@ -136,7 +143,7 @@ std::vector<FolderLibrary::Pending> FolderLibrary::takePending() {
 void FolderLibrary::read(const std::vector<Pending>& items, const ReaderClient::Pace& pace) {
   ReaderClient::Report report;
   if (!items.empty()) {
-    ReadJob job{window_.start, window_.end, window_.localTimeZone, {}};
+    ReadJob job{window_.start, window_.end, window_.localTimeZone, {}, shown_.start, shown_.end};
     for (const auto& item : items) job.paths.push_back(item.directory + "/" + item.name);
     report = reader_.read(
         job,

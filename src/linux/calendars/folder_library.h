@@ -25,6 +25,14 @@ struct ReadWindow {
   friend bool operator==(const ReadWindow&, const ReadWindow&) = default;
 };
 
+// The part of a window that was last asked for.
+struct ShownSpan {
+  double start = 0;
+  double end = 0;
+
+  friend bool operator==(const ShownSpan&, const ShownSpan&) = default;
+};
+
 // All calendars below the roots with what they hold in a window, kept up to date at the cost of
 // what changed. One thread at a time may update it, which can take long; what it holds may be
 // looked at meanwhile, under a lock.
@@ -39,13 +47,14 @@ class FolderLibrary {
     bool hasSuspects = false;  // to be looked at once more in a while
   };
   // Lists what changed, then reads what is to be read, without holding the lock.
-  Update update(const FolderChanges& changes, const ReadWindow& window,
+  Update update(const FolderChanges& changes, const ReadWindow& window, const ShownSpan& shown,
                 const ReaderClient::Pace& pace);
   // Items that had just turned bad are read once more by the next update.
   void retrySuspects() { retriesSuspects_ = true; }
 
   // For the thread that updates.
   [[nodiscard]] const ReadWindow& window() const { return window_; }
+  [[nodiscard]] const ShownSpan& shown() const { return shown_; }
   [[nodiscard]] bool hasRemote() const { return tree_.hasRemote; }
 
   // To be held while looking at the following.
@@ -67,7 +76,7 @@ class FolderLibrary {
     std::string name;
   };
 
-  bool takeChanges(const FolderChanges& changes, const ReadWindow& window);
+  bool takeChanges(const FolderChanges& changes, const ReadWindow& window, const ShownSpan& shown);
   void search();
   const FolderFacts& look(const std::string& directory, FolderRole role);
   void list(const std::string& directory, FolderRole role, Folder& folder);
@@ -81,6 +90,7 @@ class FolderLibrary {
   ReaderClient reader_;
   FolderWatch& watch_;
   ReadWindow window_;
+  ShownSpan shown_;
   CollectionTree tree_;
   std::unordered_map<std::string, Folder> folders_;
   std::deque<Pending> pending_;

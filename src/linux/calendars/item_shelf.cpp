@@ -18,7 +18,8 @@ bool mustBeRead(const ShelfItem& item, std::uint64_t stamp, ItemShelf::Reread re
 
 void drop(ShelfItem& item, ItemState state) {
   item.state = state;
-  item.isDue = item.holdsEvents = item.holdsTasks = item.isSuspect = false;
+  item.isDue = item.holdsEvents = item.holdsTasks = false;
+  item.isSuspect = item.isForShownOnly = false;
   item.kept.reset();
 }
 
@@ -27,6 +28,7 @@ void keep(ShelfItem& item, wire::FileAnswer& answer) {
   item.holdsEvents = answer.holdsEvents;
   item.holdsTasks = answer.holdsTasks;
   item.isSuspect = false;
+  item.isForShownOnly = answer.isForShownOnly;
   item.kept = KeptFile::from(answer);
 }
 
@@ -108,6 +110,11 @@ bool ItemShelf::hasSuspects() const {
 
 bool ItemShelf::hasDue() const {
   return std::any_of(items_.begin(), items_.end(), [](const auto& item) { return item.isDue; });
+}
+
+bool ItemShelf::hasShownOnly() const {
+  return std::any_of(items_.begin(), items_.end(),
+                     [](const auto& item) { return item.isForShownOnly; });
 }
 
 }  // namespace orvane::host

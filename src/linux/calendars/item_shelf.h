@@ -25,6 +25,7 @@ struct ShelfItem {
   // It was good and has just turned bad: perhaps somebody is in the middle of writing it. What it
   // held before is shown until it has been looked at once more.
   bool isSuspect = false;
+  bool isForShownOnly = false;  // what it holds beyond what was looked at is not known
   std::unique_ptr<KeptFile> kept;
 };
 
@@ -59,6 +60,7 @@ class ItemShelf {
   [[nodiscard]] const ShelfItem* find(const std::string& name) const;
   [[nodiscard]] bool hasSuspects() const;
   [[nodiscard]] bool hasDue() const;
+  [[nodiscard]] bool hasShownOnly() const;
 
  private:
   std::vector<ShelfItem> items_;  // by `name`

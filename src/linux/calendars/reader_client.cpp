@@ -56,7 +56,8 @@ class Reading {
   std::unique_ptr<ReaderSession> begin(const Batch& batch) {
     auto process = ReaderProcess::start(program_);
     if (!process) return nullptr;
-    wire::ReadRequest request{job_.windowStart, job_.windowEnd, job_.localTimeZone, {}};
+    wire::ReadRequest request{job_.windowStart, job_.windowEnd, job_.localTimeZone, {},
+                              job_.shownStart,  job_.shownEnd};
     for (const auto index : batch) request.paths.push_back(job_.paths[index]);
     const auto patience = batch.size() == 1 ? limits_.perLoneFile : limits_.perFile;
     return std::make_unique<ReaderSession>(std::move(*process), request, batch, patience);

@@ -16,6 +16,8 @@ struct ReadJob {
   double windowEnd = 0;
   std::string localTimeZone;
   std::vector<std::string> paths;
+  double shownStart = 0;
+  double shownEnd = 0;
 };
 
 struct ReaderLimits {

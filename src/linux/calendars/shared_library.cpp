@@ -103,7 +103,8 @@ FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> quer
   }
   if (doubtsSuspects_.exchange(false)) library_.retrySuspects();
   const auto window = windowFor(known, start, end, localTimeZone_());
-  const auto update = library_.update(watch_.take(), window, pace);
+  const auto shown = query || isFirst ? ShownSpan{start, end} : library_.shown();
+  const auto update = library_.update(watch_.take(), window, shown, pace);
   const bool isNews = update.isComplete && owesNews_.exchange(false);
   if (update.changed || isNews) changed_ = true;
 

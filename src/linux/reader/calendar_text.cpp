@@ -151,7 +151,7 @@ class TextReader {
     StepBudget budget(std::min(kStepsOfAnItem, stepsLeft_));
     const std::int64_t granted = budget.left();
     if (kind == ComponentKind::event) {
-      for (auto& event : expandEvent(family, place_.times, place_.window, budget)) {
+      for (auto& event : occurrencesOf(family, budget)) {
         if (!comparesLooks_ || isNew(lookOf(event))) addEvent(std::move(event));
       }
     } else if (auto task = readTask(family, place_.times, budget)) {
@@ -159,6 +159,14 @@ class TextReader {
     }
     // Something is left even for the last item, so that one greedy item does not hide the others.
     stepsLeft_ = std::max(stepsLeft_ - (granted - budget.left()), kStepsOfAnItem / 5000);
+  }
+
+  // What is not looked at yet must not take the places of what is.
+  std::vector<wire::EventOccurrence> occurrencesOf(const ItemFamily& family, StepBudget& budget) {
+    auto events = expandEvent(family, place_.times, place_.window, budget);
+    if (events.size() < kMostOccurrences || !place_.shown) return events;
+    answer_.isForShownOnly = true;
+    return expandEvent(family, place_.times, *place_.shown, budget);
   }
 
   // Whether nothing of the same UID looks like this already: a file may hold an item twice.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "linux/reader/time_reading.h"
@@ -15,6 +16,9 @@ struct ReadingPlace {
   Window window;
   SystemZones& systemZones;
   DefinedZones& definedZones;
+  // The part of the window that an item with too many occurrences is cut down to; all of it when
+  // this is not given.
+  std::optional<Window> shown = std::nullopt;
 };
 
 // The answer to the bytes of one file; its path is left to the caller. Items that cannot be

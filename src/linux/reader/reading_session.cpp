@@ -14,13 +14,19 @@ namespace {
 // Due dates may lie far ahead, whatever the window is.
 constexpr int kLeastHorizonYear = 2060;
 
-Window windowOf(const wire::ReadRequest& request) {
+Window windowOf(double start, double end) {
   const auto bounded = [](double seconds) {
     return std::clamp(seconds, static_cast<double>(kFirstTime),
                       static_cast<double>(kBehindLastTime));
   };
-  return {static_cast<Instant>(std::floor(bounded(request.windowStart))),
-          static_cast<Instant>(std::ceil(bounded(request.windowEnd)))};
+  return {static_cast<Instant>(std::floor(bounded(start))),
+          static_cast<Instant>(std::ceil(bounded(end)))};
+}
+
+std::optional<Window> shownPartOf(const wire::ReadRequest& request) {
+  const double start = std::max(request.shownStart, request.windowStart);
+  const double end = std::min(request.shownEnd, request.windowEnd);
+  return start < end ? std::optional(windowOf(start, end)) : std::nullopt;
 }
 
 int horizonYearOf(const Window& window) {
@@ -55,13 +61,13 @@ wire::FileAnswer readFileWithinMemory(const std::string& path, const ReadingPlac
 
 void readFiles(const wire::ReadRequest& request, const std::function<void()>& beforeFile,
                const std::function<bool(const wire::FileAnswer&)>& receive) {
-  const Window window = windowOf(request);
+  const Window window = windowOf(request.windowStart, request.windowEnd);
   SystemZones systemZones;
   DefinedZones definedZones(systemZones, horizonYearOf(window));
   const auto* local = systemZones.find(request.localTimeZone);
   const Zone utc;
   const TimeReading times(local ? local->zone : utc);
-  const ReadingPlace place{times, window, systemZones, definedZones};
+  const ReadingPlace place{times, window, systemZones, definedZones, shownPartOf(request)};
   for (const std::string& path : request.paths) {
     beforeFile();
     if (!receive(readFileWithinMemory(path, place))) return;

@@ -108,6 +108,7 @@ std::optional<FileAnswer> decodeAnswer(std::string_view payload) {
   answer.holdsTasks = in.readBool();
   answer.events = in.readList(kSmallestEvent, [&in] { return readEvent(in); });
   answer.tasks = in.readList(kSmallestTask, [&in] { return readTask(in); });
+  answer.isForShownOnly = in.readBool();
   if (!in.isComplete()) return std::nullopt;
   return answer;
 }
@@ -131,6 +132,8 @@ std::string encode(const ReadRequest& request) {
   ByteWriter out;
   out.writeDouble(request.windowStart);
   out.writeDouble(request.windowEnd);
+  out.writeDouble(request.shownStart);
+  out.writeDouble(request.shownEnd);
   out.writeText(request.localTimeZone);
   out.writeList(request.paths, textWriter(out));
   return out.framed(kRequestTag);
@@ -148,6 +151,8 @@ std::optional<ReadRequest> decodeRequest(const std::string& bytes) {
   ReadRequest request;
   request.windowStart = in.readFinite();
   request.windowEnd = in.readFinite();
+  request.shownStart = in.readFinite();
+  request.shownEnd = in.readFinite();
   request.localTimeZone = in.readText();
   request.paths = in.readList(kSmallestText, textReader(in));
   if (!in.isComplete()) return std::nullopt;
@@ -163,6 +168,7 @@ std::string encode(const FileAnswer& answer) {
   out.writeBool(answer.holdsTasks);
   out.writeList(answer.events, [&out](const EventOccurrence& event) { write(out, event); });
   out.writeList(answer.tasks, [&out](const OpenTask& task) { write(out, task); });
+  out.writeBool(answer.isForShownOnly);
   return out.framed(kAnswerTag);
 }
 

@@ -20,6 +20,10 @@ struct ReadRequest {
   double windowEnd = 0;
   std::string localTimeZone;       // IANA name; floating and all-day times are read in it
   std::vector<std::string> paths;  // of files, in the order in which answers come
+  // What is looked at now; the rest of the window saves reading again. Of an item with more
+  // occurrences than are shown of one, only those that overlap [shownStart, shownEnd) are wanted.
+  double shownStart = 0;
+  double shownEnd = 0;
   friend bool operator==(const ReadRequest&, const ReadRequest&) = default;
 };
 
@@ -59,6 +63,7 @@ struct FileAnswer {
   bool holdsTasks = false;                  // any VTODO, also a completed one
   std::vector<EventOccurrence> events;      // that overlap the window
   std::vector<OpenTask> tasks;
+  bool isForShownOnly = false;  // some item was cut down to the shown part of the window
   friend bool operator==(const FileAnswer&, const FileAnswer&) = default;
 };
 

@@ -157,6 +157,20 @@ TEST_F(FolderContentTest, AWindowFarAwayIsReadAnew) {
   EXPECT_THAT(eventTitles(), IsEmpty());
 }
 
+TEST_F(FolderContentTest, WhatIsKeptForTheShownDaysOnlyIsReadAnewForOthers) {
+  folder_.calendar("c/dense.ics", "DENSE a");
+  folder_.calendar("d/sparse.ics", event("b", "Standup", 3 * day));
+  openAndRequest();
+  EXPECT_EQ(events()[0].startDate, Date{today_});
+  folder_.takeReads();
+  EXPECT_THAT(events(), SizeIs(2));
+  EXPECT_THAT(folder_.takeReads(), IsEmpty());
+  const auto tomorrow = events(std::nullopt, 1);
+  ASSERT_THAT(tomorrow, SizeIs(2));
+  EXPECT_EQ(tomorrow[0].startDate, Date{today_ + day});
+  EXPECT_THAT(folder_.takeReads(), SizeIs(1)) << "the others are known for all days nearby";
+}
+
 TEST_F(FolderContentTest, AnotherTimeZoneReadsEverythingAnew) {
   folder_.calendar("c/a.ics", "ZONE a");
   openAndRequest();

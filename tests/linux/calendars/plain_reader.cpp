@@ -6,7 +6,9 @@
 //   EVENT uid|original start|title|start|end      times in seconds since 1970
 //   TASK uid|title|priority
 //   ZONE uid                                      an event titled with the request's zone and
-//   window CRASH | HANG | BABBLE | LARGE                 what a bad file may do to a reader
+//   window
+//   DENSE uid                                     an event of the shown part of the window only
+//   CRASH | HANG | BABBLE | LARGE                 what a bad file may do to a reader
 //
 // It notes the paths that it was asked for in the file "reads" beside itself.
 
@@ -62,6 +64,9 @@ void understand(const std::string& line, const wire::ReadRequest& request,
     answer.holdsEvents = true;
     const double start = request.windowStart;
     answer.events.push_back({part[0], "", request.localTimeZone, start, request.windowEnd, false});
+  } else if (line.starts_with("DENSE ")) {
+    answer.holdsEvents = answer.isForShownOnly = true;
+    answer.events.push_back({part[0], "", part[0], request.shownStart, request.shownEnd, false});
   } else if (line == "CRASH") {
     std::raise(SIGKILL);
   } else if (line == "HANG") {

@@ -236,5 +236,30 @@ TEST_F(ReaderProgram, LimitsItself) {
       << limits;
 }
 
+TEST_F(ReaderProgram, ShowsAsManyOccurrencesAsItMayOfTheShownDays) {
+  const auto often = [](const std::string& uid, const std::string& frequency) {
+    return "BEGIN:VEVENT\r\nUID:" + uid +
+           "\r\nDTSTART:19700101T000000Z\r\nRRULE:FREQ=" + frequency + "\r\nEND:VEVENT\r\n";
+  };
+  auto request = requestFor({file("often.ics", calendar(often("s", "SECONDLY") + event("once")) +
+                                                   calendar(often("m", "MINUTELY")))});
+  request.windowStart = instant("2026-11-18T00:00:00Z");
+  request.windowEnd = instant("2026-12-04T00:00:00Z");
+  request.shownStart = instant("2026-11-20T00:00:00Z");
+  request.shownEnd = instant("2026-11-27T00:00:00Z");
+  const auto run = runReader(wire::encode(request));
+  ASSERT_EQ(run.answers.size(), 1U);
+  EXPECT_TRUE(run.answers[0].isForShownOnly);
+  std::map<std::string, std::vector<double>> starts;
+  for (const auto& found : run.answers[0].events) starts[found.uid].push_back(found.start);
+  ASSERT_EQ(starts["s"].size(), 10'080U);
+  EXPECT_EQ(starts["s"].front(), request.shownStart);
+  EXPECT_EQ(starts["s"].back(), request.shownStart + 10'079);
+  ASSERT_EQ(starts["m"].size(), 10'080U);
+  EXPECT_EQ(starts["m"].front(), request.shownStart);
+  EXPECT_EQ(starts["m"].back(), request.shownEnd - 60);
+  EXPECT_EQ(starts["once"].size(), 1U);
+}
+
 }  // namespace
 }  // namespace orvane::ical

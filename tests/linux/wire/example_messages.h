@@ -8,7 +8,9 @@ inline ReadRequest exampleRequest() {
   return {.windowStart = 1795219200,
           .windowEnd = 1795824000.5,
           .localTimeZone = "Europe/Berlin",
-          .paths = {"/calendars/work/a.ics", "", "/calendars/\xff\n.ics"}};
+          .paths = {"/calendars/work/a.ics", "", "/calendars/\xff\n.ics"},
+          .shownStart = 1795305600,
+          .shownEnd = 1795392000};
 }
 
 inline FileAnswer answerFor(const std::string& path, ReadOutcome outcome = ReadOutcome::good) {
@@ -45,6 +47,7 @@ inline FileAnswer exampleAnswer() {
   answer.tasks = {{"3", "", exampleDay(), -1},
                   {"4", std::nullopt, exampleMoment(), 9},
                   {"5", "Undated", std::nullopt, 0}};
+  answer.isForShownOnly = true;
   return answer;
 }
 
