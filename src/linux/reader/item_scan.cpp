@@ -49,7 +49,7 @@ class Scanner {
         if (is("STATUS")) readStatus(line.value);
         break;
       case 'c':
-        if (is("COMPLETED")) result_.isSettled = true;
+        if (is("COMPLETED") && parseDateValue(line.value)) result_.isSettled = true;
         break;
       default:
         break;
