@@ -2,7 +2,12 @@
 
 namespace orvane {
 
-enum class SMAppServiceStatus : int { notRegistered = 0, enabled = 1, requiresApproval = 2, notFound = 3 };
+enum class SMAppServiceStatus : int {
+  notRegistered = 0,
+  enabled = 1,
+  requiresApproval = 2,
+  notFound = 3
+};
 
 // Launch at login of the main application. Main thread only.
 class SMAppService {
