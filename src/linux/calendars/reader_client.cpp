@@ -100,7 +100,7 @@ class Reading {
     }
     if (pace == ReadPace::hurry && !session->isDone() && session->isLone()) return leave(*session);
     if (session->hasFailed()) {
-      recover(session->unanswered());
+      recover(session->unanswered(), session->isLone());
       return false;
     }
     return !session->isDone();
@@ -118,8 +118,8 @@ class Reading {
   }
 
   // The first of them may have been the end of the reader, or the last straw after many others.
-  void recover(Batch batch) {
-    if (batch.size() == 1) {
+  void recover(Batch batch, bool wasLone) {
+    if (wasLone) {
       suspects_.push_back(batch.front());
       if (suspects_.size() % suspiciousDeaths == 0 && !isProgramSound()) {
         report_.programFailed = true;
@@ -129,7 +129,7 @@ class Reading {
     // The suspect goes last, so that it delays nobody.
     queue_.push_back({batch.front()});
     batch.erase(batch.begin());
-    queue_.push_front(std::move(batch));
+    if (!batch.empty()) queue_.push_front(std::move(batch));
   }
 
   bool isProgramSound() {

@@ -99,6 +99,14 @@ TEST_F(ReaderClientTest, AHangCostsOneFile) {
   EXPECT_EQ(found.at("c"), "c");
 }
 
+TEST_F(ReaderClientTest, TheLastFileOfAProcessIsTriedAloneToo) {
+  limits.perFile = limits.perLoneFile = milliseconds(300);
+  good("a");
+  folder.calendar("b", "HANG");
+  EXPECT_EQ(read({"a", "b"}).at("b"), "dead");
+  EXPECT_THAT(folder.takeReads(), SizeIs(3)) << "a once, b among others and alone";
+}
+
 TEST_F(ReaderClientTest, NonsenseCostsOneFile) {
   folder.calendar("a", "BABBLE");
   good("b");
