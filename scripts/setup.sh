@@ -62,5 +62,5 @@ build_preset() {
   fi
   echo "Building ($preset)"
   ninja -C "$root/build/$preset" "$@" >"$log" 2>&1 ||
-    { grep -A15 -m3 -E 'error|FAILED' "$log" >&2; fail "the build failed; see build/$preset.log"; }
+    { grep -A15 -m3 -E ' error: |^FAILED' "$log" >&2; fail "the build failed; see build/$preset.log"; }
 }

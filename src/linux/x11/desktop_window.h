@@ -80,7 +80,6 @@ class DesktopWindow final : public NSWindow {
   bool isMapped_ = false;
   bool isObscured_ = false;
   bool joinedAllSpaces_ = false;
-  std::uint32_t desktopNumber_ = allDesktops;
   int corrections_ = 0;  // of its place, against a window manager that puts it elsewhere
   bool putsAllWhenPlaced_ = false;
   int restacks_ = 0;
