@@ -12,9 +12,9 @@ namespace {
 // No title is shown at such a length; kept well above the limit in code points.
 constexpr std::size_t kLongestText = 16'384;
 
-constexpr std::array<std::string_view, 14> kWantedProperties = {
-    "UID",       "SUMMARY", "DTSTART", "DTEND",    "DUE",           "DURATION", "STATUS",
-    "COMPLETED", "RDATE",   "EXDATE",  "PRIORITY", "RECURRENCE-ID", "SEQUENCE", "PERCENT-COMPLETE"};
+constexpr std::array<std::string_view, 12> kWantedProperties = {
+    "UID",    "SUMMARY",   "DTSTART",  "DTEND",         "DUE",      "DURATION",
+    "STATUS", "COMPLETED", "PRIORITY", "RECURRENCE-ID", "SEQUENCE", "PERCENT-COMPLETE"};
 
 bool isWanted(std::string_view name) {
   return std::any_of(kWantedProperties.begin(), kWantedProperties.end(),
@@ -33,6 +33,28 @@ std::string_view cutText(std::string_view line) {
   return line;
 }
 
+bool isListOfDates(std::string_view name) {
+  return equalsIgnoringCase(name, "EXDATE") || equalsIgnoringCase(name, "RDATE");
+}
+
+// As properties of not too many values each: of more than 500 the library drops the rest.
+std::string dividedDates(std::string_view line, std::string_view values) {
+  constexpr int mostValues = 400;
+  const std::string_view head = line.substr(0, line.size() - values.size());
+  std::string divided;
+  while (!values.empty()) {
+    std::size_t end = values.find(',');
+    for (int count = 1; count < mostValues && end != std::string_view::npos; ++count) {
+      end = values.find(',', end + 1);
+    }
+    end = std::min(end, values.size());
+    if (!divided.empty()) divided += "\r\n";
+    divided.append(head).append(values.substr(0, end));
+    values.remove_prefix(std::min(end + 1, values.size()));
+  }
+  return divided;
+}
+
 }  // namespace
 
 ItemText reducedItemText(std::string_view text, TextEncoding encoding) {
@@ -48,6 +70,9 @@ ItemText reducedItemText(std::string_view text, TextEncoding encoding) {
       reduced.rules.emplace_back(line.value);
     } else if (depth == 1 && equalsIgnoringCase(line.name, "EXRULE")) {
       reduced.excludedRules.emplace_back(line.value);
+    } else if (depth == 1 && isListOfDates(line.name)) {
+      reduced.component += dividedDates(lines.line(), line.value);
+      reduced.component += "\r\n";
     } else if (depth == 1 && (isBegin || isEnd || isWanted(line.name))) {
       const bool mayBeCut = isText(line.name);
       reduced.component += decodedText(mayBeCut ? cutText(lines.line()) : lines.line(), encoding);

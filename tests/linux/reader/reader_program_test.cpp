@@ -261,5 +261,21 @@ TEST_F(ReaderProgram, ShowsAsManyOccurrencesAsItMayOfTheShownDays) {
   EXPECT_EQ(starts["once"].size(), 1U);
 }
 
+TEST_F(ReaderProgram, HeedsEveryDateOfALongList) {
+  std::string dates;
+  for (int number = 0; number < 2000; ++number) {
+    char day[20];
+    std::snprintf(day, sizeof day, "%04d%02d%02d,", 2000 + number / 336, 1 + number / 28 % 12,
+                  1 + number % 28);
+    dates += day;
+  }
+  const std::string item =
+      event("long", "RRULE:FREQ=DAILY;COUNT=3\r\nEXDATE;VALUE=DATE:" + dates + "20261121\r\n");
+  const auto run = runReader(std::vector<std::string>{file("long.ics", calendar(item))});
+  ASSERT_EQ(run.answers.size(), 1U);
+  ASSERT_EQ(run.answers[0].events.size(), 2U);
+  EXPECT_EQ(run.answers[0].events[1].start, instant("2026-11-22T10:00:00Z"));
+}
+
 }  // namespace
 }  // namespace orvane::ical
