@@ -30,7 +30,7 @@ function(sway_test script class)
     set(name "sway.${class}.${test}")
     add_test(NAME "${name}"
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
-    set_tests_properties("${name}" PROPERTIES TIMEOUT 120 ENVIRONMENT
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 120 LABELS desktop ENVIRONMENT
                          "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
     if(class MATCHES "Seconds|Changes")
       set_tests_properties("${name}" PROPERTIES RUN_SERIAL ON)
