@@ -13,6 +13,14 @@ PictureError error(const char* what, const std::string& path, cairo_status_t sta
   return {std::string(what) + " " + path + ": " + cairo_status_to_string(status)};
 }
 
+PictureError readError(const std::string& path, cairo_status_t status) {
+  // Whatever the decoder does not understand it reports as a lack of memory.
+  if (status == CAIRO_STATUS_NO_MEMORY) {
+    return {"Cannot read the picture " + path + ": it is no PNG, or damaged"};
+  }
+  return error("Cannot read the picture", path, status);
+}
+
 SurfaceHandle surfaceOver(const PixelBuffer& buffer) {
   return SurfaceHandle(cairo_image_surface_create_for_data(
       buffer.data, CAIRO_FORMAT_ARGB32, buffer.width, buffer.height, buffer.stride));
@@ -32,7 +40,7 @@ PixelBuffer Picture::buffer() {
 std::variant<Picture, PictureError> readPNG(const std::string& path) {
   const SurfaceHandle file(cairo_image_surface_create_from_png(path.c_str()));
   const cairo_status_t status = cairo_surface_status(file.get());
-  if (status != CAIRO_STATUS_SUCCESS) return error("Cannot read the picture", path, status);
+  if (status != CAIRO_STATUS_SUCCESS) return readError(path, status);
   Picture picture(cairo_image_surface_get_width(file.get()),
                   cairo_image_surface_get_height(file.get()));
   // Files come in several formats; drawing them brings them into ours.

@@ -39,8 +39,10 @@ TEST(PNG, AMissingFileIsNamed) {
 TEST(PNG, AFileThatIsNoPictureIsAnError) {
   const std::string path = scratch("no-picture.png");
   std::ofstream(path) << "This is a letter.";
-  EXPECT_TRUE(std::holds_alternative<PictureError>(readPNG(path)));
+  const auto read = readPNG(path);
   std::remove(path.c_str());
+  ASSERT_TRUE(std::holds_alternative<PictureError>(read));
+  EXPECT_NE(std::get<PictureError>(read).message.find("no PNG"), std::string::npos);
 }
 
 TEST(PNG, AFileCutInTheMiddleIsAnError) {
