@@ -14,6 +14,9 @@ import unittest
 # Where the build put the programs that are started.
 BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
 
+# What a program looks for beside itself.
+COMPANIONS = {"orvane": ["orvane-reader"]}
+
 
 def eventually(what, condition, seconds=20):
     """Waits until the condition answers something true, which is returned."""
@@ -149,6 +152,7 @@ class DesktopSession:
 
     def start(self, *command, environment=None):
         """Starts a program of the system, or of the build when it is named by `program()`."""
+        command = (self._within_reach(command[0]),) + command[1:]
         self._count += 1
         output_path = self.path("output-%d" % self._count)
         with open(output_path, "wb") as output:
@@ -164,6 +168,23 @@ class DesktopSession:
         running = Running(os.path.basename(command[0]), process, output_path)
         self._running.append(running)
         return running
+
+    def _within_reach(self, path):
+        """The program itself, or where only root can get at it, a copy for the unprivileged user."""
+        if not self._as_user or not os.path.isabs(path) or self._can_run(path):
+            return path
+        folder = self.path("programs")
+        os.makedirs(folder, exist_ok=True)
+        name = os.path.basename(path)
+        for each in [name] + COMPANIONS.get(name, []):
+            copy = os.path.join(folder, each)
+            if not os.path.exists(copy):
+                shutil.copyfile(os.path.join(os.path.dirname(path), each), copy)
+                os.chmod(copy, 0o755)
+        return os.path.join(folder, name)
+
+    def _can_run(self, path):
+        return subprocess.run(self._as_user + ["test", "-x", path], check=False).returncode == 0
 
     def ask(self, *command):
         """Runs a command to its end and answers what it wrote."""

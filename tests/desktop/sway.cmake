@@ -59,3 +59,5 @@ sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
 sway_test(picture_test.py Pictures are_read_from_a_file count_a_color_within_a_rectangle
           tell_where_they_differ)
+sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach
+          starts_reachable_programs_where_they_are)
