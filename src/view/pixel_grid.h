@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <concepts>
+
 #include "view/geometry.h"
 
 namespace orvane {
@@ -18,6 +21,33 @@ struct PixelRect {
   [[nodiscard]] constexpr bool isEmpty() const { return width <= 0 || height <= 0; }
   friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
+
+// A rectangle of whole pixels or whole points.
+template <class R>
+concept WholeRect = std::same_as<decltype(R::x), int> && std::same_as<decltype(R::y), int> &&
+    std::same_as<decltype(R::width), int> && std::same_as<decltype(R::height), int>;
+
+// The smallest rectangle that holds both; an empty one counts as nothing.
+template <WholeRect R>
+constexpr R unionOf(const R& a, const R& b) {
+  if (a.isEmpty()) return b;
+  if (b.isEmpty()) return a;
+  const int x = std::min(a.x, b.x);
+  const int y = std::min(a.y, b.y);
+  return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
+          std::max(a.y + a.height, b.y + b.height) - y};
+}
+
+// What both hold; empty where they do not meet.
+template <WholeRect R>
+constexpr R intersectionOf(const R& a, const R& b) {
+  const int x = std::max(a.x, b.x);
+  const int y = std::max(a.y, b.y);
+  const int right = std::min(a.x + a.width, b.x + b.width);
+  const int bottom = std::min(a.y + a.height, b.y + b.height);
+  if (right <= x || bottom <= y) return {};
+  return {x, y, right - x, bottom - y};
+}
 
 // Every pixel that `points` touches at `scale` pixels per point. Values beyond the range of int
 // are clamped to it.

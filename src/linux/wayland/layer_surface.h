@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "linux/wayland/drawn_area.h"
 #include "linux/wayland/handles.h"
+#include "linux/wayland/surface_area.h"
 #include "view/pixel_grid.h"
 
 namespace orvane::host::wayland {

@@ -165,9 +165,10 @@ void LayerWindow::refresh() {
   if (changed_.size() > mostChanges) changeAll();
   // An area that lies on the pixels of one scale may lie across those of another.
   if (scale() != plane_.scale) drawnArea_.reset();
-  const auto area = drawnArea_.update(areaCovering(scene_->bounds(), scale(), frame_.size()));
-  if (area.isEmpty()) return dropSurface();
-  show(area);
+  const auto needed = areaCovering(scene_->bounds(), scale(), frame_.size());
+  if (needed.isEmpty()) return dropSurface();
+  drawnArea_.update(needed, wholeOutput(frame_.size()), instant_);
+  show(drawnArea_.area());
 }
 
 void LayerWindow::show(const SurfaceArea& area) {

@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "linux/wayland/connection.h"
-#include "linux/wayland/drawn_area.h"
 #include "linux/wayland/layer_surface.h"
+#include "linux/wayland/surface_area.h"
 #include "linux/wayland/swap_buffers.h"
 #include "linux/wayland/wayland_desktop.h"
 #include "platform/ns_window.h"
+#include "view/drawn_area.h"
 #include "view/scene.h"
 
 namespace orvane::host::wayland {
@@ -79,7 +80,7 @@ class LayerWindow final : public NSWindow,
   std::unique_ptr<NSHostingView> content_;
   std::optional<Scene> scene_;
   std::vector<Rect> changed_;  // in points, since the last picture that was presented
-  DrawnArea drawnArea_;
+  DrawnArea<SurfaceArea> drawnArea_;
   Plane plane_;
   SwapBuffers buffers_;
   std::optional<LayerSurface> surface_;

@@ -15,13 +15,6 @@ bool holds(const PixelRect& outer, const PixelRect& inner) {
          outer.y + outer.height >= inner.y + inner.height;
 }
 
-PixelRect unionOf(const PixelRect& a, const PixelRect& b) {
-  const int x = std::min(a.x, b.x);
-  const int y = std::min(a.y, b.y);
-  return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
-          std::max(a.y + a.height, b.y + b.height) - y};
-}
-
 }  // namespace
 
 void MissingPixels::add(const PixelRect& rect) {

@@ -7,6 +7,7 @@
 #include "foundation/subject.h"
 #include "linux/x11/atoms.h"
 #include "linux/x11/xcb_types.h"
+#include "view/pixel_grid.h"
 
 namespace orvane::host::x11 {
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "linux/x11/properties.h"
+#include "linux/x11/window_area.h"
 #include "linux/x11/window_level.h"
 
 namespace orvane::host::x11 {
@@ -139,7 +140,7 @@ void DesktopWindow::render(Date now) {
     if (board_) board_->hide();
     return;
   }
-  const bool areaChanged = area_.update(needed, screen, now);
+  const bool areaChanged = area_.update(windowAreaFor(needed, screen), screen, now);
   if (areaChanged || !canvas_.isReady() || !board_) return renderAll(area_.area());
   std::vector<PixelRect> parts;
   for (const auto& rect : damage) parts.push_back(pixelsCovering(rect, scale_));

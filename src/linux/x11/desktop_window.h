@@ -7,11 +7,11 @@
 #include "linux/x11/canvas.h"
 #include "linux/x11/client_stack.h"
 #include "linux/x11/desktop_watch.h"
-#include "linux/x11/drawn_area.h"
 #include "linux/x11/root_picture.h"
 #include "linux/x11/screen_list.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
+#include "view/drawn_area.h"
 #include "view/scene.h"
 
 namespace orvane::host::x11 {
@@ -85,7 +85,7 @@ class DesktopWindow final : public NSWindow {
   int restacks_ = 0;
   Date restacksSince_;
 
-  DrawnArea area_;
+  DrawnArea<PixelRect> area_;
   Canvas canvas_;
   std::unique_ptr<BoardWindow> board_;
   std::optional<Date> lastInstant_;

@@ -9,8 +9,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include "view/pixel_grid.h"
-
 namespace orvane::host::x11 {
 
 struct FreeMemory {
@@ -37,14 +35,6 @@ constexpr std::int16_t coordinate(int value) {
 }
 constexpr std::uint16_t extent(int value) {
   return static_cast<std::uint16_t>(std::clamp(value, 0, 32767));
-}
-
-constexpr PixelRect intersectionOf(const PixelRect& a, const PixelRect& b) {
-  const int x = std::max(a.x, b.x);
-  const int y = std::max(a.y, b.y);
-  const int right = std::min(a.x + a.width, b.x + b.width);
-  const int bottom = std::min(a.y + a.height, b.y + b.height);
-  return right <= x || bottom <= y ? PixelRect{} : PixelRect{x, y, right - x, bottom - y};
 }
 
 }  // namespace orvane::host::x11

@@ -1,4 +1,4 @@
-#include "linux/wayland/drawn_area.h"
+#include "linux/wayland/surface_area.h"
 
 #include <gtest/gtest.h>
 
@@ -58,34 +58,9 @@ TEST(AreaCoveringTest, OfNothingIsNothing) {
   EXPECT_EQ(areaCovering({0, 0, endless, endless}, {120}, hd), (SurfaceArea{0, 0, 1920, 1080}));
 }
 
-TEST(DrawnAreaTest, GrowsAtOnce) {
-  DrawnArea area;
-  EXPECT_EQ(area.update({10, 10, 10, 10}), (SurfaceArea{10, 10, 10, 10}));
-  EXPECT_EQ(area.update({5, 10, 10, 20}), (SurfaceArea{5, 10, 15, 20}));
-}
-
-TEST(DrawnAreaTest, ShrinksToWhatWasNeededOfLate) {
-  DrawnArea area;
-  area.update({0, 0, 100, 100});
-  for (int i = 1; i < DrawnArea::patience; ++i) {
-    EXPECT_EQ(area.update({0, 0, i % 2 == 0 ? 50 : 60, 10}), (SurfaceArea{0, 0, 100, 100})) << i;
-  }
-  EXPECT_EQ(area.update({0, 0, 50, 10}), (SurfaceArea{0, 0, 60, 10}));
-}
-
-TEST(DrawnAreaTest, StaysWhereAllOfItIsNeededNowAndThen) {
-  DrawnArea area;
-  for (int i = 0; i < 10 * DrawnArea::patience; ++i) {
-    const int width = i % (DrawnArea::patience - 1) == 0 ? 100 : 50;
-    EXPECT_EQ(area.update({0, 0, width, 10}), (SurfaceArea{0, 0, 100, 10})) << i;
-  }
-}
-
-TEST(DrawnAreaTest, IsNothingAsSoonAsNothingIsDrawn) {
-  DrawnArea area;
-  area.update({0, 0, 100, 100});
-  EXPECT_TRUE(area.update({}).isEmpty());
-  EXPECT_EQ(area.update({1, 2, 3, 4}), (SurfaceArea{1, 2, 3, 4}));
+TEST(WholeOutputTest, GoesToTheLastPointThatIsShownInPart) {
+  EXPECT_EQ(wholeOutput({1706.7, 960}), (SurfaceArea{0, 0, 1707, 960}));
+  EXPECT_TRUE(wholeOutput({}).isEmpty());
 }
 
 }  // namespace

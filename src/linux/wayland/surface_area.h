@@ -20,21 +20,7 @@ struct SurfaceArea {
 // keeps within an output of the given size.
 [[nodiscard]] SurfaceArea areaCovering(const Rect& drawn, SurfaceScale scale, Size output);
 
-// How large a surface is kept while what is drawn changes: it grows at once and shrinks only when
-// it was too large for a while, so that a text that changes its length does not cost a new surface
-// each time. Nothing drawn is no area, at once.
-class DrawnArea {
- public:
-  // Pictures in a row that the surface must have been too large for.
-  static constexpr int patience = 10;
-
-  SurfaceArea update(const SurfaceArea& needed);
-  void reset() { *this = DrawnArea(); }
-
- private:
-  SurfaceArea area_;
-  SurfaceArea recentlyNeeded_;  // by the pictures since it last was as large as needed
-  int tooLarge_ = 0;
-};
+// All of an output, to the last point that it shows any part of.
+[[nodiscard]] SurfaceArea wholeOutput(Size output);
 
 }  // namespace orvane::host::wayland
