@@ -57,6 +57,17 @@ sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           clicks_go_through windows_cover_it leaves_nothing ends_cleanly_with_the_compositor)
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
+
+# Short in an ordinary build; under the sanitizers it is what the whole program is tried by.
+sway_test(sway_soak_test.py Soak changes_for_long_leave_the_board_and_the_memory_as_they_were)
+set(soak_seconds 10)
+if(ORVANE_SANITIZE)
+  set(soak_seconds 60)
+endif()
+set_tests_properties(sway.Soak.changes_for_long_leave_the_board_and_the_memory_as_they_were
+                     PROPERTIES TIMEOUT 300 ENVIRONMENT
+                     "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_SOAK_SECONDS=${soak_seconds}")
+
 sway_test(picture_test.py Pictures are_read_from_a_file count_a_color_within_a_rectangle
           tell_where_they_differ)
 sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach

@@ -23,11 +23,11 @@ def calendar(*items):
     return "\r\n".join(lines)
 
 
-def event(title, starts_in):
+def event(title, starts_in, hours=1):
     start = time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(time.time() + starts_in))
     return "\r\n".join(
         ["BEGIN:VEVENT", "UID:%s@example.org" % title, "DTSTAMP:20260101T000000Z", "SUMMARY:" + title]
-        + ["DTSTART:" + start, "DURATION:PT1H", "END:VEVENT"]
+        + ["DTSTART:" + start, "DURATION:PT%dH" % hours, "END:VEVENT"]
     )
 
 
