@@ -7,6 +7,8 @@
 
 namespace orvane {
 
+// One of today's events: when it begins, its title and calendar, and how long it is until then. An
+// all-day event says so instead of a time, and has nothing to wait for.
 struct EventRow {
   DashboardEvent event;
   Date now = {};

@@ -11,6 +11,8 @@
 
 namespace orvane {
 
+// The day's events, at most `mostRows` of them, under a header that counts them all; or, where
+// there are none to be shown, why, or what comes next.
 struct EventsCard {
   std::string title;
   EventList events;          // today's

@@ -7,6 +7,8 @@
 
 namespace orvane {
 
+// One reminder: a ring in the colour of its priority, its title and list, when it is due and how
+// long it is until then.
 struct ReminderRow {
   DashboardReminder reminder;
   Date now = {};

@@ -10,6 +10,8 @@
 
 namespace orvane {
 
+// The open reminders, at most `mostRows` of them, under a header that counts them all; or why there
+// are none to be shown.
 struct RemindersCard {
   std::span<const DashboardReminder> reminders;  // not owned
   EventKitAuthorizationState authorizationState = EventKitAuthorizationState::unknown();

@@ -14,8 +14,8 @@
 
 namespace orvane {
 
-// A text in its frame. Each line begins at the side of the frame where its own direction starts: one
-// in a right-to-left script at the right.
+// A text in its frame. Each line begins at the side of the frame where its own direction starts:
+// one in a right-to-left script at the right.
 struct TextItem {
   std::string text;  // whole, however it is cut
   TextStyle style;   // with the size as drawn, after any scaling down to fit

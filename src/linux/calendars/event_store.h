@@ -20,6 +20,7 @@ class EventStore : public EKEventStore {
   virtual void systemChanged() = 0;
 };
 
+// What a store is made of.
 struct EventStoreOptions {
   // In the order in which their calendars are listed.
   std::vector<std::unique_ptr<CalendarProvider>> providers;

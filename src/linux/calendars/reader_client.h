@@ -10,7 +10,7 @@
 
 namespace orvane::host {
 
-// What is to be read, in any order.
+// What is to be read, in any order. The fields are those of wire::ReadRequest.
 struct ReadJob {
   double windowStart = 0;
   double windowEnd = 0;

@@ -21,6 +21,9 @@ struct FontHash {
   std::size_t operator()(const Font& font) const;
 };
 
+// Sets texts in the fonts of the system. The measurer and the painter share one, so that what is
+// drawn is as large as what was measured. It remembers a bounded number of measurements. All
+// lengths are points. One thread only.
 class Typesetter {
  public:
   explicit Typesetter(const FontOptions& options);
