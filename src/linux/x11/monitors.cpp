@@ -5,23 +5,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/screen_number.h"
+
 namespace orvane::host::x11 {
 
 namespace {
-
-// FNV-1a, 32 bits: offset basis and prime as published by its authors.
-class Hash {
- public:
-  void add(const std::string& text) {
-    for (const char c : text) addByte(static_cast<unsigned char>(c));
-    addByte(0);  // so that no two lists of texts run into each other
-  }
-  [[nodiscard]] std::uint32_t value() const { return value_; }
-
- private:
-  void addByte(unsigned char byte) { value_ = (value_ ^ byte) * 16777619U; }
-  std::uint32_t value_ = 2166136261U;
-};
 
 Rect inPoints(const PixelRect& pixels, double scale) {
   return {pixels.x / scale, pixels.y / scale, pixels.width / scale, pixels.height / scale};
@@ -87,12 +75,7 @@ std::vector<Monitor> queryMonitors(const Connection& connection) {
 }
 
 std::optional<std::int64_t> screenNumber(const Monitor& monitor) {
-  if (monitor.connector.empty()) return std::nullopt;
-  Hash hash;
-  hash.add(monitor.connector);
-  hash.add(monitor.model.make);
-  hash.add(monitor.model.model);
-  return std::max<std::int64_t>(hash.value() & 0x7fffffffU, 1);
+  return screenNumberOf(monitor.connector, monitor.model.make, monitor.model.model);
 }
 
 std::optional<std::size_t> mainMonitor(const std::vector<Monitor>& monitors) {
