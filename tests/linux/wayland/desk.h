@@ -18,6 +18,13 @@
 
 namespace orvane::host::wayland {
 
+// How many pixels a picture told the compositor to look at again.
+inline long changedPixels(const fakes::FakeSurface::Picture& picture) {
+  long pixels = 0;
+  for (const auto& rect : picture.changed) pixels += static_cast<long>(rect.width) * rect.height;
+  return pixels;
+}
+
 // A beat that comes when the test says so.
 class ManualSchedule final : public PeriodicSchedule {
  public:

@@ -11,12 +11,6 @@ using testing::SizeIs;
 // How large a window's surface is, and in which pixels.
 class LayerWindowAreaTest : public Desk {};
 
-long changedPixels(const fakes::FakeSurface::Picture& picture) {
-  long pixels = 0;
-  for (const auto& rect : picture.changed) pixels += static_cast<long>(rect.width) * rect.height;
-  return pixels;
-}
-
 TEST_F(LayerWindowAreaTest, GrowsAtOnceAndKeepsTheOldPictureUntilItMay) {
   show();
   compositor.configuresAtOnce = false;

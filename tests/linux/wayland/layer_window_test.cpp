@@ -10,12 +10,6 @@ using testing::SizeIs;
 
 class LayerWindowTest : public Desk {};
 
-long changedPixels(const fakes::FakeSurface::Picture& picture) {
-  long pixels = 0;
-  for (const auto& rect : picture.changed) pixels += static_cast<long>(rect.width) * rect.height;
-  return pixels;
-}
-
 // ---- The surface
 
 TEST_F(LayerWindowTest, StandsBelowWindowsAndLetsClicksThrough) {
