@@ -55,7 +55,7 @@ set(script sway_program_test.py)
 sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           stands_on_the_selected_screen stands_on_the_main_screen_while_the_selected_one_is_away
           clicks_go_through windows_cover_it leaves_nothing ends_cleanly_with_the_compositor)
-sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second
+sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second are_slept_through
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
 
 # Short in an ordinary build; under the sanitizers it is what the whole program is tried by.

@@ -61,6 +61,22 @@ def wait_for_board(session, output, scale=1):
     return eventually("the board stands on %s" % output, look)
 
 
+def busy_share(running, seconds):
+    """The part of a processor that the program takes while that time passes."""
+
+    def taken():
+        folder = "/proc/%d/task" % running.process.pid
+        nanoseconds = 0
+        for thread in os.listdir(folder):
+            with open(os.path.join(folder, thread, "schedstat"), encoding="ascii") as file:
+                nanoseconds += int(file.read().split()[0])
+        return nanoseconds / 1e9
+
+    before, started = taken(), time.monotonic()
+    time.sleep(seconds)
+    return (taken() - before) / (time.monotonic() - started)
+
+
 def is_bare(session, output):
     picture = session.picture(output)
     return picture.count(BACKGROUND) == picture.width * picture.height
@@ -197,6 +213,13 @@ class ProgramSeconds(unittest.TestCase):
         with SwaySession(outputs=1, trace=True) as sway:
             (frames,) = self.ticks(sway, self.start_ticking(sway))
             self.assertLess(statistics.median(frame.time % 1 for frame in frames), 0.03)
+
+    def are_slept_through(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            add_calendar(sway)
+            running = sway.start(program("orvane"))
+            eventually("it is drawn", lambda: any(self.frames(sway)))
+            eventually("it is at rest", lambda: busy_share(running, seconds=3) < 0.1, 40)
 
     def change_a_few_thousand_pixels(self):
         with SwaySession(outputs=1, trace=True) as sway:

@@ -4,6 +4,7 @@
 #include <wayland-client.h>
 
 #include <cerrno>
+#include <utility>
 
 namespace orvane::host::wayland {
 
@@ -80,7 +81,9 @@ class DisplaySource::Source {
 
   void flush() {
     const bool full = wl_display_flush(display_) < 0 && errno == EAGAIN;
-    // With a full socket the loop also wakes when there is room again.
+    // With a full socket the loop also wakes when there is room again. Asking for what is asked for
+    // already would wake it at once, and so in every turn.
+    if (full == std::exchange(waitsForRoom_, full)) return;
     g_source_modify_unix_fd(source_, fd_,
                             full ? static_cast<GIOCondition>(readable | G_IO_OUT) : readable);
   }
@@ -97,6 +100,7 @@ class DisplaySource::Source {
   GSource* source_ = nullptr;
   gpointer fd_ = nullptr;
   bool reading_ = false;
+  bool waitsForRoom_ = false;
 };
 
 DisplaySource::DisplaySource(wl_display* display, Events events)
