@@ -18,7 +18,8 @@ class CellMeasurer : public TextMeasurer {
     ++measured_;
     std::vector<double> lines = wrapped(text, style.font, width);
     const auto limit = static_cast<std::size_t>(style.lineLimit);
-    const bool truncated = limit > 0 && (lines.size() > limit || lines[limit - 1] > width);
+    const bool truncated =
+        limit > 0 && (lines.size() > limit || (lines.size() == limit && lines.back() > width));
     if (truncated) {
       lines.resize(limit);
       lines.back() = width;  // whatever was cut, the ellipsis takes the line's end

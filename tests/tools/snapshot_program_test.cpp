@@ -253,7 +253,8 @@ TEST_F(SnapshotProgramTest, SettingsApply) {
   EXPECT_THAT(titles(selected["events"]), ElementsAre("One"));
   EXPECT_THAT(selected["calendarOptions"], SizeIs(2));
   EXPECT_EQ(dump({"--set", "ignoredWordsText=two"})["nextDeadline"]["title"], "One");
-  for (const auto& item : dump({"--set", "focusMode=true"})["display"]) {
+  const auto focused = dump({"--set", "focusMode=true"});
+  for (const auto& item : focused["display"]) {
     const bool isHeader = item["kind"] == "text" && item["text"] == "Today";
     EXPECT_TRUE(!isHeader || item["opacity"] == 0);
   }
