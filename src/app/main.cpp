@@ -1,6 +1,7 @@
 // The composition of the program: the only file that names every adapter.
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <exception>
@@ -15,6 +16,7 @@
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
+#include "app/returning_desktop.h"
 #include "linux/calendars/calendar_roots.h"
 #include "linux/calendars/event_store.h"
 #include "linux/calendars/folder_provider.h"
@@ -27,6 +29,7 @@
 #include "linux/paint/fonts.h"
 #include "linux/paint/painter.h"
 #include "linux/paint/text_measurer.h"
+#include "linux/session/session_signs.h"
 #include "platform/absent_app_service.h"
 #ifdef ORVANE_WAYLAND
 #include "linux/wayland/wayland_desktop.h"
@@ -41,6 +44,9 @@ using namespace orvane;
 
 constexpr int kSuccess = 0;
 constexpr int kNoDesktop = 1;
+
+// How long the desktop may take to answer at the start, when it may itself be starting.
+constexpr std::chrono::seconds kFirstPatience{10};
 
 #if defined(ORVANE_WAYLAND) && defined(ORVANE_X11)
 constexpr const char* kNothingNamed =
@@ -75,36 +81,36 @@ struct Stage {
   NotificationCenter& notifications;
   const TextMeasurer& measurer;
   Painter& painter;
-  std::function<void()> onConnectionLost;
 };
 
 // The desktop that the environment names: the Wayland compositor where it has the layer shell, else
-// the X server. Null, with the reasons said, where neither can be had.
-std::unique_ptr<WindowServer> openDesktop(const Stage& stage) {
+// the X server.
+ReturningDesktop::Opened openDesktop(const Stage& stage, const ReturningDesktop::Attempt& attempt) {
   std::vector<std::string> failures;
 #ifdef ORVANE_WAYLAND
   if (environmentVariable("WAYLAND_DISPLAY")) {
-    auto desktop =
-        host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
-                                  stage.measurer, stage.painter, stage.onConnectionLost});
-    if (desktop.server) return std::move(desktop.server);
+    auto desktop = host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
+                                             stage.measurer, stage.painter, attempt.onLost});
+    if (desktop.server) return {std::move(desktop.server), {}};
     failures.push_back(desktop.failure);
   }
 #endif
 #ifdef ORVANE_X11
   if (environmentVariable("DISPLAY")) {
     auto desktop = host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications,
-                                         stage.measurer, stage.painter, stage.onConnectionLost});
-    if (desktop.server) return std::move(desktop.server);
+                                         stage.measurer, stage.painter, attempt.onLost});
+    if (desktop.server) return {std::move(desktop.server), {}};
     failures.push_back(desktop.failure);
   }
 #endif
   if (failures.empty()) failures.emplace_back(kNothingNamed);
-  for (const auto& failure : failures) std::cerr << "orvane: " << failure << '\n';
-  return nullptr;
+  return {nullptr, std::move(failures)};
 }
 
+void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '\n'; }
+
 int runProgram() {
+  std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
   // What workers and suspended work may still use stands before the loop, so that it ends after.
   const auto calendar = host::makeCalendar();
   const auto locale = host::makeLocale();
@@ -114,10 +120,20 @@ int runProgram() {
   const auto typesetter = host::makeTypesetter();
   const auto measurer = host::makeTextMeasurer(typesetter);
   const auto painter = host::makePainter(typesetter);
+  const auto session = host::makeSessionSigns(environmentVariable);
 
-  const auto desktop = openDesktop(
-      {*loop, *schedule, notifications, *measurer, *painter, [&loop] { loop->quit(kSuccess); }});
-  if (!desktop) return kNoDesktop;
+  const Stage stage{*loop, *schedule, notifications, *measurer, *painter};
+  ReturningDesktop desktop(
+      {*loop, notifications,
+       [&stage](const ReturningDesktop::Attempt& attempt) { return openDesktop(stage, attempt); },
+       [&session] { return session->hasEnded(); },
+       [&loop](const std::string& sentence) {
+         say(sentence);
+         loop->quit(kSuccess);
+       }});
+  const auto failures = desktop.open(kFirstPatience);
+  std::for_each(failures.begin(), failures.end(), say);
+  if (!failures.empty()) return kNoDesktop;
 
   const auto userDefaults = host::makeUserDefaults(host::userDefaultsPath(), *loop);
   AbsentAppService appService;
@@ -135,7 +151,7 @@ int runProgram() {
     eventStore = store;
     return store;
   };
-  const auto delegate = AppDelegate::create({*userDefaults, appService, *desktop, notifications,
+  const auto delegate = AppDelegate::create({*userDefaults, appService, desktop, notifications,
                                              *loop, *calendar, *locale, makeEventStore});
 
   host::ClockWatcherOptions clocks;
@@ -150,7 +166,6 @@ int runProgram() {
       });
   const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(kSuccess); });
   const auto onInterrupt = loop->onSignal(SIGINT, [&loop] { loop->quit(kSuccess); });
-  std::signal(SIGPIPE, SIG_IGN);  // a helper that went away is told by the write
 
   delegate->applicationDidFinishLaunching();
   return loop->run();

@@ -54,7 +54,7 @@ sway_test(${script} Seconds never_skip_nor_repeat are_drawn_on_the_second change
 set(script sway_program_test.py)
 sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           stands_on_the_selected_screen stands_on_the_main_screen_while_the_selected_one_is_away
-          clicks_go_through windows_cover_it leaves_nothing ends_cleanly_with_the_compositor)
+          clicks_go_through windows_cover_it leaves_nothing)
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second are_slept_through
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
 
@@ -67,6 +67,14 @@ endif()
 set_tests_properties(sway.Soak.changes_for_long_leave_the_board_and_the_memory_as_they_were
                      PROPERTIES TIMEOUT 300 ENVIRONMENT
                      "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_SOAK_SECONDS=${soak_seconds}")
+
+# Some of them wait as long as the program does, or begin again and again.
+set(script sway_loss_test.py)
+sway_test(${script} Loss is_survived_with_the_agenda_of_the_time
+          is_survived_while_it_stands_on_another_screen is_survived_twenty_times_in_a_row
+          ends_with_the_session ends_after_a_minute ends_at_once_when_asked_to)
+set_tests_properties(sway.Loss.is_survived_twenty_times_in_a_row sway.Loss.ends_after_a_minute
+                     PROPERTIES TIMEOUT 300)
 
 sway_test(picture_test.py Pictures are_read_from_a_file count_a_color_within_a_rectangle
           tell_where_they_differ)

@@ -223,7 +223,7 @@ class End(unittest.TestCase):
             sway.sway.end(signal.SIGKILL)
             self.assertEqual(running.process.wait(timeout=20), 3)
             self.assertEqual(
-                running.output, "orvane: The connection to the Wayland compositor is lost.\n"
+                running.output, "wayland_probe: The connection to the Wayland compositor is lost.\n"
             )
 
     def no_compositor_is_told_in_one_sentence(self):

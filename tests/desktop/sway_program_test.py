@@ -2,7 +2,6 @@
 
 import json
 import os
-import signal
 import statistics
 import time
 import unittest
@@ -167,16 +166,6 @@ class Program(unittest.TestCase):
             names = [os.path.basename(line.split()[0]) for line in sway.processes() if line]
             self.assertIn("sway", names)
             self.assertEqual([name for name in names if name.startswith("orvane")], [])
-
-    def ends_cleanly_with_the_compositor(self):
-        with SwaySession(outputs=1) as sway:
-            running = begin(sway, ("HEADLESS-1",))
-            wait_for_board(sway, "HEADLESS-1")
-            sway.sway.end(signal.SIGKILL)
-            self.assertEqual(running.process.wait(timeout=90), 0)
-            self.assertEqual(
-                running.output, "orvane: The connection to the Wayland compositor is lost.\n"
-            )
 
 
 class ProgramSeconds(unittest.TestCase):

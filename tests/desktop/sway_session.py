@@ -2,6 +2,7 @@
 
 import json
 import os
+import signal
 
 from desktop_session import DesktopSession, eventually, program
 from picture import Picture
@@ -77,6 +78,21 @@ class SwaySession(DesktopSession):
             "sway has a display", lambda: self._displays() - known
         )
         eventually("sway has its outputs", lambda: len(self.outputs()) == outputs)
+
+    def restart(self):
+        """Kills sway and starts it anew; what connected to it finds it under the same name."""
+        self.kill_sway()
+        self.resume_sway()
+
+    def kill_sway(self):
+        self.sway.end(signal.SIGKILL)
+
+    def resume_sway(self):
+        display = self.environment["WAYLAND_DISPLAY"]
+        # It is left behind, and is no sign of a new one.
+        os.remove(self.path(display))
+        self._begin()
+        assert self.environment["WAYLAND_DISPLAY"] == display
 
     def _socket(self):
         ending = ".%d.sock" % self.sway.process.pid

@@ -158,8 +158,12 @@ int main(int count, char** arguments) {
   NotificationCenter notifications;
   const fakes::CellMeasurer measurer;
   desktop::BlockPainter painter;
-  auto desktop = host::makeWaylandDesktop(
-      {*loop, *schedule, notifications, measurer, painter, [&] { loop->quit(3); }});
+  const auto onLost = [&](const DesktopLoss& loss) {
+    std::fprintf(stderr, "wayland_probe: %s.\n", loss.what.c_str());
+    loop->quit(3);
+  };
+  auto desktop =
+      host::makeWaylandDesktop({*loop, *schedule, notifications, measurer, painter, onLost});
   if (!desktop.server) {
     std::fprintf(stderr, "wayland_probe: %s\n", desktop.failure.c_str());
     return 4;

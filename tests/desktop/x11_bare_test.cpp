@@ -162,7 +162,7 @@ TEST_F(OnABareServer, SaysOnceThatTheServerIsGone) {
   ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
   session_.endServer();
   EXPECT_EQ(probe.process().waitForEnd(), 3);
-  EXPECT_EQ(probe.process().output(), "orvane: The connection to the X display was lost.\n");
+  EXPECT_EQ(probe.process().output(), "x11_probe: The connection to the X server is lost.\n");
 }
 
 TEST(WithoutSharedMemory, BoardIsDrawnThroughTheConnection) {

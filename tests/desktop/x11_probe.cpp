@@ -125,8 +125,11 @@ int main(int argc, char** argv) {
   NotificationCenter notifications;
   fakes::CellMeasurer measurer;
   desktop_test::BlockPainter painter;
-  auto desktop = host::makeX11Desktop(
-      {*loop, *schedule, notifications, measurer, painter, [&] { loop->quit(3); }});
+  const auto onLost = [&](const DesktopLoss& loss) {
+    std::fprintf(stderr, "x11_probe: %s.\n", loss.what.c_str());
+    loop->quit(3);
+  };
+  auto desktop = host::makeX11Desktop({*loop, *schedule, notifications, measurer, painter, onLost});
   if (!desktop.server) {
     std::fprintf(stderr, "x11_probe: %s\n", desktop.failure.c_str());
     return 1;

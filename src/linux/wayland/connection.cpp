@@ -99,12 +99,13 @@ void Connection::bindOutputs() {
 
 void Connection::lose() {
   lost_ = true;
-  // What broke a rule of the protocol was printed already.
-  if (wl_display_get_error(display_.get()) != EPROTO) {
-    std::fputs("orvane: The connection to the Wayland compositor is lost.\n", stderr);
-  }
   outputs_.clear();
-  events_.lost();
+  // Which rule of the protocol was broken was printed already.
+  if (wl_display_get_error(display_.get()) == EPROTO) {
+    events_.lost({"The Wayland compositor ended the connection", true});
+  } else {
+    events_.lost({"The connection to the Wayland compositor is lost", false});
+  }
 }
 
 }  // namespace orvane::host::wayland

@@ -9,6 +9,7 @@
 #include "linux/wayland/display_source.h"
 #include "linux/wayland/handles.h"
 #include "linux/wayland/output_set.h"
+#include "platform/desktop_loss.h"
 
 namespace orvane::host::wayland {
 
@@ -17,7 +18,8 @@ class Connection {
  public:
   struct Events {
     std::function<void()> screensChanged;  // perhaps several times in a row
-    std::function<void()> lost;            // once; the outputs are gone already
+    // Once; the outputs are gone already.
+    std::function<void(const DesktopLoss&)> lost;
   };
 
   explicit Connection(Events events);

@@ -11,7 +11,8 @@ class LayerShellServer final : public WindowServer {
  public:
   explicit LayerShellServer(const WaylandNeighbours& neighbours)
       : neighbours_(neighbours),
-        connection_({[this] { announceScreens(); }, [this] { announceLoss(); }}) {}
+        connection_({[this] { announceScreens(); },
+                     [this](const DesktopLoss& loss) { announceLoss(loss); }}) {}
 
   [[nodiscard]] std::string open() { return connection_.open(); }
 
@@ -38,9 +39,9 @@ class LayerShellServer final : public WindowServer {
       neighbours_.notifications.post(NSApplicationDidChangeScreenParametersNotification);
     });
   }
-  void announceLoss() {
+  void announceLoss(const DesktopLoss& loss) {
     if (!neighbours_.onConnectionLost) return;
-    postWhileAlive([this] { neighbours_.onConnectionLost(); });
+    postWhileAlive([this, loss] { neighbours_.onConnectionLost(loss); });
   }
   void postWhileAlive(std::function<void()> work) {
     neighbours_.mainActor.post([alive = std::weak_ptr(alive_), work = std::move(work)] {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "foundation/main_actor.h"
+#include "platform/desktop_loss.h"
 #include "platform/notification_center.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
@@ -24,7 +25,7 @@ struct WaylandNeighbours {
   Painter& painter;
   // Called once, in a turn of its own, when the compositor is gone. The server then has no screens
   // and its windows show nothing; windows may still be made and closed.
-  std::function<void()> onConnectionLost;
+  std::function<void(const DesktopLoss&)> onConnectionLost;
 };
 
 // Either a server or the sentence that tells why there is none.

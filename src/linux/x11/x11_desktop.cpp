@@ -1,7 +1,6 @@
 #include "linux/x11/x11_desktop.h"
 
 #include <array>
-#include <cstdio>
 #include <utility>
 
 #include "linux/x11/desktop_window.h"
@@ -50,10 +49,9 @@ class Desktop final : public WindowServer {
 
  private:
   void lost() {
-    std::fputs("orvane: The connection to the X display was lost.\n", stderr);
     // In a turn of its own, since whoever is told may take this desktop down.
     around_.mainActor.post([onLost = around_.onConnectionLost] {
-      if (onLost) onLost();
+      if (onLost) onLost({"The connection to the X server is lost", false});
     });
   }
 

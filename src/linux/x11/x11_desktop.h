@@ -5,6 +5,7 @@
 #include <string>
 
 #include "foundation/main_actor.h"
+#include "platform/desktop_loss.h"
 #include "platform/notification_center.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
@@ -22,7 +23,7 @@ struct X11Neighbours {
   Painter& painter;
   // Called once, in a turn of its own, when the X server is gone. Windows may still be made and
   // closed then, and show nothing.
-  std::function<void()> onConnectionLost;
+  std::function<void(const DesktopLoss&)> onConnectionLost;
 };
 
 // Either a server or the sentence that tells why there is none.

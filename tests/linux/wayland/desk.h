@@ -83,8 +83,8 @@ class Desk : public testing::Test {
   std::string connect() {
     WaylandDesktop desktop;
     compositor.serveDuring([&] {
-      desktop =
-          makeWaylandDesktop({actor, schedule, notifications, measurer, painter, [&] { ++lost; }});
+      desktop = makeWaylandDesktop({actor, schedule, notifications, measurer, painter,
+                                    [&](const DesktopLoss& loss) { losses.push_back(loss); }});
     });
     server = std::move(desktop.server);
     actor.runUntilIdle();
@@ -152,7 +152,7 @@ class Desk : public testing::Test {
   NotificationCenter notifications;
   fakes::CellMeasurer measurer;
   desktop::BlockPainter painter;
-  int lost = 0;
+  std::vector<DesktopLoss> losses;
   std::unique_ptr<WindowServer> server;
   std::shared_ptr<PanelView> view = std::make_shared<PanelView>();
   std::shared_ptr<NSWindow> window;

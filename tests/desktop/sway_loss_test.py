@@ -1,0 +1,120 @@
+"""The program whose compositor is killed: it waits for another one, and knows when none will come."""
+
+import os
+import signal
+import time
+import unittest
+
+from desktop_session import eventually, program, run_tests
+from sway_program_test import ON_THE_BOARD, add_calendar, is_bare, set_defaults, wait_for_board
+from sway_session import BACKGROUND, SwaySession
+from sway_soak_test import complaints, held_mb, sanitizer_options
+
+LOST = "orvane: The connection to the Wayland compositor is lost"
+# A window, its buffers and a connection that are kept after a loss would come to more.
+ALLOWED_GROWTH_MB = 6
+
+
+def begin(sway):
+    running = sway.start(program("orvane"), environment=sanitizer_options())
+    stand(sway)
+    return running
+
+
+def stand(sway, output="HEADLESS-1"):
+    """A picture of the board, over a plain background."""
+    sway.background(output)
+    eventually("the board is drawn over it", lambda: beside_the_board(sway, output) == BACKGROUND)
+    return wait_for_board(sway, output)
+
+
+def beside_the_board(sway, output):
+    return sway.picture(output).pixel(1270, 710)
+
+
+def open_files(running):
+    return sorted(os.listdir("/proc/%d/fd" % running.process.pid), key=int)
+
+
+class Loss(unittest.TestCase):
+    def is_survived_with_the_agenda_of_the_time(self):
+        with SwaySession(outputs=1) as sway:
+            running = begin(sway)
+            # An empty agenda shows no countdown, so that the board stands still.
+            empty = stand(sway)
+            sway.kill_sway()
+            add_calendar(sway)
+            time.sleep(3)  # the agenda is refreshed while there is nobody to show it to
+            sway.resume_sway()
+            full = stand(sway)
+            self.assertIsNotNone(full.differing_box(empty))
+            eventually("it ticks", lambda: sway.picture().differing_box(full) is not None)
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
+            eventually("it is gone", lambda: is_bare(sway, "HEADLESS-1"))
+
+    def is_survived_while_it_stands_on_another_screen(self):
+        with SwaySession(outputs=2) as sway:
+            set_defaults(sway, displayMode="all")
+            running = begin(sway)
+            sway._count_of_outputs = 1
+            sway.restart()
+            stand(sway)
+            self.assertEqual(sway.outputs(), ["HEADLESS-1"])
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
+
+    def is_survived_twenty_times_in_a_row(self):
+        with SwaySession(outputs=1) as sway:
+            add_calendar(sway)
+            running = begin(sway)
+            files, held = [], []
+            for _ in range(20):
+                sway.restart()
+                stand(sway)
+                self.assertTrue(running.is_running())
+                files.append(open_files(running))
+                held.append(held_mb(running))
+            self.assertEqual(len(files[-1]), len(files[1]), files)
+            self.assertLess(held[-1] - held[4], ALLOWED_GROWTH_MB, held)
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0, running.output)
+            self.assertEqual(complaints(running), [])
+
+    def ends_with_the_session(self):
+        with SwaySession(outputs=1) as sway:
+            bus = sway.path("bus")
+            sway.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + bus
+            daemon = sway.start("dbus-daemon", "--session", "--nofork", "--address=unix:path=" + bus)
+            eventually("the bus listens", lambda: os.path.exists(bus))
+            running = begin(sway)
+            sway.kill_sway()
+            daemon.end(signal.SIGKILL)
+            self.assertEqual(running.process.wait(timeout=20), 0)
+            self.assertEqual(running.output, LOST + ", and the session has ended.\n")
+
+    def ends_after_a_minute(self):
+        with SwaySession(outputs=1) as sway:
+            running = begin(sway)
+            sway.kill_sway()
+            lost = time.monotonic()
+            self.assertEqual(running.process.wait(timeout=90), 0)
+            self.assertGreater(time.monotonic() - lost, 59)
+            self.assertLess(time.monotonic() - lost, 65)
+            sentence = LOST + ", and no desktop has come back within 60 seconds.\n"
+            self.assertEqual(running.output, sentence)
+
+    def ends_at_once_when_asked_to(self):
+        for how in (signal.SIGTERM, signal.SIGINT):
+            with self.subTest(how=how), SwaySession(outputs=1) as sway:
+                running = begin(sway)
+                sway.kill_sway()
+                time.sleep(1)
+                asked = time.monotonic()
+                self.assertEqual(running.end(how), 0)
+                self.assertLess(time.monotonic() - asked, 2)
+                self.assertEqual(running.output, "")
+
+
+if __name__ == "__main__":
+    run_tests()
