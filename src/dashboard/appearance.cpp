@@ -12,11 +12,11 @@ constexpr Color fallbackPrimary = Color::srgb(0.24, 0.36, 0.95);
 Color onLightGlass(SystemColor name) {
   switch (name) {
     case SystemColor::red:
-      return Color::srgb(0.84, 0.16, 0.14);
+      return Color::srgb(0.80, 0.12, 0.11);
     case SystemColor::orange:
       return Color::srgb(0.80, 0.37, 0);
     case SystemColor::yellow:
-      return Color::srgb(0.64, 0.45, 0);
+      return Color::srgb(0.58, 0.40, 0);
     case SystemColor::cyan:
       return Color::srgb(0, 0.47, 0.66);
     case SystemColor::white:

@@ -6,11 +6,11 @@ namespace {
 Color hudTint(DashboardThemeMode theme) {
   switch (theme) {
     case DashboardThemeMode::vividBlue:
-      return Color::srgb(0.03, 0.06, 0.26, 0.90);
+      return Color::srgb(0.01, 0.03, 0.22, 0.96);
     case DashboardThemeMode::dark:
-      return Color::srgb(0.05, 0.05, 0.07, 0.94);
+      return Color::srgb(0.04, 0.04, 0.06, 0.96);
     case DashboardThemeMode::light:
-      return Color::srgb(0.96, 0.97, 1.0, 0.90);
+      return Color::srgb(0.98, 0.985, 1.0, 0.96);
   }
   return Color::clear();
 }

@@ -6,7 +6,7 @@ namespace {
 SRGB paletteEntry(SystemColor name) {
   switch (name) {
     case SystemColor::red:
-      return {1.0, 0.271, 0.227, 1};
+      return {1.0, 0.38, 0.34, 1};
     case SystemColor::orange:
       return {1.0, 0.624, 0.039, 1};
     case SystemColor::yellow:
