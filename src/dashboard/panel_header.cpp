@@ -8,6 +8,7 @@ View PanelHeader::body(const CardEnvironment& environment) const {
                          .font({14, FontWeight::bold})
                          .foreground(neutral.opacity(0.86))
                          .lineLimit(1)
+                         .padding({0, 6, 0, 6})
                          .frame({.minWidth = 32})
                          .background(filled(Shape::capsule(), neutral.opacity(0.13)));
   return hstack({},

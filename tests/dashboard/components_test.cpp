@@ -46,7 +46,7 @@ TEST_F(ComponentsTest, GlassPanelInTheDarkTheme) {
   EXPECT_EQ(dump(GlassPanel{content}, {300, 52}),
             "shadow (0.0 0.0 300.0 52.0) continuous 8, black at 0.18, radius 22, offset 0 12\n"
             "group (0.0 0.0 300.0 52.0) at 0.82 clip continuous 8\n"
-            "  fill (0.0 0.0 300.0 52.0) rectangle, material rgb 0.05 0.05 0.07 at 0.94, shown at "
+            "  fill (0.0 0.0 300.0 52.0) rectangle, material rgb 0.04 0.04 0.06 at 0.96, shown at "
             "0.82\n"
             "  fill (0.0 0.0 300.0 52.0) rectangle, gradient [rgb 0.2392 0.3608 0.949 at 0.28] "
             "[black at 0.18] [white at 0.06], shown at 0.82\n"
@@ -119,10 +119,10 @@ TEST_F(ComponentsTest, PanelHeader) {
             "text (300.5 3.6 7.0 16.8) \"8\" 14 bold, white at 0.86, lines 1\n");
 }
 
-TEST_F(ComponentsTest, PanelHeaderGroupsLargeCountsAndWidensForThem) {
+TEST_F(ComponentsTest, PanelHeaderGroupsLargeCountsAndKeepsThemOffTheEnds) {
   const std::string header = dump(PanelHeader{"Today", 1234}, {320, 24});
   EXPECT_TRUE(contains(header, "\"1,234\"")) << header;
-  EXPECT_TRUE(contains(header, "fill (285.0 3.6 35.0 16.8) capsule")) << header;
+  EXPECT_TRUE(contains(header, "fill (273.0 3.6 47.0 16.8) capsule")) << header;
 }
 
 TEST_F(ComponentsTest, EventRow) {
