@@ -37,6 +37,9 @@ CairoFontOptionsHandle fontOptions(FontOptions::Rendering rendering) {
 
 AttributesHandle attributes(const TextStyle& style) {
   AttributesHandle list(pango_attr_list_new());
+  // A word that is too long for its line is broken anywhere, so a hyphen there would be a mistake,
+  // and in an address a character that is not part of it.
+  pango_attr_list_insert(list.get(), pango_attr_insert_hyphens_new(FALSE));
   if (style.font.monospacedDigits)
     pango_attr_list_insert(list.get(), pango_attr_font_features_new("tnum=1"));
   if (style.uppercase)

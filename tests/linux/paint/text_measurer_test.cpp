@@ -57,6 +57,15 @@ TEST(TextMeasurer, ATextFitsIntoTheSizeThatItWasMeasuredToTake) {
       }
 }
 
+TEST(TextMeasurer, AWordThatIsBrokenGetsNoHyphenOfOurs) {
+  const Studio studio;
+  const auto size = [&](const std::string& text, double width) {
+    return studio.measurer->measure(text, {{15}}, width).size;
+  };
+  const Size ten = size(std::string(10, 'm'), unlimitedWidth);
+  EXPECT_NEAR(size(std::string(40, 'm'), ten.width + 0.1).height, 4 * ten.height, 1e-9);
+}
+
 TEST(TextMeasurer, EmptyTextIsOneLineHighAndHasNoWidth) {
   const Studio studio;
   const TextExtent empty = studio.measurer->measure("", {{15}}, 100);
