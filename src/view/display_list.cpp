@@ -1,5 +1,7 @@
 #include "view/display_list.h"
 
+#include "view/symbols.h"
+
 namespace orvane {
 namespace {
 
@@ -29,7 +31,8 @@ struct Bounds {
     return frame.insetBy(-overhang * text.style.font.size);
   }
   Rect operator()(const SymbolItem& symbol) const {
-    return symbol.color.opacity() > 0 ? frame : Rect{};
+    if (symbol.color.opacity() <= 0) return {};
+    return unionOf(frame, frame.movedBy(0, symbolDrop(symbol.font)));
   }
   Rect operator()(const FillItem& item) const { return isClear(item.fill) ? Rect{} : frame; }
   Rect operator()(const StrokeItem& stroke) const {

@@ -13,6 +13,8 @@ namespace {
 // In points: the grid is this high beside a font of one point, and a capital that high.
 constexpr double heightPerPoint = 1.2;
 constexpr double capitalHeightPerPoint = 0.72;
+// The middle between those of a capital and of a small letter, below the middle of the line.
+constexpr double dropPerPoint = 0.05;
 
 Path dot(Point center, double radius) { return circlePath(center, radius); }
 
@@ -201,5 +203,7 @@ Size symbolSize(const std::string& name, const Font& font) {
 double symbolBaseline(const Font& font) {
   return (heightPerPoint + capitalHeightPerPoint) / 2 * font.size;
 }
+
+double symbolDrop(const Font& font) { return dropPerPoint * font.size; }
 
 }  // namespace orvane

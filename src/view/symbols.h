@@ -47,4 +47,8 @@ inline constexpr double symbolGridHeight = 24;
 // centred on the height of a capital.
 [[nodiscard]] double symbolBaseline(const Font& font);
 
+// How much lower than its place the ink of a symbol is drawn: the letters of a text stand below the
+// middle of their line, and a symbol that is centred beside them is to stand where they do.
+[[nodiscard]] double symbolDrop(const Font& font);
+
 }  // namespace orvane

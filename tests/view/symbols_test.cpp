@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "view/display_list.h"
+
 namespace orvane {
 namespace {
 
@@ -62,6 +64,12 @@ TEST(Symbols, LinesGrowWithTheWeight) {
 TEST(Symbols, TheBaselineLiesWithinTheSymbol) {
   EXPECT_GT(symbolBaseline({10}), 6);
   EXPECT_LT(symbolBaseline({10}), 12);
+}
+
+TEST(Symbols, TheDropGrowsWithTheFontAndIsPartOfWhatIsDrawn) {
+  EXPECT_EQ(symbolDrop({40}), 2 * symbolDrop({20}));
+  const DisplayItem symbol{{10, 10, 24, 24}, 1, SymbolItem{"display", {20}, Color::white()}};
+  EXPECT_EQ(symbol.bounds(), (Rect{10, 10, 24, 24 + symbolDrop({20})}));
 }
 
 }  // namespace

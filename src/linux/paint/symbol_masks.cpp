@@ -10,6 +10,8 @@ namespace orvane::host {
 namespace {
 
 constexpr double largestSymbol = 2048;  // of the font, in pixels
+// Texts stand on whole pixels; symbols stand beside them as exactly as this.
+constexpr int partsOfPixel = 4;
 
 void addPath(cairo_t* cr, const Path& path) {
   for (const PathCommand& command : path) {
@@ -51,7 +53,8 @@ std::size_t SymbolMasks::KeyHash::operator()(const Key& key) const {
   std::size_t hash = hashWith(0, key.name);
   hash = hashWith(hash, key.size);
   hash = hashWith(hash, static_cast<int>(key.weight));
-  return hashWith(hash, key.scale);
+  hash = hashWith(hash, key.scale);
+  return hashWith(hash, key.part);
 }
 
 SurfaceHandle SymbolMasks::make(const Key& key) {
@@ -59,9 +62,11 @@ SurfaceHandle SymbolMasks::make(const Key& key) {
   font.size = key.size;
   const Size size = symbolSize(key.name, font);
   const int width = static_cast<int>(std::ceil(size.width * key.scale));
-  const int height = static_cast<int>(std::ceil(size.height * key.scale));
+  const double below = static_cast<double>(key.part) / partsOfPixel;
+  const int height = static_cast<int>(std::ceil(size.height * key.scale + below));
   SurfaceHandle surface(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height));
   const CairoHandle cr(cairo_create(surface.get()));
+  cairo_translate(cr.get(), 0, below);
   const double unit = size.height * key.scale / symbolGridHeight;
   cairo_scale(cr.get(), unit, unit);
   drawPaths(cr.get(), symbolDrawing(key.name), key.weight);
@@ -81,8 +86,10 @@ cairo_surface_t* SymbolMasks::mask(const Key& key) {
 void SymbolMasks::draw(cairo_t* cr, const SymbolItem& symbol, const Rect& frame, double scale) {
   const double size = symbol.font.size * scale;
   if (!(size > 0 && size <= largestSymbol)) return;
-  const Key key{symbol.name, symbol.font.size, symbol.font.weight, scale};
-  cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), toPixels(frame.y, scale));
+  const int top = toPixels(frame.y + symbolDrop(symbol.font), scale * partsOfPixel);
+  const int part = (top % partsOfPixel + partsOfPixel) % partsOfPixel;
+  const Key key{symbol.name, symbol.font.size, symbol.font.weight, scale, part};
+  cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), (top - part) / partsOfPixel);
 }
 
 }  // namespace orvane::host

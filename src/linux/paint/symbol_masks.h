@@ -13,7 +13,7 @@ namespace orvane::host {
 // do not show through one another.
 class SymbolMasks {
  public:
-  // Draws with the current source, in pixels of the plane, with the top left corner on a pixel.
+  // Draws with the current source, in pixels of the plane, with the left edge on a pixel.
   void draw(cairo_t* cr, const SymbolItem& symbol, const Rect& frame, double scale);
 
  private:
@@ -22,6 +22,7 @@ class SymbolMasks {
     double size = 0;  // of the font
     FontWeight weight = FontWeight::regular;
     double scale = 1;
+    int part = 0;  // of a pixel that the top lies below one
     friend bool operator==(const Key&, const Key&) = default;
   };
   struct KeyHash {

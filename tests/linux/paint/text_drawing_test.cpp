@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "scenes.h"
+#include "view/symbols.h"
 
 namespace orvane::testing_pictures {
 namespace {
@@ -148,6 +149,34 @@ TEST(TextDrawing, UppercaseIsDrawnAndTheStringIsNot) {
   const auto spelled = studio.picture(
       {textAt(studio, {2, 2}, "NEXT UP", {{13}, false, 1}, Color::black())}, {90, 24}, 1);
   EXPECT_EQ(upper.pixels, spelled.pixels);
+}
+
+// The row around which the ink lies, in pixels.
+double middleOf(const host::Picture& picture) {
+  double sum = 0;
+  double weights = 0;
+  for (std::size_t index = 0; index < picture.pixels.size(); ++index) {
+    const double weight = picture.pixels[index] >> 24;
+    const auto row = static_cast<double>(index / static_cast<std::size_t>(picture.width));
+    sum += weight * (row + 0.5);
+    weights += weight;
+  }
+  return sum / weights;
+}
+
+TEST(TextDrawing, ASymbolStandsALittleBelowTheMiddleOfItsFrame) {
+  Studio studio;
+  const Font font{12, FontWeight::semibold};
+  const Size size = symbolSize("checkmark.circle", font);
+  for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+    for (double y = 10; y < 11; y += 0.125) {
+      const DisplayItem symbol = item({10, y, size.width, size.height},
+                                      SymbolItem{"checkmark.circle", font, Color::black()});
+      const double middle = middleOf(studio.picture({symbol}, {60, 60}, scale)) / scale;
+      EXPECT_NEAR(middle, y + size.height / 2 + symbolDrop(font), 0.25 / scale)
+          << scale << " " << y;
+    }
+  }
 }
 
 }  // namespace
