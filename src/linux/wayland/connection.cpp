@@ -73,6 +73,13 @@ void Connection::announced(std::uint32_t name, const std::string& interface,
   bind(globals_.layerShell, zwlr_layer_shell_v1_interface, 4);
   bind(globals_.viewporter, wp_viewporter_interface, 1);
   bind(globals_.fractionalScales, wp_fractional_scale_manager_v1_interface, 1);
+  if (interface == org_kde_kwin_blur_manager_interface.name && !globals_.blurs) {
+    bind(globals_.blurs, org_kde_kwin_blur_manager_interface, 1);
+    blursName_ = name;
+  }
+  if (interface == kde_output_order_v1_interface.name && !outputOrder_) bindOutputOrder(name);
+  globals_.kwin.announced(interface, version);
+  if (globals_.kwin.showsOnePlane()) outputs_.showOnePlane();
   if (interface == zxdg_output_manager_v1_interface.name && !globals_.xdgOutputs) {
     bind(globals_.xdgOutputs, zxdg_output_manager_v1_interface, 3);
     outputs_.describeWith(globals_.xdgOutputs.get());
@@ -82,7 +89,15 @@ void Connection::announced(std::uint32_t name, const std::string& interface,
   }
 }
 
+void Connection::bindOutputOrder(std::uint32_t name) {
+  Handle<kde_output_order_v1> order(static_cast<kde_output_order_v1*>(
+      wl_registry_bind(registry_.get(), name, &kde_output_order_v1_interface, 1)));
+  outputOrder_ = std::make_unique<OutputOrder>(
+      std::move(order), [this](auto connectors) { outputs_.setOrder(std::move(connectors)); });
+}
+
 void Connection::withdrawn(std::uint32_t name) {
+  if (name == blursName_) globals_.blurs.reset();
   std::erase_if(unboundOutputs_, [&](const auto& output) { return output.name == name; });
   outputs_.remove(name);
 }

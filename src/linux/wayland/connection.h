@@ -8,6 +8,7 @@
 
 #include "linux/wayland/display_source.h"
 #include "linux/wayland/handles.h"
+#include "linux/wayland/output_order.h"
 #include "linux/wayland/output_set.h"
 #include "platform/desktop_loss.h"
 
@@ -45,6 +46,7 @@ class Connection {
   void announced(std::uint32_t name, const std::string& interface, std::uint32_t version);
   void withdrawn(std::uint32_t name);
   void bindOutputs();
+  void bindOutputOrder(std::uint32_t name);
   [[nodiscard]] std::string missing() const;
   void lose();
 
@@ -55,6 +57,8 @@ class Connection {
   Globals globals_;
   std::vector<Announced> unboundOutputs_;
   OutputSet outputs_;
+  std::unique_ptr<OutputOrder> outputOrder_;
+  std::uint32_t blursName_ = 0;  // of the global
   std::unique_ptr<DisplaySource> source_;
 };
 

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <fractional-scale-v1-client.h>
+#include <kde-output-order-v1-client.h>
+#include <kwin-blur-client.h>
 #include <viewporter-client.h>
 #include <wayland-client.h>
 #include <wlr-layer-shell-unstable-v1-client.h>
 #include <xdg-output-unstable-v1-client.h>
 
 #include <memory>
+
+#include "linux/wayland/kwin_signs.h"
 
 namespace orvane::host::wayland {
 
@@ -44,6 +48,9 @@ struct Destroy {
   void operator()(wp_fractional_scale_manager_v1* it) const {
     wp_fractional_scale_manager_v1_destroy(it);
   }
+  void operator()(kde_output_order_v1* it) const { kde_output_order_v1_destroy(it); }
+  void operator()(org_kde_kwin_blur_manager* it) const { org_kde_kwin_blur_manager_destroy(it); }
+  void operator()(org_kde_kwin_blur* it) const { org_kde_kwin_blur_release(it); }
   void operator()(wp_fractional_scale_v1* it) const { wp_fractional_scale_v1_destroy(it); }
 };
 
@@ -59,6 +66,8 @@ struct Globals {
   Handle<zxdg_output_manager_v1> xdgOutputs;                // optional
   Handle<wp_viewporter> viewporter;                         // optional
   Handle<wp_fractional_scale_manager_v1> fractionalScales;  // optional
+  Handle<org_kde_kwin_blur_manager> blurs;                  // while the compositor blurs
+  KWinSigns kwin;
 };
 
 }  // namespace orvane::host::wayland

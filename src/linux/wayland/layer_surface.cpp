@@ -86,6 +86,30 @@ void LayerSurface::configured(std::uint32_t serial, int width, int height) {
   observer_.surfaceConfigured();
 }
 
+bool LayerSurface::blurBehind(const Globals& globals, const std::vector<PixelRect>& parts) {
+  if (!globals.blurs) {
+    // It went away together with what was asked of it, and has to be asked anew when it is back.
+    blur_.reset();
+    blurred_.clear();
+    return false;
+  }
+  if (parts == blurred_) return false;
+  blurred_ = parts;
+  blur_.reset();
+  if (parts.empty()) {
+    org_kde_kwin_blur_manager_unset(globals.blurs.get(), surface_.get());
+    return true;
+  }
+  const Handle<wl_region> region(wl_compositor_create_region(globals.compositor.get()));
+  for (const auto& part : parts) {
+    wl_region_add(region.get(), part.x, part.y, part.width, part.height);
+  }
+  blur_.reset(org_kde_kwin_blur_manager_create(globals.blurs.get(), surface_.get()));
+  org_kde_kwin_blur_set_region(blur_.get(), region.get());
+  org_kde_kwin_blur_commit(blur_.get());
+  return true;
+}
+
 void LayerSurface::present(wl_buffer* buffer, const SurfaceArea& area, SurfaceScale scale,
                            const std::vector<PixelRect>& changed) {
   if (area.x != shown_.x || area.y != shown_.y) {

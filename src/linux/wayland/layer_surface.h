@@ -49,6 +49,11 @@ class LayerSurface {
   // which may be smaller than was asked for.
   [[nodiscard]] std::optional<SurfaceArea> moveTo(const SurfaceArea& area);
 
+  // Asks for a blur of what lies behind these parts, in points of the surface, where the compositor
+  // offers that. Answers whether it changes anything; it does so with the next picture or commit().
+  [[nodiscard]] bool blurBehind(const Globals& globals, const std::vector<PixelRect>& parts);
+  void commit() { wl_surface_commit(surface_.get()); }
+
   // Shows the buffer at the place that moveTo() answered. `changed` are pixels of the buffer.
   void present(wl_buffer* buffer, const SurfaceArea& area, SurfaceScale scale,
                const std::vector<PixelRect>& changed);
@@ -68,6 +73,8 @@ class LayerSurface {
   Handle<wp_viewport> viewport_;
   Handle<wp_fractional_scale_v1> fractionalScale_;
   Handle<wl_callback> frame_;
+  Handle<org_kde_kwin_blur> blur_;
+  std::vector<PixelRect> blurred_;
   std::optional<SurfaceScale> preferredScale_;
   SurfaceArea asked_;     // the place last asked for
   SurfaceArea shown_;     // margins and size as the compositor has them

@@ -5,7 +5,9 @@
 #include <cmath>
 #include <cstdio>
 
+#include "linux/wayland/kwin_signs.h"
 #include "linux/wayland/window_levels.h"
+#include "view/glass.h"
 
 namespace orvane::host::wayland {
 namespace {
@@ -20,9 +22,6 @@ constexpr std::size_t mostChanges = 64;
 // The whole second that holds the instant: windows that are built at different moments within a
 // second show the same one, and the next tick shows the next.
 Date wholeSecond(Date instant) { return {std::floor(instant.secondsSince1970)}; }
-
-// Compositors tell surfaces apart by this name, in rules that users write.
-std::string nameSpace() { return "org.orvane.Orvane"; }
 
 }  // namespace
 
@@ -70,7 +69,7 @@ void LayerWindow::close() {
   ticks_.cancel();
   retry_.cancel();
   dropSurface();
-  output_ = 0;
+  standOn(0);
 }
 
 // ---- Where
@@ -81,8 +80,13 @@ void LayerWindow::place() {
   const std::uint32_t name = output ? output->name() : 0;
   if (name != output_ || (surface_ && surface_->role() != wantedRole())) dropSurface();
   if (name != output_) allowSurface();
-  output_ = name;
+  standOn(name);
   beginTicks();
+}
+
+void LayerWindow::standOn(std::uint32_t output) {
+  output_ = output;
+  connection_.outputs().claims().claim(this, output);
 }
 
 void LayerWindow::allowSurface() {
@@ -91,18 +95,24 @@ void LayerWindow::allowSurface() {
   retry_.cancel();
 }
 
+// Keeps the output while it has the frame. Of several that have it, the first without a window.
 const Output* LayerWindow::chooseOutput() const {
   const auto candidates = connection_.outputs().withFrame(frame_);
   const auto present = std::find_if(candidates.begin(), candidates.end(),
                                     [&](const auto* it) { return it->name() == output_; });
   if (present != candidates.end()) return *present;
+  const auto& claims = connection_.outputs().claims();
+  const auto free = std::find_if(candidates.begin(), candidates.end(), [&](const auto* it) {
+    return !claims.isTakenByAnother(this, it->name());
+  });
+  if (free != candidates.end()) return *free;
   return candidates.empty() ? nullptr : candidates.front();
 }
 
 SurfaceRole LayerWindow::wantedRole() const {
   const bool raised = properties.level > levelFor(CGWindowLevelKey::desktopWindow);
-  return {raised ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM, nameSpace(),
-          properties.ignoresMouseEvents};
+  return {raised ? ZWLR_LAYER_SHELL_V1_LAYER_TOP : ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM,
+          surfaceName(connection_.globals().kwin), properties.ignoresMouseEvents};
 }
 
 SurfaceScale LayerWindow::scale() const {
@@ -116,7 +126,7 @@ void LayerWindow::outputRemoved(std::uint32_t name) {
   dropSurface();
   retry_.cancel();
   ticks_.cancel();
-  output_ = 0;
+  standOn(0);
 }
 
 void LayerWindow::outputDescribed(std::uint32_t name) {
@@ -188,7 +198,11 @@ void LayerWindow::draw(const SurfaceArea& area) {
                  {scale.pixels(area.width), scale.pixels(area.height)},
                  scale});
   const auto changed = changedPixels();
-  if (changed.empty()) return changed_.clear();
+  const bool reglazed = blurBehindGlass(area);
+  if (changed.empty()) {
+    if (reglazed) surface_->commit();
+    return changed_.clear();
+  }
   ShmBuffer* buffer = buffers_.acquire();
   if (!buffer) {
     stale_ = true;
@@ -202,6 +216,20 @@ void LayerWindow::draw(const SurfaceArea& area) {
   paint(*buffer);
   buffer->giveToCompositor();
   surface_->present(buffer->handle(), area, scale, changed);
+}
+
+// Answers whether the surface has to be committed for it.
+bool LayerWindow::blurBehindGlass(const SurfaceArea& area) {
+  std::vector<PixelRect> parts;
+  // Where nobody blurs, the glass need not be looked for.
+  if (connection_.globals().blurs) {
+    for (const auto& pane : glassPanes(scene_->list())) {
+      for (const auto& points : pixelsWithin(pane, 1)) {
+        parts.push_back({points.x - area.x, points.y - area.y, points.width, points.height});
+      }
+    }
+  }
+  return surface_->blurBehind(connection_.globals(), parts);
 }
 
 void LayerWindow::moveBuffersTo(const Plane& plane) {

@@ -53,6 +53,7 @@ class LayerWindow final : public NSWindow,
 
   void place();
   void allowSurface();
+  void standOn(std::uint32_t output);
   [[nodiscard]] const Output* chooseOutput() const;
   [[nodiscard]] SurfaceRole wantedRole() const;
   [[nodiscard]] SurfaceScale scale() const;
@@ -65,6 +66,7 @@ class LayerWindow final : public NSWindow,
   void moveBuffersTo(const Plane& plane);
   void changeAll();
   [[nodiscard]] std::vector<PixelRect> changedPixels() const;
+  [[nodiscard]] bool blurBehindGlass(const SurfaceArea& area);
   void paint(ShmBuffer& buffer);
   void dropSurface();
   void retryLater();

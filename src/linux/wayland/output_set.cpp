@@ -1,8 +1,18 @@
 #include "linux/wayland/output_set.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane::host::wayland {
+namespace {
+
+std::vector<OutputDescription> descriptionsOf(const std::vector<const Output*>& outputs) {
+  std::vector<OutputDescription> descriptions;
+  for (const Output* output : outputs) descriptions.push_back(*output->description());
+  return descriptions;
+}
+
+}  // namespace
 
 void OutputSet::add(Handle<wl_output> output, std::uint32_t name, zxdg_output_manager_v1* manager) {
   outputs_.push_back(std::make_unique<Output>(std::move(output), name, [this, name] {
@@ -31,6 +41,16 @@ void OutputSet::describeWith(zxdg_output_manager_v1* manager) {
   for (const auto& output : outputs_) output->describeWith(manager);
 }
 
+void OutputSet::setOrder(std::vector<std::string> connectors) {
+  if (connectors == order_) return;
+  order_ = std::move(connectors);
+  changed_();
+}
+
+void OutputSet::showOnePlane() {
+  if (!std::exchange(onePlane_, true)) changed_();
+}
+
 std::vector<const Output*> OutputSet::ready() const {
   std::vector<const Output*> ready;
   for (const auto& output : outputs_) {
@@ -39,18 +59,27 @@ std::vector<const Output*> OutputSet::ready() const {
   return ready;
 }
 
+std::vector<const Output*> OutputSet::screenOutputs() const {
+  const auto all = ready();
+  if (!onePlane_) return all;
+  const auto descriptions = descriptionsOf(all);
+  std::vector<const Output*> outputs;
+  for (std::size_t index = 0; index < all.size(); ++index) {
+    if (!isRedundant(index, descriptions, order_)) outputs.push_back(all[index]);
+  }
+  return outputs;
+}
+
 std::vector<NSScreen> OutputSet::screens() const {
   std::vector<NSScreen> screens;
-  for (const Output* output : ready()) {
+  for (const Output* output : screenOutputs()) {
     screens.push_back(screenOf(*output->description(), output->identity()));
   }
   return screens;
 }
 
 std::optional<NSScreen> OutputSet::mainScreen() const {
-  std::vector<OutputDescription> descriptions;
-  for (const Output* output : ready()) descriptions.push_back(*output->description());
-  const auto main = mainOutput(descriptions);
+  const auto main = mainOutput(descriptionsOf(screenOutputs()), order_);
   if (!main) return std::nullopt;
   return screens()[*main];
 }

@@ -4,10 +4,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "foundation/subject.h"
 #include "linux/wayland/output.h"
+#include "linux/wayland/output_claims.h"
 
 namespace orvane::host::wayland {
 
@@ -20,12 +22,17 @@ class OutputSet {
   void remove(std::uint32_t name);  // one that is unknown is none
   void clear();
   void describeWith(zxdg_output_manager_v1* manager);
+  // The compositor's own order of outputs, by connector.
+  void setOrder(std::vector<std::string> connectors);
+  // All outputs show parts of one plane: one that shows only what another shows is no screen.
+  void showOnePlane();
 
   [[nodiscard]] std::vector<NSScreen> screens() const;
   [[nodiscard]] std::optional<NSScreen> mainScreen() const;
   [[nodiscard]] const Output* find(std::uint32_t name) const;
   // Those that have this frame; mirrored ones share it.
   [[nodiscard]] std::vector<const Output*> withFrame(const Rect& frame) const;
+  [[nodiscard]] OutputClaims& claims() { return claims_; }
 
   // Tells that the output's surfaces are gone, before it is.
   [[nodiscard]] Subject<std::uint32_t>& removed() { return removed_; }
@@ -34,9 +41,13 @@ class OutputSet {
 
  private:
   [[nodiscard]] std::vector<const Output*> ready() const;
+  [[nodiscard]] std::vector<const Output*> screenOutputs() const;
 
   std::function<void()> changed_;
   std::vector<std::unique_ptr<Output>> outputs_;
+  std::vector<std::string> order_;
+  bool onePlane_ = false;
+  OutputClaims claims_;
   Subject<std::uint32_t> removed_;
   Subject<std::uint32_t> described_;
 };

@@ -27,8 +27,16 @@ struct OutputDescription {
 // The layer shell does not tell what panels reserve: the visible frame is the whole one.
 [[nodiscard]] NSScreen screenOf(const OutputDescription& output, const std::string& identity);
 
-// The position of the output whose corner lies nearest to the origin of the layout; of two, the one
-// whose connector sorts first. Nothing when there is no output.
-[[nodiscard]] std::optional<std::size_t> mainOutput(const std::vector<OutputDescription>& outputs);
+// The position of the first output of the compositor's own order, where it tells one; else of the
+// one whose corner lies nearest to the origin of the layout, of two the one whose connector sorts
+// first. Nothing when there is no output.
+[[nodiscard]] std::optional<std::size_t> mainOutput(const std::vector<OutputDescription>& outputs,
+                                                    const std::vector<std::string>& order = {});
+
+// Whether the output shows nothing that another one does not show too, where all of them show parts
+// of one plane; of several with the same frame, one is not redundant: the first of the order, or
+// else of the list.
+[[nodiscard]] bool isRedundant(std::size_t index, const std::vector<OutputDescription>& outputs,
+                               const std::vector<std::string>& order);
 
 }  // namespace orvane::host::wayland

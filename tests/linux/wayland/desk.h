@@ -43,6 +43,7 @@ class ManualSchedule final : public PeriodicSchedule {
 class PanelView final : public RootView {
  public:
   Rect panel{60, 40, 300, 100};
+  Fill surface = Color::srgb(0.1, 0.3, 0.9);
   Subject<> willChange;
   std::vector<Date> built;
 
@@ -60,7 +61,7 @@ class PanelView final : public RootView {
     return content.font({40, FontWeight::bold, FontDesign::standard, true})
         .lineLimit(1)
         .frame(panel.width, panel.height)
-        .background(filled(Shape::rectangle(), Color::srgb(0.1, 0.3, 0.9)))
+        .background(filled(Shape::rectangle(), surface))
         .padding({panel.y, panel.x, 0, 0})
         .frame(window);
   }

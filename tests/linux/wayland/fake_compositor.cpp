@@ -55,15 +55,12 @@ struct FakeProtocol {
 
   // ---- wl_region, wl_surface, wl_compositor
 
-  struct Region {
-    bool empty = true;
-  };
-
   static const struct wl_region_interface* regionRequests() {
     static const struct wl_region_interface requests = {
         destroy,
-        [](wl_client*, wl_resource* it, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {
-          of<Region>(it).empty = false;
+        [](wl_client*, wl_resource* it, std::int32_t x, std::int32_t y, std::int32_t width,
+           std::int32_t height) {
+          of<FakeRegion>(it).push_back({x, y, width, height});
         },
         [](wl_client*, wl_resource*, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {}};
     return &requests;
@@ -84,7 +81,7 @@ struct FakeProtocol {
     };
     requests.set_opaque_region = [](wl_client*, wl_resource*, wl_resource*) {};
     requests.set_input_region = [](wl_client*, wl_resource* it, wl_resource* region) {
-      of<FakeSurface>(it).takesPointer = !region || !of<Region>(region).empty;
+      of<FakeSurface>(it).takesPointer = !region || !of<FakeRegion>(region).empty();
     };
     requests.commit = [](wl_client*, wl_resource* it) { of<FakeSurface>(it).commit(); };
     requests.set_buffer_transform = [](wl_client*, wl_resource*, std::int32_t) {};
@@ -118,8 +115,8 @@ struct FakeProtocol {
   }
 
   static void createRegion(wl_client* client, wl_resource* parent, std::uint32_t id) {
-    make(client, parent, wl_region_interface, id, regionRequests(), new Region,
-         [](wl_resource* it) { delete &of<Region>(it); });
+    make(client, parent, wl_region_interface, id, regionRequests(), new FakeRegion,
+         [](wl_resource* it) { delete &of<FakeRegion>(it); });
   }
 
   // ---- Layer shell

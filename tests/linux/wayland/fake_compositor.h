@@ -42,6 +42,8 @@ class FakeCompositor {
   // Lets both sides handle all that the other has sent so far.
   void settle();
 
+  [[nodiscard]] wl_display* display() { return display_; }
+
   class Output;
   Output& addOutput(OutputTold told);
   void changeOutput(Output& output, OutputTold told);

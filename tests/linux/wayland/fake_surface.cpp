@@ -43,6 +43,7 @@ void FakeSurface::commit() {
     takePicture(*buffer);
   }
   pending_.changed.clear();
+  if (auto parts = std::exchange(pending_.blurred, std::nullopt)) blurred = std::move(*parts);
   const bool resized = width != configuredWidth_ || height != configuredHeight_;
   if (layerSurface_ && compositor_.configuresAtOnce && (!configured_ || resized)) {
     configure(width, height);

@@ -14,6 +14,9 @@ namespace orvane::fakes {
 
 class FakeCompositor;
 
+// What a wl_region is made of.
+using FakeRegion = std::vector<PixelRect>;
+
 // A layer surface as the compositor sees it. It keeps what was committed, and what a commit of a
 // picture held.
 class FakeSurface {
@@ -44,7 +47,8 @@ class FakeSurface {
   std::uint32_t width = 0;
   std::uint32_t height = 0;
   bool takesPointer = true;
-  bool isGone = false;  // destroyed by the client
+  std::vector<PixelRect> blurred;  // committed; empty: nothing
+  bool isGone = false;             // destroyed by the client
   std::vector<Picture> pictures;
   int commits = 0;
 
@@ -61,10 +65,12 @@ class FakeSurface {
  private:
   friend class FakeCompositor;
   friend struct FakeProtocol;
+  friend class FakeKWin;
   struct Pending {
     std::optional<wl_resource*> buffer;
     std::vector<PixelRect> changed;
     std::vector<wl_resource*> frames;
+    std::optional<std::vector<PixelRect>> blurred;
   };
 
   void commit();

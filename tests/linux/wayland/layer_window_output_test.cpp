@@ -30,6 +30,41 @@ TEST_F(LayerWindowOutputTest, MovesToTheScreenWhoseFrameItGets) {
   EXPECT_EQ(lastPicture().marginLeft, 60);
 }
 
+TEST_F(LayerWindowOutputTest, WindowsOfMirroredOutputsStandOnOneEach) {
+  compositor.addOutput({.name = "DP-1"});
+  compositor.addOutput({.name = "DP-2"});
+  ASSERT_EQ(connect(), "");
+  EXPECT_THAT(server->screens(), SizeIs(2));
+  window = makeWindow();
+  window->orderBack();
+  auto second = makeWindow();
+  second->orderBack();
+  settle();
+  ASSERT_THAT(compositor.surfaces(), SizeIs(2));
+  EXPECT_NE(surface(0).output, surface(1).output);
+  // Placing all of them once more changes nothing.
+  window->setFrame({0, 0, 1280, 720}, true);
+  second->setFrame({0, 0, 1280, 720}, true);
+  settle();
+  EXPECT_THAT(compositor.surfaces(), SizeIs(2));
+  // An output whose window is closed is free again.
+  window->close();
+  window = makeWindow();
+  window->orderBack();
+  settle();
+  ASSERT_THAT(compositor.surfaces(), SizeIs(3));
+  EXPECT_EQ(surface(2).output, surface(0).output);
+}
+
+TEST_F(LayerWindowOutputTest, AWindowMoreThanThereAreOutputsSharesTheFirst) {
+  show();
+  auto second = makeWindow();
+  second->orderBack();
+  settle();
+  ASSERT_THAT(compositor.surfaces(), SizeIs(2));
+  EXPECT_EQ(surface(1).output, surface(0).output);
+}
+
 TEST_F(LayerWindowOutputTest, LeavesWithItsOutputAndIsBackWhenItIsPlacedAgain) {
   auto& output = compositor.addOutput({.name = "DP-1"});
   ASSERT_EQ(connect(), "");

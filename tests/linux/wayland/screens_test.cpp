@@ -41,6 +41,35 @@ TEST(MainOutputTest, IsTheOneWhoseConnectorSortsFirstWhereTwoLieAlike) {
   EXPECT_EQ(mainOutput({output("A", -100), output("B", 100)}), 0U);
 }
 
+TEST(MainOutputTest, IsTheFirstOfTheCompositorsOwnOrder) {
+  EXPECT_EQ(mainOutput({output("A"), output("B", 1920), output("C", 3840)}, {"C", "A", "B"}), 2U);
+  EXPECT_EQ(mainOutput({output("A"), output("B", 1920)}, {"gone", "B", "A"}), 1U);
+}
+
+TEST(MainOutputTest, LiesNearestToTheOriginWhereTheOrderNamesNone) {
+  EXPECT_EQ(mainOutput({output("A", 1920), output("B")}, {"gone"}), 1U);
+  EXPECT_EQ(mainOutput({}, {"gone"}), std::nullopt);
+}
+
+TEST(RedundantOutputTest, OneThatLiesWithinAnother) {
+  const std::vector outputs{output("A"), output("B", 1920)};
+  EXPECT_FALSE(isRedundant(0, outputs, {}));
+  EXPECT_FALSE(isRedundant(1, outputs, {}));
+  auto smaller = output("C", 1920);
+  smaller.frame.width = 800;
+  EXPECT_TRUE(isRedundant(2, {outputs[0], outputs[1], smaller}, {"C", "A", "B"}));
+  EXPECT_FALSE(isRedundant(1, {outputs[0], outputs[1], smaller}, {"C", "A", "B"}));
+}
+
+TEST(RedundantOutputTest, OfMirroredOnesAllButTheFirst) {
+  const std::vector outputs{output("A"), output("B"), output("C")};
+  EXPECT_FALSE(isRedundant(0, outputs, {}));
+  EXPECT_TRUE(isRedundant(1, outputs, {}));
+  EXPECT_TRUE(isRedundant(2, outputs, {}));
+  EXPECT_TRUE(isRedundant(0, outputs, {"C", "B", "A"}));
+  EXPECT_FALSE(isRedundant(2, outputs, {"C", "B", "A"}));
+}
+
 TEST(MainOutputTest, IsNoneWhereThereIsNone) { EXPECT_EQ(mainOutput({}), std::nullopt); }
 
 }  // namespace
