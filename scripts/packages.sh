@@ -22,4 +22,9 @@ packages_test=(
   util-linux procps python3
 )
 
+# The desktops of the matrix, beside those that the other tests start.
+packages_desktops=(
+  openbox pcmanfm picom feh i3-wm marco caja muffin dconf-cli libglib2.0-bin
+)
+
 packages_bench=(libbenchmark-dev)

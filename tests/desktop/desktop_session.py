@@ -86,12 +86,12 @@ class DesktopSession:
 
     def __exit__(self, kind, error, trace):
         if error is not None:
-            self._tell()
+            self.tell()
         for running in reversed(self._running):
             self._kill(running)
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def _tell(self):
+    def tell(self):
         for running in self._running:
             print("---- %s, exit status %s" % (running.name, running.process.poll()))
             print(running.output[-4000:])

@@ -1,4 +1,7 @@
-"""Screenshots as values: read from a PPM, asked for their pixels."""
+"""Screenshots as values: read from a PPM, asked for their pixels, kept as PNG."""
+
+import struct
+import zlib
 
 
 class Picture:
@@ -19,6 +22,20 @@ class Picture:
         size = 3 * width * height
         # One white space ends the header; a pixel may look like another.
         return cls(width, height, content[len(content) - size :])
+
+    def cropped(self, left, top, width, height):
+        rows = (3 * (y * self.width + left) for y in range(top, top + height))
+        return Picture(width, height, b"".join(self._data[i : i + 3 * width] for i in rows))
+
+    def beside(self, other):
+        """Both in one picture, tops aligned; what only one is tall enough for is black."""
+        height = max(self.height, other.height)
+        rows = []
+        for y in range(height):
+            for it in (self, other):
+                row = it._data[3 * y * it.width : 3 * (y + 1) * it.width]
+                rows.append(row or bytes(3 * it.width))
+        return Picture(self.width + other.width, height, b"".join(rows))
 
     def pixel(self, x, y):
         start = 3 * (y * self.width + x)
@@ -65,3 +82,15 @@ class Picture:
         with open(path, "wb") as file:
             file.write(b"P6\n%d %d\n255\n" % (self.width, self.height))
             file.write(self._data)
+
+    def save_png(self, path):
+        def chunk(kind, content):
+            check = struct.pack(">I", zlib.crc32(kind + content))
+            return struct.pack(">I", len(content)) + kind + content + check
+
+        stride = 3 * self.width
+        lines = b"".join(b"\0" + self._data[y * stride : (y + 1) * stride] for y in range(self.height))
+        eight_bits_of_color = struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)
+        with open(path, "wb") as file:
+            file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", eight_bits_of_color))
+            file.write(chunk(b"IDAT", zlib.compress(lines, 6)) + chunk(b"IEND", b""))

@@ -1,6 +1,10 @@
 """The comparisons that the desktop tests rest on, tried on pictures of a few pixels."""
 
+import os
+import struct
+import tempfile
 import unittest
+import zlib
 
 from desktop_session import run_tests
 from picture import Picture
@@ -21,6 +25,27 @@ class Pictures(unittest.TestCase):
         picture = Picture.from_ppm(b"P6\n2 1\n255\n\n\x01\x02\x03\x04\x05")
         self.assertEqual(picture.pixel(0, 0), (10, 1, 2))
         self.assertEqual(picture.pixel(1, 0), (3, 4, 5))
+
+    def are_cut_and_joined(self):
+        picture = painted(4, 3, [(2, 1)])
+        part = picture.cropped(1, 1, 2, 1)
+        self.assertEqual([part.pixel(x, 0) for x in (0, 1)], [RED, BLUE])
+        both = part.beside(painted(1, 2))
+        self.assertEqual((both.width, both.height), (3, 2))
+        self.assertEqual([both.pixel(x, 0) for x in range(3)], [RED, BLUE, RED])
+        self.assertEqual([both.pixel(x, 1) for x in range(3)], [(0, 0, 0), (0, 0, 0), RED])
+
+    def are_kept_as_png(self):
+        with tempfile.TemporaryDirectory() as folder:
+            path = os.path.join(folder, "kept.png")
+            painted(2, 1, [(1, 0)]).save_png(path)
+            with open(path, "rb") as file:
+                content = file.read()
+        self.assertEqual(content[:8], b"\x89PNG\r\n\x1a\n")
+        start = content.index(b"IDAT")
+        (length,) = struct.unpack(">I", content[start - 4 : start])
+        lines = zlib.decompress(content[start + 4 : start + 4 + length])
+        self.assertEqual(lines, b"\0" + bytes(RED + BLUE))
 
     def count_a_color_within_a_rectangle(self):
         picture = painted(5, 4, [(0, 0), (2, 1), (4, 3)])

@@ -76,7 +76,8 @@ sway_test(${script} Loss is_survived_with_the_agenda_of_the_time
 set_tests_properties(sway.Loss.is_survived_twenty_times_in_a_row sway.Loss.ends_after_a_minute
                      PROPERTIES TIMEOUT 300)
 
-sway_test(picture_test.py Pictures are_read_from_a_file count_a_color_within_a_rectangle
+sway_test(picture_test.py Pictures are_read_from_a_file are_cut_and_joined
+          are_kept_as_png count_a_color_within_a_rectangle
           tell_where_they_differ)
 sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach
           starts_reachable_programs_where_they_are)

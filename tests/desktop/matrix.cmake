@@ -1,0 +1,33 @@
+# The program on real desktops, one row after the other; what the rows have in common is said in
+# matrix/row.py and matrix/checks.py.
+set(matrix "${CMAKE_CURRENT_SOURCE_DIR}/matrix")
+set(matrix_environment "ORVANE_BUILD=${CMAKE_BINARY_DIR}"
+    "PYTHONPATH=${CMAKE_CURRENT_SOURCE_DIR}:${matrix}")
+
+# matrix_row(NAME FILE [LABEL …]): a row of a file. All rows carry the label `matrix`; those with
+# the label `desktop` too are part of every run of the tests.
+function(matrix_row name file)
+  add_test(NAME "matrix.${name}" COMMAND /usr/bin/python3 -B "${matrix}/${file}" "${name}")
+  set_tests_properties("matrix.${name}" PROPERTIES TIMEOUT 300 LABELS "matrix;${ARGN}"
+                       ENVIRONMENT "${matrix_environment}")
+endfunction()
+
+if(ORVANE_X11)
+  add_executable(x11_client x11_client.cpp)
+  target_link_libraries(x11_client PRIVATE orvane_common PkgConfig::ORVANE_X11_TEST)
+  set_target_properties(x11_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  matrix_row(xvfb x11_rows.py desktop)
+endif()
+
+if(ORVANE_WAYLAND)
+  matrix_row(sway sway_rows.py desktop)
+endif()
+
+# The checks themselves are tried on a desktop of paper.
+foreach(test Checks.pass_a_board_without_faults Checks.fail_each_fault_that_they_are_there_for
+        Checks.fail_for_every_title_somewhere
+        Checks.are_not_made_where_the_desktop_lacks_what_they_take
+        Rows.without_their_programs_are_missing_and_fail Rows.whose_desktop_does_not_start_fail)
+  add_test(NAME "checks.${test}" COMMAND /usr/bin/python3 -B "${matrix}/checks_test.py" "${test}")
+  set_tests_properties("checks.${test}" PROPERTIES TIMEOUT 60 ENVIRONMENT "${matrix_environment}")
+endforeach()
