@@ -1,10 +1,21 @@
 #include "app/app_delegate.h"
 
+#include <map>
 #include <utility>
 
 #include "dashboard/wallpaper_dashboard_view.h"
+#include "foundation/fatal_error.h"
+#include "settings/settings_view.h"
 
 namespace orvane {
+namespace {
+
+constexpr Rect kSettingsContent{0, 0, 760, 620};
+constexpr unsigned kSettingsStyle = FormWindowStyleMask::titled | FormWindowStyleMask::closable |
+                                    FormWindowStyleMask::miniaturizable |
+                                    NSWindowStyleMask::fullSizeContentView;
+
+}  // namespace
 
 std::shared_ptr<AppDelegate> AppDelegate::create(Environment environment) {
   return std::shared_ptr<AppDelegate>(new AppDelegate(std::move(environment)));
@@ -18,11 +29,16 @@ AppDelegate::AppDelegate(Environment environment)
 // Placement runs six times on the way. It costs little and is idempotent, and each run belongs to
 // the step that asks for it.
 void AppDelegate::applicationDidFinishLaunching() {
+  sharedApplication().setActivationPolicy(NSApplicationActivationPolicy::accessory);
   makeWallpaperWindows();
+  makeFocusHotKey();
   placeWallpaperWindows();
   followPlacementSettings();
+  configureStatusItem();
   taskManager()->start();
 }
+
+void AppDelegate::applicationWillTerminate() { statusItem_.reset(); }
 
 const std::shared_ptr<TaskManager>& AppDelegate::taskManager() {
   if (!taskManager_) {
@@ -44,12 +60,23 @@ void AppDelegate::makeWallpaperWindows() {
       {environment_.windowServer, environment_.notificationCenter, environment_.mainActor});
 }
 
+void AppDelegate::makeFocusHotKey() {
+  focusHotKeyController_ = FocusHotKeyController::create(
+      settings_, {environment_.hotKeys, environment_.scripts, environment_.mainActor});
+}
+
 void AppDelegate::placeWallpaperWindows() {
   auto& controller = *wallpaperWindowController_;
   controller.setJoinsAllSpaces(*settings_->showOnAllSpaces);
   controller.setDisplaySelection(*settings_->displayMode, *settings_->selectedDisplayID);
-  if (const auto window = controller.window()) {
-    controller.syncToScreens();
+  replacePrimaryWindow();
+}
+
+// The window is taken before the placement, which may make another one the primary.
+void AppDelegate::replacePrimaryWindow() {
+  if (!wallpaperWindowController_) return;
+  if (const auto window = wallpaperWindowController_->window()) {
+    wallpaperWindowController_->syncToScreens();
     window->orderBack();
   }
 }
@@ -68,6 +95,69 @@ void AppDelegate::followPlacementSettings() {
         withController(
             [&](auto& controller) { controller.setDisplaySelection(mode, selectedDisplayID); });
       }));
+}
+
+void AppDelegate::configureStatusItem() {
+  auto item = environment_.statusBar.statusItem(NSVariableStatusItemLength);
+  if (auto* button = item->button()) {
+    button->setImage(environment_.statusBar.image("timer", "Orvane"));
+    button->setImagePosition(NSCellImagePosition::imageOnly);
+  }
+  item->setMenu(statusMenu());
+  statusItem_ = std::move(item);
+}
+
+NSMenu AppDelegate::statusMenu() {
+  NSMenu menu;
+  menu.addItem({"Settings...", "openSettings", ",", false, {}});
+  menu.addItem({"Refresh Now", "refreshNow", "r", false, {}});
+  menu.addItem(NSMenuItem::separator());
+  menu.addItem({"Quit", "quit", "q", false, {}});
+  for (auto& item : menu.itemArray) item.target = weak_from_this();
+  return menu;
+}
+
+void AppDelegate::perform(const std::string& action) {
+  using Operation = void (AppDelegate::*)();
+  static const std::map<std::string, Operation, std::less<>> operations = {
+      {"openSettings", &AppDelegate::openSettings},
+      {"refreshNow", &AppDelegate::refreshNow},
+      {"quit", &AppDelegate::quit}};
+  const auto found = operations.find(action);
+  if (found != operations.end()) (this->*found->second)();
+}
+
+void AppDelegate::openSettings() {
+  sharedApplication().setActivationPolicy(NSApplicationActivationPolicy::accessory);
+  sharedApplication().activate(true);
+  if (!settingsWindowController_) settingsWindowController_ = makeSettingsWindow();
+  if (!settingsWindowController_) return;
+  settingsWindowController_->showWindow();
+  settingsWindowController_->window()->makeKeyAndOrderFront();
+}
+
+std::unique_ptr<NSWindowController> AppDelegate::makeSettingsWindow() {
+  const auto window = environment_.formWindowServer.makeFormWindow(
+      kSettingsContent, kSettingsStyle, NSBackingStoreType::buffered, false);
+  if (!window) return nullptr;
+  window->title = "Orvane Settings";
+  window->titlebarAppearsTransparent = true;
+  window->isReleasedWhenClosed = false;
+  window->center();
+  window->setContentView(std::make_shared<SettingsView>(settings_, taskManager()));
+  return std::make_unique<NSWindowController>(window);
+}
+
+void AppDelegate::refreshNow() {
+  taskManager()->scheduleRefresh();
+  replacePrimaryWindow();
+}
+
+void AppDelegate::quit() { sharedApplication().terminate(); }
+
+NSApplication& AppDelegate::sharedApplication() const {
+  if (!environment_.application) fatalError("There is no application to run in.");
+  return *environment_.application;
 }
 
 }  // namespace orvane

@@ -1,59 +1,9 @@
-#include "app/app_delegate.h"
-
-#include <gtest/gtest.h>
-
-#include "dashboard/wallpaper_dashboard_view.h"
-#include "fakes/fixed_calendar.h"
-#include "fakes/manual_main_actor.h"
-#include "fakes/memory_app_service.h"
-#include "fakes/memory_event_store.h"
-#include "fakes/memory_user_defaults.h"
-#include "fakes/memory_window_server.h"
-#include "fakes/plain_locale.h"
+#include "app/app_delegate_fixture.h"
 
 namespace orvane {
 namespace {
 
-using Operations = std::vector<std::string>;
-
-class AppDelegateTest : public testing::Test {
- protected:
-  void SetUp() override { server_.attach("left", {0, 0, 1920, 1080}, 11); }
-
-  AppDelegate& delegate() {
-    if (!delegate_) delegate_ = AppDelegate::create(environment());
-    return *delegate_;
-  }
-  void launch() { delegate().applicationDidFinishLaunching(); }
-  // How often the windows were placed: each run ends by ordering the one window back.
-  [[nodiscard]] long placements() const {
-    return std::count(server_.operations.begin(), server_.operations.end(),
-                      "window 1: frame, display");
-  }
-
-  AppDelegate::Environment environment() {
-    return {defaults_, service_, server_, center_, actor_, calendar_, locale_, [this] {
-              server_.operations.emplace_back("store made");
-              return store_;
-            }};
-  }
-  // What the window shows.
-  WallpaperDashboardView& board(int window) {
-    const auto& root = server_.window(window)->contentView()->rootView;
-    return dynamic_cast<WallpaperDashboardView&>(*root);
-  }
-
-  fakes::ManualMainActor actor_;
-  NotificationCenter center_;
-  fakes::FixedCalendar calendar_{[this] { return actor_.now(); }};
-  fakes::PlainLocale locale_;
-  fakes::MemoryUserDefaults defaults_;
-  fakes::MemoryAppService service_;
-  fakes::MemoryWindowServer server_;
-  std::shared_ptr<fakes::MemoryEventStore> store_ =
-      std::make_shared<fakes::MemoryEventStore>(actor_);
-  std::shared_ptr<AppDelegate> delegate_;
-};
+using AppDelegateTest = AppDelegateFixture;
 
 TEST_F(AppDelegateTest, BeforeTheLaunchThereAreOnlySettings) {
   defaults_.values["DashboardSettings.themeMode"] = std::string("dark");
@@ -67,11 +17,14 @@ TEST_F(AppDelegateTest, BeforeTheLaunchThereAreOnlySettings) {
 TEST_F(AppDelegateTest, LaunchRunsInOrderWithSixPlacements) {
   launch();
   const Operations placed = {"window 1: frame, display", "window 1: back"};
-  Operations expected = {"store made", "window 1: made", "window 1: content"};
+  Operations expected = {"policy 1", "store made", "window 1: made", "window 1: content"};
   const auto place = [&] { expected.insert(expected.end(), placed.begin(), placed.end()); };
-  for (int run = 0; run < 4; ++run) place();
+  place();  // by the controller's own making
+  expected.insert(expected.end(), {"install handler", "register hot key"});
+  for (int run = 0; run < 3; ++run) place();
   expected.emplace_back("window 1: back");
   for (int run = 0; run < 2; ++run) place();
+  expected.emplace_back("status item");
   EXPECT_EQ(server_.operations, expected);
   EXPECT_EQ(placements(), 6);
 }
@@ -128,8 +81,10 @@ TEST_F(AppDelegateTest, ALaunchWithoutScreensPlacesNothingAndStillStartsTheTaskM
   server_.attached.clear();
   launch();
   EXPECT_EQ(server_.operations,
-            (Operations{"store made", "window 1: made", "window 1: content", "window 1: back"}));
+            (Operations{"policy 1", "store made", "window 1: made", "window 1: content",
+                        "install handler", "register hot key", "window 1: back", "status item"}));
   EXPECT_TRUE(server_.window(1)->frame().isEmpty());
+  EXPECT_EQ(statusBar_.items.size(), 1U);
   actor_.runUntilIdle();
   EXPECT_TRUE(delegate().taskManager()->lastRefreshDate.get().has_value());
 }
