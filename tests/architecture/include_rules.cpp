@@ -176,7 +176,7 @@ bool allowedInAdapter(std::string_view path, const Include& include) {
   const std::string target = firstPart(include.name);
   if (target != "linux") return target == "foundation" || target == "platform" || target == "view";
   const std::string adapter = adapterOf(include.name);
-  return adapter == adapterOf(path) || adapter == "linux/wire";
+  return adapter == adapterOf(path) || adapter == "linux/wire" || adapter == "linux/gio";
 }
 
 bool namesAnAdaptedLibrary(const std::string& line) {

@@ -1,0 +1,78 @@
+#include "linux/login/autostart_service.h"
+
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "linux/gio/handles.h"
+#include "linux/login/autostart_entry.h"
+
+namespace orvane::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Far more than any desktop entry; what is larger is not read.
+constexpr std::uintmax_t kLargestEntry = 64 * 1024;
+
+class AutostartService final : public SMAppService {
+ public:
+  explicit AutostartService(AutostartOptions options) : options_(std::move(options)) {}
+
+  [[nodiscard]] SMAppServiceStatus status() const override {
+    if (options_.entry.empty()) return SMAppServiceStatus::notFound;
+    return login::startsAtLogin(contents()) ? SMAppServiceStatus::enabled
+                                            : SMAppServiceStatus::notRegistered;
+  }
+
+  [[nodiscard]] bool registerService() override {
+    if (options_.entry.empty()) return false;
+    std::error_code refused;
+    fs::create_directories(options_.entry.parent_path(), refused);
+    const auto entry = login::entryStarting(options_.program, contents());
+    constexpr auto safely = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
+                                                               G_FILE_SET_CONTENTS_DURABLE);
+    return g_file_set_contents_full(options_.entry.c_str(), entry.data(),
+                                    static_cast<gssize>(entry.size()), safely, 0644, nullptr);
+  }
+
+  // An entry that is not there is as good as removed.
+  [[nodiscard]] bool unregisterService() override {
+    std::error_code refused;
+    fs::remove(options_.entry, refused);
+    return !refused;
+  }
+
+ private:
+  // Empty where there is nothing that could be an entry: no file, or no ordinary one.
+  [[nodiscard]] std::string contents() const {
+    std::error_code unreadable;
+    if (!fs::is_regular_file(options_.entry, unreadable)) return {};
+    const auto size = fs::file_size(options_.entry, unreadable);
+    if (unreadable || size > kLargestEntry) return {};
+    char* text = nullptr;
+    gsize length = 0;
+    if (!g_file_get_contents(options_.entry.c_str(), &text, &length, nullptr)) return {};
+    const gio::TextPtr owner(text);
+    return {text, length};
+  }
+
+  const AutostartOptions options_;
+};
+
+}  // namespace
+
+std::unique_ptr<SMAppService> makeAutostartService(AutostartOptions options) {
+  return std::make_unique<AutostartService>(std::move(options));
+}
+
+fs::path autostartEntryPath(
+    const std::function<std::optional<std::string>(const std::string& name)>& environment) {
+  const fs::path entry = fs::path("autostart") / "org.orvane.Orvane.desktop";
+  const fs::path configured = environment("XDG_CONFIG_HOME").value_or("");
+  if (configured.is_absolute()) return configured / entry;
+  const fs::path home = environment("HOME").value_or("");
+  return home.is_absolute() ? home / ".config" / entry : fs::path();
+}
+
+}  // namespace orvane::host
