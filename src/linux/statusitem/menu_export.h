@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "foundation/main_actor.h"
+#include "linux/gio/exported_object.h"
+#include "linux/statusitem/menu_layout.h"
+
+namespace orvane::host::statusitem {
+
+inline constexpr const char* kMenuPath = "/MenuBar";
+
+// A menu on the bus, version 3 of com.canonical.dbusmenu. Picking an item carries out its action in
+// a turn of its own.
+class MenuExport {
+ public:
+  MenuExport(GDBusConnection* connection, MainActor& mainActor, NSMenu menu);
+
+ private:
+  [[nodiscard]] gio::CallReply call(const std::string& method, GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply getLayout(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply getGroupProperties(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply getProperty(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply event(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply eventGroup(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply aboutToShow(GVariant* arguments) const;
+  [[nodiscard]] gio::CallReply aboutToShowGroup(GVariant* arguments) const;
+  // Whether there is such an item.
+  [[nodiscard]] bool happened(std::int32_t id, const std::string& event) const;
+
+  MainActor& mainActor_;
+  const MenuLayout layout_;
+  const gio::ExportedObject object_;
+};
+
+}  // namespace orvane::host::statusitem
