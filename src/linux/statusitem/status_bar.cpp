@@ -38,9 +38,12 @@ class Item final : public NSStatusItem, private NSStatusBarButton {
 
   void showAgain() {
     shown_.reset();
-    if (around_.connection) {
+    if (isConnected()) {
       shown_.emplace(around_.connection, around_.mainActor, face(), menu_);
     }
+  }
+  [[nodiscard]] bool isConnected() const {
+    return around_.connection && !g_dbus_connection_is_closed(around_.connection);
   }
   [[nodiscard]] ItemFace face() const {
     if (!image_) return {};

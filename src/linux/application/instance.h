@@ -1,0 +1,57 @@
+// application/ makes the program one of its kind in the session: one instance, which others can ask
+// to do something over the session bus.
+#pragma once
+
+#include <gio/gio.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/main_actor.h"
+
+namespace orvane::host {
+
+// What the running program does when it is asked from outside.
+struct ApplicationAction {
+  std::string name;
+  std::function<void()> perform;
+};
+
+struct ApplicationOptions {
+  // Null: there is no session bus, and the guard is a lock in the runtime folder.
+  GDBusConnection* connection = nullptr;
+  // $XDG_RUNTIME_DIR; empty: without a bus there is then no guard at all.
+  std::filesystem::path runtimeFolder;
+  // The bus started this process to activate it: the first activation then is the launch itself.
+  bool startedByBus = false;
+  // Called in a turn of the loop when the program was started again or activated.
+  std::function<void()> activate;
+  std::vector<ApplicationAction> actions;
+};
+
+// The claim to be the one instance, given up with this object. While it stands, org.freedesktop.
+// Application is exported under the program's id (Desktop Entry Specification, "D-Bus Activation"),
+// and its calls are carried out in turns of the loop.
+class Instance {
+ public:
+  virtual ~Instance() = default;
+};
+
+enum class InstanceOutcome {
+  first,     // `instance` is set
+  forwarded  // another one runs, and was asked to show its settings
+};
+
+struct InstanceClaim {
+  InstanceOutcome outcome = InstanceOutcome::first;
+  std::unique_ptr<Instance> instance;
+};
+
+// Waits at most a few seconds for the bus or for the running instance. Main thread only; the actor
+// outlives the instance.
+[[nodiscard]] InstanceClaim claimInstance(ApplicationOptions options, MainActor& mainActor);
+
+}  // namespace orvane::host

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "linux/application/instance.h"
+
+namespace orvane::host::application {
+
+// The guard is a lock on a file in the runtime folder, and a socket beside it hears of further
+// starts. Both are released by the kernel whatever way the process ends. Where the folder cannot be
+// written there is no guard, and one line says so.
+[[nodiscard]] InstanceClaim claimByLock(ApplicationOptions options, MainActor& mainActor);
+
+}  // namespace orvane::host::application
