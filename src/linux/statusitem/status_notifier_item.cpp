@@ -46,9 +46,7 @@ constexpr const char* kDescription = R"xml(
 </node>)xml";
 
 // The name that hosts expect; a connection has one item, since the item's path is fixed too.
-std::string itemName() {
-  return "org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-1";
-}
+std::string itemName() { return "org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-1"; }
 
 VariantPtr text(const std::string& value) { return owned(g_variant_new_string(value.c_str())); }
 

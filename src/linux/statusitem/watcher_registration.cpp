@@ -3,27 +3,14 @@
 #include <chrono>
 #include <utility>
 
+#include "linux/gio/call.h"
+
 namespace orvane::host::statusitem {
 namespace {
 
 constexpr const char* kWatcher = "org.kde.StatusNotifierWatcher";
 constexpr std::chrono::seconds kRetryDelay{2};
-constexpr int kCallLimit = 5000;  // milliseconds
-
-// One registration under way. It refers to its owner only as long as the call is not cancelled.
-struct Attempt {
-  std::function<void()> refused;
-};
-
-void finish(GObject* connection, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<Attempt> attempt(static_cast<Attempt*>(data));
-  gio::Failure failure;
-  const gio::VariantPtr reply(g_dbus_connection_call_finish(
-      reinterpret_cast<GDBusConnection*>(connection), result, failure.out()));
-  if (failure && !failure.is(G_IO_ERROR, G_IO_ERROR_CANCELLED) && attempt->refused) {
-    attempt->refused();
-  }
-}
+constexpr std::chrono::seconds kCallLimit{5};
 
 }  // namespace
 
@@ -38,12 +25,11 @@ WatcherRegistration::WatcherRegistration(GDBusConnection* connection, MainActor&
 
 void WatcherRegistration::registerWith(const std::string& owner, bool again) {
   retry_ = {};
-  auto attempt = std::make_unique<Attempt>();
-  if (again) attempt->refused = [this, owner] { refused(owner); };
-  g_dbus_connection_call(connection_.get(), owner.c_str(), "/StatusNotifierWatcher", kWatcher,
-                         "RegisterStatusNotifierItem", g_variant_new("(s)", itemName_.c_str()),
-                         nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimit, calls_.get(),
-                         &finish, attempt.release());
+  const gio::Method method{owner, "/StatusNotifierWatcher", kWatcher, "RegisterStatusNotifierItem"};
+  gio::call(connection_.get(), method, g_variant_new("(s)", itemName_.c_str()), kCallLimit, calls_,
+            [this, owner, again](GVariant*, const gio::Failure& failure) {
+              if (failure && again) refused(owner);
+            });
 }
 
 void WatcherRegistration::refused(const std::string& owner) {
