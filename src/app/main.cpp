@@ -14,15 +14,21 @@
 #include <utility>
 #include <vector>
 
-#include "app/app_delegate.h"
 #include "app/command_line.h"
+#include "app/orvane_app.h"
 #include "app/returning_desktop.h"
+#include "linux/application/host_application.h"
+#include "linux/application/instance.h"
 #include "linux/calendars/calendar_roots.h"
 #include "linux/calendars/event_store.h"
 #include "linux/calendars/folder_provider.h"
 #include "linux/defaults/user_defaults.h"
+#include "linux/desktopicons/desktop_icons.h"
+#include "linux/gio/session_bus.h"
+#include "linux/hotkey/event_hot_keys.h"
 #include "linux/locale/calendar.h"
 #include "linux/locale/locale.h"
+#include "linux/login/autostart_service.h"
 #include "linux/mainloop/clock_watcher.h"
 #include "linux/mainloop/main_loop.h"
 #include "linux/mainloop/periodic_schedule.h"
@@ -30,7 +36,8 @@
 #include "linux/paint/painter.h"
 #include "linux/paint/text_measurer.h"
 #include "linux/session/session_signs.h"
-#include "platform/absent_app_service.h"
+#include "linux/settingswindow/settings_notice.h"
+#include "linux/statusitem/status_bar.h"
 #ifdef ORVANE_WAYLAND
 #include "linux/wayland/wayland_desktop.h"
 #endif
@@ -47,6 +54,8 @@ constexpr int kNoDesktop = 1;
 
 // How long the desktop may take to answer at the start, when it may itself be starting.
 constexpr std::chrono::seconds kFirstPatience{10};
+// A session bus answers within a few milliseconds or has a problem of its own.
+constexpr std::chrono::milliseconds kBusPatience{500};
 
 #if defined(ORVANE_WAYLAND) && defined(ORVANE_X11)
 constexpr const char* kNothingNamed =
@@ -64,13 +73,17 @@ std::optional<std::string> environmentVariable(const std::string& name) {
   return value && *value ? std::optional<std::string>(value) : std::nullopt;
 }
 
+std::filesystem::path programPath() {
+  std::error_code unknown;
+  return std::filesystem::read_symlink("/proc/self/exe", unknown);
+}
+
 // The reader lies beside the program in a build folder, and in the folder for programs that nobody
 // starts by hand when both are installed.
 std::string readerPath() {
   std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  const auto beside = program.parent_path() / "orvane-reader";
-  if (!unknown && std::filesystem::exists(beside, unknown)) return beside;
+  const auto beside = programPath().parent_path() / "orvane-reader";
+  if (std::filesystem::exists(beside, unknown)) return beside;
   return ORVANE_LIBEXEC_DIR "/orvane-reader";
 }
 
@@ -107,6 +120,34 @@ ReturningDesktop::Opened openDesktop(const Stage& stage, const ReturningDesktop:
   return {nullptr, std::move(failures)};
 }
 
+// Under Wayland only the portal hears keys that go to native windows.
+host::HotKeyOptions hotKeyOptions() {
+  host::HotKeyOptions options;
+  if (environmentVariable("WAYLAND_DISPLAY")) {
+    options.portalBus = host::gio::sessionBusAddress(environmentVariable);
+  } else {
+    options.x11Display = environmentVariable("DISPLAY").value_or("");
+  }
+  return options;
+}
+
+// What others may ask of the running program over the bus.
+std::vector<host::ApplicationAction> exportedActions(const std::function<AppDelegate*()>& running) {
+  const auto action = [running](std::string name, void (*perform)(AppDelegate&)) {
+    return host::ApplicationAction{std::move(name), [running, perform] {
+                                     if (auto* delegate = running()) perform(*delegate);
+                                   }};
+  };
+  return {action("settings", [](AppDelegate& delegate) { delegate.openSettings(); }),
+          action("refresh-now", [](AppDelegate& delegate) { delegate.refreshNow(); }),
+          action("toggle-focus",
+                 [](AppDelegate& delegate) {
+                   auto& settings = *delegate.settings();
+                   settings.focusMode = !settings.focusMode.get();
+                 }),
+          action("quit", [](AppDelegate& delegate) { delegate.quit(); })};
+}
+
 void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '\n'; }
 
 int runProgram() {
@@ -115,6 +156,20 @@ int runProgram() {
   const auto calendar = host::makeCalendar();
   const auto locale = host::makeLocale();
   const auto loop = host::makeMainLoop();
+  std::weak_ptr<AppDelegate> running;
+  const auto bus =
+      host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
+  host::ApplicationOptions claim;
+  claim.connection = bus.get();
+  claim.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
+  claim.startedByBus = environmentVariable("DBUS_STARTER_ADDRESS").has_value();
+  claim.activate = [&running] {
+    if (const auto delegate = running.lock()) delegate->openSettings();
+  };
+  claim.actions = exportedActions([&running] { return running.lock().get(); });
+  const auto instance = host::claimInstance(std::move(claim), *loop);
+  if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
+
   NotificationCenter notifications;
   const auto schedule = host::makePeriodicSchedule();
   const auto typesetter = host::makeTypesetter();
@@ -136,7 +191,13 @@ int runProgram() {
   if (!failures.empty()) return kNoDesktop;
 
   const auto userDefaults = host::makeUserDefaults(host::userDefaultsPath(), *loop);
-  AbsentAppService appService;
+  const auto appService = host::makeAutostartService(
+      {host::autostartEntryPath(environmentVariable), programPath().string()});
+  const auto application = host::makeApplication([&loop] { loop->quit(kSuccess); });
+  const auto statusBar = host::makeStatusBar({bus.get(), *loop, *painter});
+  const auto settingsWindows = host::makeSettingsNotice(bus.get());
+  const auto hotKeys = host::makeEventHotKeys(hotKeyOptions(), *loop);
+  const auto desktopIcons = host::makeDesktopIcons();
   std::weak_ptr<host::EventStore> eventStore;
   const auto makeEventStore = [&]() -> std::shared_ptr<EKEventStore> {
     host::EventStoreOptions options;
@@ -151,8 +212,10 @@ int runProgram() {
     eventStore = store;
     return store;
   };
-  const auto delegate = AppDelegate::create({*userDefaults, appService, desktop, notifications,
-                                             *loop, *calendar, *locale, makeEventStore});
+  const OrvaneApp app({application.get(), *statusBar, *settingsWindows, *hotKeys, *desktopIcons,
+                       *userDefaults, *appService, desktop, notifications, *loop, *calendar,
+                       *locale, makeEventStore});
+  running = app.appDelegate();
 
   host::ClockWatcherOptions clocks;
   clocks.startOfNextDay = [&calendar](Date date) { return calendar->startOfNextDay(date); };
@@ -167,8 +230,7 @@ int runProgram() {
   const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(kSuccess); });
   const auto onInterrupt = loop->onSignal(SIGINT, [&loop] { loop->quit(kSuccess); });
 
-  delegate->applicationDidFinishLaunching();
-  return loop->run();
+  return app.main([&loop] { loop->run(); });
 }
 
 }  // namespace

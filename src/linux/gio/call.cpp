@@ -15,14 +15,28 @@ void finish(GObject* connection, GAsyncResult* result, gpointer data) {
   }
 }
 
+void callWith(GDBusCallFlags flags, GDBusConnection* connection, const Method& method,
+              GVariant* arguments, std::chrono::milliseconds limit,
+              const Cancellation& cancellation, Answered answered) {
+  g_dbus_connection_call(connection, method.destination.c_str(), method.path.c_str(),
+                         method.interface.c_str(), method.name.c_str(), arguments, nullptr, flags,
+                         static_cast<int>(limit.count()), cancellation.get(), &finish,
+                         new Answered(std::move(answered)));
+}
+
 }  // namespace
 
 void call(GDBusConnection* connection, const Method& method, GVariant* arguments,
           std::chrono::milliseconds limit, const Cancellation& cancellation, Answered answered) {
-  g_dbus_connection_call(connection, method.destination.c_str(), method.path.c_str(),
-                         method.interface.c_str(), method.name.c_str(), arguments, nullptr,
-                         G_DBUS_CALL_FLAGS_NO_AUTO_START, static_cast<int>(limit.count()),
-                         cancellation.get(), &finish, new Answered(std::move(answered)));
+  callWith(G_DBUS_CALL_FLAGS_NO_AUTO_START, connection, method, arguments, limit, cancellation,
+           std::move(answered));
+}
+
+void callStarting(GDBusConnection* connection, const Method& method, GVariant* arguments,
+                  std::chrono::milliseconds limit, const Cancellation& cancellation,
+                  Answered answered) {
+  callWith(G_DBUS_CALL_FLAGS_NONE, connection, method, arguments, limit, cancellation,
+           std::move(answered));
 }
 
 // What the library had queued when the watch ended still arrives; it finds nobody.

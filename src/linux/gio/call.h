@@ -26,6 +26,11 @@ using Answered = std::function<void(GVariant* results, const Failure& failure)>;
 void call(GDBusConnection* connection, const Method& method, GVariant* arguments,
           std::chrono::milliseconds limit, const Cancellation& cancellation, Answered answered);
 
+// The same, but a service that is not running is started for it, if the bus knows how.
+void callStarting(GDBusConnection* connection, const Method& method, GVariant* arguments,
+                  std::chrono::milliseconds limit, const Cancellation& cancellation,
+                  Answered answered);
+
 // A signal of somebody on the bus, for as long as this lives.
 class SignalWatch {
  public:

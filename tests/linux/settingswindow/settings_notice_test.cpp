@@ -1,0 +1,87 @@
+#include "linux/settingswindow/settings_notice.h"
+
+#include <vector>
+
+#include "../gio/private_bus.h"
+#include "linux/gio/exported_object.h"
+
+namespace orvane::host {
+namespace {
+
+using gio::eventually;
+
+constexpr const char* kNotifications = R"xml(
+<node>
+  <interface name="org.freedesktop.Notifications">
+    <method name="Notify">
+      <arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
+      <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
+      <arg type="a{sv}" direction="in"/><arg type="i" direction="in"/>
+      <arg type="u" direction="out"/>
+    </method>
+  </interface>
+</node>)xml";
+
+TEST(SettingsNoticeTest, EachShowingIsOneNotificationThatReplacesTheLast) {
+  const gio::PrivateBus bus;
+  const auto ours = bus.connect();
+  const auto desktop = bus.connect();
+  std::vector<std::string> shown;
+  const gio::ExportedObject object(
+      desktop.get(), "/org/freedesktop/Notifications", kNotifications,
+      {[&](const std::string&, GVariant* arguments) -> gio::CallReply {
+         guint32 replaces = 0;
+         const char* summary = nullptr;
+         const char* body = nullptr;
+         g_variant_get(arguments, "(&su&s&s&sasa{sv}i)", nullptr, &replaces, nullptr, &summary,
+                       &body, nullptr, nullptr, nullptr);
+         shown.push_back(std::to_string(replaces) + " " + summary + ": " + body);
+         return gio::owned(g_variant_new("(u)", 7U));
+       },
+       nullptr});
+  const guint name =
+      g_bus_own_name_on_connection(desktop.get(), "org.freedesktop.Notifications",
+                                   G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
+  const auto server = makeSettingsNotice(ours.get());
+  const auto window =
+      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
+  window->title = "Orvane Settings";
+  gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+  window->show();
+  window->makeKeyAndOrderFront();
+  EXPECT_TRUE(eventually([&] { return shown.size() == 1; }));
+  gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+  window->makeKeyAndOrderFront();
+  EXPECT_TRUE(eventually([&] { return shown.size() == 2; }));
+  EXPECT_EQ(shown,
+            (std::vector<std::string>{"0 Orvane Settings: The settings window is not installed.",
+                                      "7 Orvane Settings: The settings window is not installed."}));
+  g_bus_unown_name(name);
+}
+
+TEST(SettingsNoticeTest, WithoutABusALineIsSaid) {
+  const auto server = makeSettingsNotice(nullptr);
+  const auto window =
+      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
+  testing::internal::CaptureStderr();
+  window->makeKeyAndOrderFront();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "orvane: The settings window is not installed.\n");
+}
+
+TEST(SettingsNoticeTest, WithoutANotificationServiceALineIsSaid) {
+  const gio::PrivateBus bus;
+  const auto ours = bus.connect();
+  const auto server = makeSettingsNotice(ours.get());
+  const auto window =
+      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
+  testing::internal::CaptureStderr();
+  window->makeKeyAndOrderFront();
+  gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+  gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "orvane: The settings window is not installed.\n");
+}
+
+}  // namespace
+}  // namespace orvane::host
