@@ -10,6 +10,7 @@
 #include "fakes/manual_main_actor.h"
 #include "fakes/memory_app_service.h"
 #include "fakes/memory_event_store.h"
+#include "fakes/memory_shell.h"
 #include "fakes/memory_user_defaults.h"
 #include "fakes/memory_window_server.h"
 #include "fakes/plain_locale.h"
@@ -273,8 +274,10 @@ class ProgramOnReturningDesktopTest : public ReturningDesktopTest {
  protected:
   void launch() {
     open();
-    delegate_ = AppDelegate::create({defaults_, service_, desktop_, center_, actor_, calendar_,
-                                     locale_, [this] { return store_; }});
+    delegate_ =
+        AppDelegate::create({&shell_.application, shell_.statusBar, shell_.formWindows,
+                             shell_.hotKeys, shell_.scripts, defaults_, service_, desktop_, center_,
+                             actor_, calendar_, locale_, [this] { return store_; }});
     delegate_->applicationDidFinishLaunching();
     actor_.advance(2s);
   }
@@ -287,6 +290,8 @@ class ProgramOnReturningDesktopTest : public ReturningDesktopTest {
   fakes::PlainLocale locale_;
   fakes::MemoryUserDefaults defaults_;
   fakes::MemoryAppService service_;
+  std::vector<std::string> log_;
+  fakes::MemoryShell shell_{log_};
   std::shared_ptr<fakes::MemoryEventStore> store_ =
       std::make_shared<fakes::MemoryEventStore>(actor_);
   std::shared_ptr<AppDelegate> delegate_;
