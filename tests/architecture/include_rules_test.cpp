@@ -7,6 +7,8 @@
 #include <set>
 #include <sstream>
 
+#include "support/test_paths.h"
+
 namespace orvane::architecture {
 namespace {
 
@@ -78,7 +80,7 @@ std::string contentsOf(const std::filesystem::path& path) {
 }
 
 TEST(SourceTree, KeepsToTheMap) {
-  const std::filesystem::path root = ORVANE_SOURCE_ROOT;
+  const std::filesystem::path root = sourceFolder();
   std::set<std::string> folders;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
     const auto extension = entry.path().extension();

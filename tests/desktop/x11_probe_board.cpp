@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "support/test_paths.h"
 #include "x11_block_painter.h"
 
 namespace orvane::desktop_test {
@@ -41,7 +42,7 @@ bool contains(const PixelRect& rect, int x, int y) {
 
 }  // namespace
 
-std::string Probe::path() { return ORVANE_X11_PROBE; }
+std::string Probe::path() { return builtProgram("tests/x11_probe"); }
 
 Probe::Probe(const Session& session, std::vector<std::string> options) {
   options.insert(options.begin(), path());

@@ -3,6 +3,7 @@
 #include <ctime>
 #include <fstream>
 
+#include "support/test_paths.h"
 #include "x11_probe_board.h"
 
 namespace orvane::desktop_test {
@@ -27,7 +28,7 @@ Program::Program(const Session& session)
   const auto now = static_cast<long long>(wallClock());
   deadline_ = now - now % 60 + 30 * 60;
   writeEvent("Choir practice", deadline_);
-  process_ = session.start({ORVANE_PROGRAM});
+  process_ = session.start({builtProgram("orvane")});
 }
 
 void Program::addEvent(const std::string& title) { writeEvent(title, deadline_ + 60); }

@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "linux/paint/png.h"
+#include "support/test_paths.h"
 
 namespace orvane::tools {
 namespace {
@@ -101,7 +102,8 @@ class SnapshotProgramTest : public testing::Test {
 
  private:
   [[noreturn]] void execute(const std::vector<std::string>& words) const {
-    std::vector<const char*> arguments{ORVANE_SNAPSHOT};
+    const std::string program = builtProgram("orvane-snapshot");
+    std::vector<const char*> arguments{program.c_str()};
     for (const auto& word : words) arguments.push_back(word.c_str());
     arguments.push_back(nullptr);
     setenv("HOME", home().c_str(), 1);
@@ -110,7 +112,7 @@ class SnapshotProgramTest : public testing::Test {
     }
     if (freopen((base / "stdout").c_str(), "w", stdout) == nullptr) _exit(99);
     if (freopen((base / "stderr").c_str(), "w", stderr) == nullptr) _exit(99);
-    execv(ORVANE_SNAPSHOT, const_cast<char* const*>(arguments.data()));
+    execv(program.c_str(), const_cast<char* const*>(arguments.data()));
     _exit(98);
   }
 };
@@ -184,7 +186,7 @@ TEST_F(SnapshotProgramTest, ShowsExportsOfCommonServices) {
   for (const char* service : {"google", "icloud", "outlook", "nextcloud"}) {
     const auto file = std::string(service) + "-export.ics";
     std::filesystem::create_directory(calendars() / service);
-    std::filesystem::copy(path(ORVANE_TEST_DATA) / "exports" / file, calendars() / service / file);
+    std::filesystem::copy(path(testDataFolder()) / "exports" / file, calendars() / service / file);
   }
   const auto dumped = dump();
   EXPECT_THAT(titles(dumped["calendarOptions"]),
@@ -202,7 +204,7 @@ TEST_F(SnapshotProgramTest, ShowsExportsOfCommonServices) {
 }
 
 TEST_F(SnapshotProgramTest, ASingleExportIsACalendarOfThatName) {
-  std::filesystem::copy(path(ORVANE_TEST_DATA) / "exports/google-export.ics",
+  std::filesystem::copy(path(testDataFolder()) / "exports/google-export.ics",
                         calendars() / "download.ics");
   EXPECT_THAT(titles(dump()["calendarOptions"]), ElementsAre("Family"));
 }

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "support/test_paths.h"
+
 namespace orvane::host {
 
 // A scratch folder that is gone after the test, with its own copy of the plain reader beside the
@@ -38,7 +40,7 @@ class CalendarFolder {
   }
 
   // Where the plain reader is; somewhere else for tests that run as somebody else.
-  static inline std::string plainReader = ORVANE_PLAIN_READER;
+  static inline std::string plainReader = builtProgram("tests/plain_reader");
 
   [[nodiscard]] std::filesystem::path base() const { return base_; }
   [[nodiscard]] std::filesystem::path root() const { return base_ / "calendars"; }

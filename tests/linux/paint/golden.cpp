@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "support/test_paths.h"
+
 namespace orvane::testing_pictures {
 
 namespace {
@@ -45,8 +47,8 @@ void leave(const std::string& name, const char* what, const host::Picture& pictu
 }
 
 ::testing::AssertionResult matchesGolden(const std::string& name, const host::Picture& actual) {
-  if (!isBlessing()) return matchesReference(ORVANE_GOLDEN, name, actual);
-  const auto problem = host::writePNG(actual, std::string(ORVANE_GOLDEN) + "/" + name + ".png");
+  if (!isBlessing()) return matchesReference(goldenFolder(), name, actual);
+  const auto problem = host::writePNG(actual, goldenFolder() + "/" + name + ".png");
   if (problem) return ::testing::AssertionFailure() << problem->message;
   return ::testing::AssertionSuccess();
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "scenes.h"
+#include "support/test_paths.h"
 
 namespace orvane::testing_pictures {
 namespace {
@@ -29,7 +30,7 @@ TEST(Golden, TheSymbols) {
 TEST(Golden, AWrongReferenceIsNotAccepted) {
   Studio studio;
   const auto list = cardScene(studio, Theme::dark, "01:23:45");
-  EXPECT_FALSE(matchesReference(ORVANE_GOLDEN, "deliberately_wrong",
+  EXPECT_FALSE(matchesReference(goldenFolder(), "deliberately_wrong",
                                 studio.picture(list, cardSceneSize, 1)));
   EXPECT_TRUE(std::filesystem::exists("golden-failures/deliberately_wrong-difference.png"));
 }
@@ -37,7 +38,7 @@ TEST(Golden, AWrongReferenceIsNotAccepted) {
 TEST(Golden, AMissingReferenceFailsAndLeavesThePictureToBless) {
   const std::string left = "golden-failures/nobody_drew_this-actual.png";
   std::remove(left.c_str());
-  EXPECT_FALSE(matchesReference(ORVANE_GOLDEN, "nobody_drew_this", host::Picture(3, 3)));
+  EXPECT_FALSE(matchesReference(goldenFolder(), "nobody_drew_this", host::Picture(3, 3)));
   EXPECT_TRUE(std::filesystem::exists(left));
 }
 

@@ -6,6 +6,7 @@
 
 #include "linux/reader/listing.h"
 #include "linux/reader/reading_session.h"
+#include "support/test_paths.h"
 
 namespace orvane::ical {
 namespace {
@@ -20,7 +21,7 @@ struct Fixture {
 std::vector<Fixture> fixtures() {
   std::vector<Fixture> found;
   for (const char* folder : {"reader", "exports"}) {
-    const auto place = std::filesystem::path(ORVANE_TEST_DATA) / folder;
+    const auto place = std::filesystem::path(testDataFolder()) / folder;
     for (const auto& entry : std::filesystem::directory_iterator(place)) {
       const auto name = std::filesystem::path(folder) / entry.path().filename();
       if (name.extension() == ".ics")
@@ -46,7 +47,7 @@ class FixtureTest : public testing::TestWithParam<Fixture> {};
 TEST_P(FixtureTest, IsReadAsExpected) {
   const std::string expected = readData(GetParam().path + ".expected");
   wire::ReadRequest request = requestFrom(expected);
-  request.paths = {std::string(ORVANE_TEST_DATA) + "/" + GetParam().path + ".ics"};
+  request.paths = {testDataFolder() + "/" + GetParam().path + ".ics"};
   std::string actual;
   readFiles(
       request, [] {},

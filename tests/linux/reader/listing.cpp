@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "linux/reader/date_values.h"
+#include "support/test_paths.h"
 
 namespace orvane::ical {
 
@@ -99,7 +100,7 @@ double instant(const std::string& text) {
 }
 
 std::string readData(const std::string& name) {
-  std::ifstream file(std::string(ORVANE_TEST_DATA) + "/" + name, std::ios::binary);
+  std::ifstream file(testDataFolder() + "/" + name, std::ios::binary);
   if (!file) throw std::invalid_argument("no such file: " + name);
   std::ostringstream text;
   text << file.rdbuf();

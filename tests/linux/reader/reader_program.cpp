@@ -15,6 +15,7 @@
 #include <stdexcept>
 
 #include "linux/reader/listing.h"
+#include "support/test_paths.h"
 
 namespace orvane::ical {
 
@@ -33,10 +34,10 @@ class ReaderProcess {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-    char name[] = ORVANE_READER;
-    char* arguments[] = {name, nullptr};
+    std::string name = builtProgram("orvane-reader");
+    char* arguments[] = {name.data(), nullptr};
     // It needs nothing of its environment; sanitizers keep their options.
-    const int failure = posix_spawn(&process_, name, &actions, nullptr, arguments, environ);
+    const int failure = posix_spawn(&process_, name.c_str(), &actions, nullptr, arguments, environ);
     posix_spawn_file_actions_destroy(&actions);
     close(input[0]);
     close(output[1]);
