@@ -14,9 +14,9 @@ Color onLightGlass(SystemColor name) {
     case SystemColor::red:
       return Color::srgb(0.80, 0.12, 0.11);
     case SystemColor::orange:
-      return Color::srgb(0.80, 0.37, 0);
+      return Color::srgb(0.74, 0.33, 0);
     case SystemColor::yellow:
-      return Color::srgb(0.58, 0.40, 0);
+      return Color::srgb(0.55, 0.43, 0);
     case SystemColor::cyan:
       return Color::srgb(0, 0.47, 0.66);
     case SystemColor::white:
