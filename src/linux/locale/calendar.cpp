@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cmath>
 #include <iostream>
+#include <map>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
@@ -94,6 +95,7 @@ class IcuSystemCalendar final : public SystemCalendar {
     if (fixed && !complained_) complain();
     calendar_ = std::move(calendar);
     today_ = {};
+    zones_.clear();
   }
 
   [[nodiscard]] Date startOfDay(Date date) const override {
@@ -175,18 +177,27 @@ class IcuSystemCalendar final : public SystemCalendar {
   }
 
   [[nodiscard]] IcuCalendar calendarFor(const DateComponents& components) const {
-    auto zone = components.timeZone ? namedZone(*components.timeZone) : nullptr;
-    if (!zone) {
-      const std::lock_guard lock(mutex_);
-      zone.reset(calendar_->getTimeZone().clone());
-    }
-    return makeIcuCalendar(std::move(zone), components.calendar.value_or("gregorian"));
+    const std::lock_guard lock(mutex_);
+    const auto* zone = components.timeZone ? zoneNamed(*components.timeZone) : nullptr;
+    if (!zone) zone = &calendar_->getTimeZone();
+    return makeIcuCalendar(std::unique_ptr<icu::TimeZone>(zone->clone()),
+                           components.calendar.value_or("gregorian"));
+  }
+
+  // Finding out whether a zone's rules are up to date takes longer than everything else, and
+  // thousands of items name the same few zones.
+  [[nodiscard]] const icu::TimeZone* zoneNamed(const std::string& name) const {
+    if (const auto known = zones_.find(name); known != zones_.end()) return known->second.get();
+    if (zones_.size() >= kMostZones) zones_.clear();
+    return (zones_[name] = namedZone(name, region_.system, region_.now())).get();
   }
 
   Region region_;
   mutable std::mutex mutex_;
   IcuCalendar calendar_;  // its fields are scratch space of the call at hand
   mutable Day today_;
+  static constexpr std::size_t kMostZones = 64;
+  mutable std::map<std::string, std::unique_ptr<icu::TimeZone>> zones_;  // null: not a zone
   bool complained_ = false;
 };
 

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "linux/locale/unicode_text.h"
+#include "linux/locale/zone_file.h"
 
 namespace orvane::host {
 
@@ -22,7 +23,8 @@ SystemPlaces::SystemPlaces()
         std::tm local{};
         localtime_r(&time, &local);
         return static_cast<std::int32_t>(local.tm_gmtoff);
-      }) {}
+      }),
+      offsetOf(offsetByZoneFile) {}
 
 bool isTimeZone(const std::string& name) {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));

@@ -12,15 +12,20 @@
 
 namespace orvane::host {
 
+// Seconds east of UTC at an instant, in seconds since 1970.
+using OffsetAt = std::function<std::int32_t(std::int64_t instant)>;
+
 // Where the system keeps its time zone and the user's language. The defaults are the real places.
 struct SystemPlaces {
   std::function<std::optional<std::string>(const char* name)> environment;
   std::filesystem::path localtime = "/etc/localtime";
   std::filesystem::path timezoneName = "/etc/timezone";
   std::filesystem::path zoneinfo = "/usr/share/zoneinfo";
-  // Seconds east of UTC at an instant (seconds since 1970) by the C library, which reads the
-  // zone's own file and therefore knows rules that are newer than ICU's.
-  std::function<std::int32_t(std::int64_t)> offset;
+  // Of the system's zone by the C library, which reads the zone's own file and therefore knows
+  // rules that are newer than ICU's.
+  OffsetAt offset;
+  // Of the zone of that name by its file; empty where there is none.
+  std::function<OffsetAt(const std::string& zone)> offsetOf;
 
   SystemPlaces();
 };

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <vector>
 
+#include "linux/locale/ruled_zone.h"
 #include "linux/locale/unicode_text.h"
 #include "linux/locale/zone_name.h"
 
@@ -23,12 +24,12 @@ struct Sample {
 };
 
 // Close enough together that no zone of different rules passes for the system's.
-std::vector<Sample> sampleYear(const SystemPlaces& places, Date now) {
+std::vector<Sample> sampleYear(const OffsetAt& offset, Date now) {
   constexpr std::int64_t kDay = 86400, kSpan = 400 * kDay, kStep = 3 * kDay;
   const auto start = static_cast<std::int64_t>(std::floor(now.secondsSince1970)) - kDay;
   std::vector<Sample> samples;
   for (auto instant = start; instant < start + kSpan; instant += kStep) {
-    samples.push_back({instant, places.offset(instant)});
+    samples.push_back({instant, offset(instant)});
   }
   return samples;
 }
@@ -56,6 +57,21 @@ std::unique_ptr<icu::TimeZone> agreeingZone(const std::vector<Sample>& samples) 
   return nullptr;
 }
 
+std::unique_ptr<icu::TimeZone> knownZone(const std::string& name) {
+  std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));
+  if (*zone == icu::TimeZone::getUnknown()) return nullptr;
+  return zone;
+}
+
+// The zone itself where it agrees with the offsets in the coming year.
+std::unique_ptr<icu::TimeZone> withRulesOf(const OffsetAt& offset,
+                                           std::unique_ptr<icu::TimeZone> zone,
+                                           const std::string& name, Date now) {
+  if (agrees(*zone, sampleYear(offset, now))) return zone;
+  auto ruled = ruledZone(name, offset);
+  return ruled ? std::move(ruled) : std::move(zone);
+}
+
 // Custom zones of ICU are named by their offset.
 constexpr std::string_view kFixedPrefix = "GMT";
 
@@ -69,20 +85,22 @@ std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
 
 }  // namespace
 
-std::unique_ptr<icu::TimeZone> namedZone(const std::string& name) {
-  std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));
-  if (*zone == icu::TimeZone::getUnknown()) return nullptr;
-  return zone;
+std::unique_ptr<icu::TimeZone> namedZone(const std::string& name, const SystemPlaces& places,
+                                         Date now) {
+  auto zone = knownZone(name);
+  if (!zone) return nullptr;
+  const auto offset = places.offsetOf ? places.offsetOf(name) : OffsetAt();
+  return offset ? withRulesOf(offset, std::move(zone), name, now) : std::move(zone);
 }
 
 std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now) {
   tzset();
-  const auto samples = sampleYear(places, now);
   if (const auto name = systemZoneName(places)) {
-    auto zone = namedZone(*name);
-    if (zone && agrees(*zone, samples)) return zone;
+    if (auto zone = knownZone(*name))
+      return withRulesOf(places.offset, std::move(zone), *name, now);
   }
-  if (auto zone = namedZone("Etc/UTC"); agrees(*zone, samples)) return zone;
+  const auto samples = sampleYear(places.offset, now);
+  if (auto zone = knownZone("Etc/UTC"); agrees(*zone, samples)) return zone;
   if (auto zone = agreeingZone(samples)) return zone;
   return fixedZone(samples.front().offset);
 }
@@ -96,7 +114,7 @@ bool isFixed(const icu::TimeZone& zone) {
 
 std::unique_ptr<icu::TimeZone> zoneOf(const Region& region, Date now) {
   if (region.timeZone) {
-    if (auto zone = namedZone(*region.timeZone)) return zone;
+    if (auto zone = namedZone(*region.timeZone, region.system, now)) return zone;
   }
   return systemZone(region.system, now);
 }

@@ -46,12 +46,17 @@ class FakeSystem {
     places.timezoneName = root / "timezone";
     places.zoneinfo = root / "zoneinfo";
     places.offset = [this](std::int64_t instant) { return offset(instant); };
+    places.offsetOf = [this](const std::string& zone) -> OffsetAt {
+      const auto found = zoneFiles.find(zone);
+      return found == zoneFiles.end() ? OffsetAt() : found->second;
+    };
     return places;
   }
 
   std::filesystem::path root;
   std::map<std::string, std::string> environment;
-  std::function<std::int32_t(std::int64_t)> offset = [](std::int64_t) { return 0; };
+  std::map<std::string, OffsetAt> zoneFiles;  // what they say
+  OffsetAt offset = [](std::int64_t) { return 0; };
 };
 
 }  // namespace orvane::host

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "fake_system.h"
 #include "linux/locale/unicode_text.h"
@@ -16,7 +17,8 @@ constexpr Date kNow{1795167660};  // 2026-11-20T09:41:00Z
 std::int32_t offsetIn(const std::string& zone, std::int64_t instant) {
   std::int32_t raw = 0, dst = 0;
   UErrorCode status = U_ZERO_ERROR;
-  namedZone(zone)->getOffset(static_cast<double>(instant) * 1000, false, raw, dst, status);
+  const std::unique_ptr<icu::TimeZone> named(icu::TimeZone::createTimeZone(fromUtf8(zone)));
+  named->getOffset(static_cast<double>(instant) * 1000, false, raw, dst, status);
   return (raw + dst) / 1000;
 }
 
@@ -110,8 +112,37 @@ TEST_F(SystemZoneTest, ARuleInsteadOfANameIsReplacedByAZoneWithTheSameRules) {
 TEST_F(SystemZoneTest, NewerRulesOfTheCLibraryCountMoreThanTheName) {
   system.environment["TZ"] = "Asia/Almaty";
   system.offset = [](std::int64_t) { return 5 * 3600; };
-  const auto zone = found();
-  EXPECT_EQ(offsetIn(zone, static_cast<std::int64_t>(kNow.secondsSince1970)), 5 * 3600);
+  EXPECT_EQ(found(), "Asia/Almaty");
+  const auto zone = systemZone(system.places(), kNow);
+  std::int32_t raw = 0, dst = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  zone->getOffset(kNow.secondsSince1970 * 1000, false, raw, dst, status);
+  EXPECT_EQ(raw + dst, 5 * 3600 * 1000);
+  EXPECT_FALSE(isFixed(*zone));
+}
+
+// Rules that no zone ever had, with a gap at midnight and a time that comes twice.
+TEST_F(SystemZoneTest, ANamedZoneFollowsItsFileWhereIcuIsBehind) {
+  constexpr std::int64_t kSpring = 1'806'534'000, kAutumn = 1'825'278'600;  // 2027
+  system.zoneFiles["Europe/Berlin"] = [](std::int64_t instant) {
+    return instant >= kSpring && instant < kAutumn ? 5400 : 3600;
+  };
+  Region region;
+  region.system = system.places();
+  region.now = [] { return kNow; };
+  region.timeZone = "Europe/Berlin";
+  const auto calendar = makeCalendar(region);
+  EXPECT_EQ(calendar->timeZoneName(), "Europe/Berlin");
+  EXPECT_EQ(calendar->startOfDay({kSpring - 1.0}), Date{kSpring - 86'400.0});
+  EXPECT_EQ(calendar->startOfDay({kSpring + 7200.0}), Date{static_cast<double>(kSpring)});
+  EXPECT_EQ(calendar->startOfNextDay({kSpring + 7200.0}), Date{kSpring + 86'400.0 - 1800});
+  // The same for an item that names the zone.
+  region.timeZone = "UTC";
+  DateComponents due;
+  due.calendar = "gregorian";
+  due.timeZone = "Europe/Berlin";
+  std::tie(due.year, due.month, due.day, due.hour) = std::tuple(2027, 7, 1, 12);
+  EXPECT_EQ(makeCalendar(region)->date(due), Date{1'814'436'000.0 + 1800});
 }
 
 TEST_F(SystemZoneTest, RulesLikeNoneKeepThePresentOffsetAndSaySoOnce) {
@@ -155,6 +186,25 @@ TEST_F(SystemZoneTest, TheCalendarFollowsAChangeWhenTold) {
   EXPECT_EQ(calendar->startOfDay(kNow), berlin + 6 * 3600);
   EXPECT_EQ(calendar->timeZoneName(), "America/New_York");
   EXPECT_FALSE(calendar->isDateInToday(berlin));
+}
+
+// Whatever versions of the two are installed here.
+TEST(RealSystem, NamedZonesAgreeWithTheirFiles) {
+  const SystemPlaces places;
+  for (const std::string name : {"America/Mexico_City", "Africa/Cairo", "Asia/Almaty",
+                                 "America/Nuuk", "America/Asuncion", "Europe/Berlin", "UTC"}) {
+    const auto offset = places.offsetOf(name);
+    ASSERT_TRUE(offset) << name;
+    const auto zone = namedZone(name, places, kNow);
+    for (std::int64_t day = 0; day < 400; day += 7) {
+      const auto instant = static_cast<std::int64_t>(kNow.secondsSince1970) + day * 86'400;
+      std::int32_t raw = 0, dst = 0;
+      UErrorCode status = U_ZERO_ERROR;
+      zone->getOffset(static_cast<double>(instant) * 1000, false, raw, dst, status);
+      EXPECT_EQ((raw + dst) / 1000, offset(instant)) << name << " on day " << day;
+    }
+  }
+  EXPECT_FALSE(places.offsetOf("Nowhere/Land"));
 }
 
 TEST(RealSystem, HasAZoneThatAgreesWithTheCLibrary) {
