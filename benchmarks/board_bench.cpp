@@ -83,6 +83,63 @@ void oneTick(benchmark::State& state) {
 }
 BENCHMARK(oneTick)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
+// The three parts of a tick, each by itself: the body that the cards make of the instant...
+void bodyOfTick(benchmark::State& state) {
+  const ExampleBoard board;
+  const auto view = board.view();
+  int second = 0;
+  for (auto _ : state) {
+    second = (second + 1) % 3600;
+    benchmark::DoNotOptimize(view->body(ExampleBoard::start + second, {1920, 1080}));
+  }
+}
+BENCHMARK(bodyOfTick)->Unit(benchmark::kMicrosecond);
+
+// ... the body, its layout and the comparison ...
+void sceneOfTick(benchmark::State& state) {
+  const ExampleBoard board;
+  const Drawing drawing;
+  Scene scene(board.view(), *drawing.measurer);
+  int second = 0;
+  for (auto _ : state) {
+    second = (second + 1) % 3600;
+    benchmark::DoNotOptimize(scene.update(ExampleBoard::start + second, {1920, 1080}));
+  }
+}
+BENCHMARK(sceneOfTick)->Unit(benchmark::kMicrosecond);
+
+// ... and the painting of one digit.
+void paintOfTick(benchmark::State& state) {
+  const ExampleBoard board;
+  const Drawing drawing;
+  const auto screen = screenOf(state);
+  Scene scene(board.view(), *drawing.measurer);
+  const auto first = scene.update(ExampleBoard::start + 3, screen.size);
+  const Surface surface(scene.bounds(), screen.scale);
+  drawing.painter->paint(scene.list(), surface.target(), surface.pixels(first));
+  const auto digit = surface.pixels(scene.update(ExampleBoard::start + 4, screen.size));
+  for (auto _ : state) drawing.painter->paint(scene.list(), surface.target(), digit);
+}
+BENCHMARK(paintOfTick)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+// A tick that turns the minute: the rows' countdowns change too.
+void tickOfMinute(benchmark::State& state) {
+  const ExampleBoard board;
+  const Drawing drawing;
+  const auto screen = screenOf(state);
+  Scene scene(board.view(), *drawing.measurer);
+  int minute = 0;
+  const auto first = scene.update(ExampleBoard::start, screen.size);
+  const Surface surface(scene.bounds(), screen.scale);
+  drawing.painter->paint(scene.list(), surface.target(), surface.pixels(first));
+  for (auto _ : state) {
+    minute = (minute + 1) % (24 * 60);
+    const auto damage = scene.update(ExampleBoard::start + 60 * minute, screen.size);
+    drawing.painter->paint(scene.list(), surface.target(), surface.pixels(damage));
+  }
+}
+BENCHMARK(tickOfMinute)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
 // From nothing laid out and no font opened to all pixels of a window.
 void firstFullPaint(benchmark::State& state) {
   const ExampleBoard board;

@@ -170,15 +170,15 @@ void refreshAfterOneChange(benchmark::State& state, CalendarFolders& folders) {
 
 }  // namespace
 
-void registerReading(CalendarFolders& folders) {
+void registerReading(const std::function<CalendarFolders&()>& folders) {
   benchmark::RegisterBenchmark("coldRead",
-                               [&](benchmark::State& state) { coldRead(state, folders); })
+                               [=](benchmark::State& state) { coldRead(state, folders()); })
       ->Unit(benchmark::kMillisecond)
       ->UseRealTime()
       ->Iterations(5);
   benchmark::RegisterBenchmark(
       "refreshAfterOneChange",
-      [&](benchmark::State& state) { refreshAfterOneChange(state, folders); })
+      [=](benchmark::State& state) { refreshAfterOneChange(state, folders()); })
       ->Unit(benchmark::kMillisecond)
       ->UseManualTime()
       ->Iterations(20);
