@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 
 #include "linux/paint/text_drawing.h"
 
@@ -33,6 +34,13 @@ std::size_t groupEnd(const DisplayList& list, std::size_t begin) {
   return list.size();
 }
 
+// In points, a little more than the area: most items are far from a few digits, which is told
+// without rounding theirs to pixels.
+Rect reachOf(const PixelRect& area, double scale) {
+  return Rect{area.x / scale, area.y / scale, area.width / scale, area.height / scale}.insetBy(
+      -2 / scale);
+}
+
 // At least a pixel wide, and a whole number of them, so that straight lines are crisp.
 double lineWidthOf(const StrokeItem& stroke, double scale) {
   if (stroke.shape.kind == Shape::Kind::circle) return std::max(stroke.lineWidth * scale, 1.0);
@@ -47,9 +55,10 @@ void DisplayListDrawing::draw(cairo_t* cr, const DisplayList& list, double scale
 }
 
 void DisplayListDrawing::drawItems(const Canvas& canvas, const DisplayList& list, Range range) {
+  const Rect reach = reachOf(canvas.area, canvas.scale);
   for (std::size_t i = range.first; i < range.last; ++i) {
     if (!beginsGroup(list[i])) {
-      drawItem(canvas, list[i]);
+      if (list[i].bounds().intersects(reach)) drawItem(canvas, list[i]);
       continue;
     }
     const std::size_t end = std::min(groupEnd(list, i), range.last);
@@ -102,13 +111,29 @@ void DisplayListDrawing::drawGroup(const Canvas& canvas, const DisplayList& list
 
   const SavedState saved(canvas.cr);
   clipTo(canvas.cr, area);
-  cairo_push_group(canvas.cr);
-  drawItems({canvas.cr, canvas.scale, area}, list, group.inside);
-  cairo_pop_group_to_source(canvas.cr);
+  setGroupAsSource({canvas.cr, canvas.scale, area}, list, group.inside);
   if (group.clip)
     outlines_.fill(canvas.cr, *group.clip, area, group.opacity);
   else
     cairo_paint_with_alpha(canvas.cr, group.opacity);
+}
+
+void DisplayListDrawing::setGroupAsSource(const Canvas& canvas, const DisplayList& list,
+                                          Range inside) {
+  const PixelRect& area = canvas.area;
+  const auto items = std::span(list).subspan(inside.first, inside.last - inside.first);
+  if (!GroupPictures::keeps(items, area)) {
+    cairo_push_group(canvas.cr);
+    drawItems(canvas, list, inside);
+    cairo_pop_group_to_source(canvas.cr);
+    return;
+  }
+  cairo_surface_t* picture =
+      pictures_.picture({{items.begin(), items.end()}, canvas.scale, area}, [&](cairo_t* cr) {
+        drawItems({cr, canvas.scale, area}, list, inside);
+      });
+  cairo_set_source_surface(canvas.cr, picture, area.x, area.y);
+  cairo_pattern_set_filter(cairo_get_source(canvas.cr), CAIRO_FILTER_NEAREST);
 }
 
 void DisplayListDrawing::drawContent(const Canvas& canvas, const Rect& frame,

@@ -5,6 +5,7 @@
 
 #include "linux/paint/cell_masks.h"
 #include "linux/paint/gradient.h"
+#include "linux/paint/group_pictures.h"
 #include "linux/paint/outline_masks.h"
 #include "linux/paint/shadow.h"
 #include "linux/paint/symbol_masks.h"
@@ -45,6 +46,7 @@ class DisplayListDrawing {
   void drawItems(const Canvas& canvas, const DisplayList& list, Range range);
   void drawItem(const Canvas& canvas, const DisplayItem& item);
   void drawGroup(const Canvas& canvas, const DisplayList& list, Range range);
+  void setGroupAsSource(const Canvas& canvas, const DisplayList& list, Range inside);
   void drawContent(const Canvas& canvas, const Rect& frame, const TextItem& text);
   void drawContent(const Canvas& canvas, const Rect& frame, const SymbolItem& symbol);
   void drawContent(const Canvas& canvas, const Rect& frame, const FillItem& fill);
@@ -59,6 +61,7 @@ class DisplayListDrawing {
   OutlineMasks outlines_;
   ShadowDrawing shadows_;
   GradientDrawing gradients_;
+  GroupPictures pictures_;
 };
 
 }  // namespace orvane::host

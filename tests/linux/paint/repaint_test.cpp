@@ -134,6 +134,29 @@ TEST(Repaint, ATickPaintsTheChangedDigitsAndIsWhole) {
   }
 }
 
+// The glass below the digits is kept from tick to tick, but not when it looks different, lies
+// elsewhere or is drawn at another scale.
+TEST(Repaint, GlassThatIsKeptIsTheGlassThatIsThere) {
+  Studio studio;
+  const PixelRect piece{60, 70, 40, 50};
+  for (const Theme theme : {Theme::dark, Theme::light, Theme::dark}) {
+    for (const double scale : scales) {
+      for (const double moved : {0.0, 3.0}) {
+        DisplayList list = cardScene(studio, theme, "01:23:45");
+        for (DisplayItem& each : list) each.frame = each.frame.movedBy(moved, 0);
+        Studio another;
+        host::Picture picture = another.picture(list, cardSceneSize, scale);
+        const host::Picture expected = picture;
+        scribble(picture, piece);
+        studio.painter->paint(list, {picture.buffer(), scale, {}, nullptr}, {piece});
+        const Comparison result = compare(expected, picture);
+        EXPECT_TRUE(result.matches) << result.differences << " up to " << result.largest << " at "
+                                    << scale << " moved by " << moved;
+      }
+    }
+  }
+}
+
 TEST(Repaint, AnotherPainterDrawsTheSame) {
   Studio first;
   Studio second;
