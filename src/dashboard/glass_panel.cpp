@@ -8,7 +8,7 @@ namespace {
 
 constexpr Shape panel = Shape::roundedRectangle(8, true);
 
-View glass(const CardEnvironment& environment) {
+View pane(const CardEnvironment& environment) {
   const auto gradient = GlassPanel::panelGradient(environment.appearance);
   return zstack(Alignment::center(),
                 {VisualEffectView{}.body(environment), filled(Shape::rectangle(), gradient)})
@@ -32,15 +32,21 @@ LinearGradient GlassPanel::panelGradient(const DashboardAppearance& settings) {
   return {};
 }
 
-View GlassPanel::body(const CardEnvironment& environment) const {
+GlassPanel::Glass GlassPanel::glass(const CardEnvironment& environment) {
   const auto& settings = environment.appearance;
   const Color border = settings.neutral().opacity(settings.isLight() ? 0.12 : 0.18);
-  const Color shadow = Color::black().opacity(settings.isLight() ? 0.08 : 0.18);
+  return {pane(environment), stroked(panel, border, 1),
+          Color::black().opacity(settings.isLight() ? 0.08 : 0.18)};
+}
+
+View GlassPanel::body(const CardEnvironment& environment) const { return body(glass(environment)); }
+
+View GlassPanel::body(const Glass& glass) const {
   return content.padding(20)
       .frame({.maxWidth = unlimitedWidth, .alignment = Alignment::leading()})
-      .background(glass(environment))
-      .overlay(stroked(panel, border, 1))
-      .shadow(panel, shadow, 22, {0, 12});
+      .background(glass.behind)
+      .overlay(glass.border)
+      .shadow(panel, glass.shadow, 22, {0, 12});
 }
 
 }  // namespace orvane

@@ -1,7 +1,6 @@
 #include "dashboard/next_up_card.h"
 
 #include <utility>
-#include <vector>
 
 #include "dashboard/formatting.h"
 #include "dashboard/glass_panel.h"
@@ -28,37 +27,53 @@ View header(const NextUpCard& card, const CardEnvironment& environment) {
   return hstack({}, std::move(parts));
 }
 
-View countdown(const DashboardDeadline& deadline, Date now, const CardEnvironment& environment) {
-  const auto& [settings, locale] = environment;
-  const Font digits{56, FontWeight::bold, FontDesign::rounded, true};
-  return vstack(
-      lines, {text(countdownString(deadline.date, now))
-                  .font(digits)
-                  .foreground(settings.shown(countdownColor(deadline.date, now, settings)))
-                  .lineLimit(1)
-                  .minimumScaleFactor(0.45),
-              text(deadline.title).font({18, FontWeight::semibold}).foreground(settings.neutral()),
-              secondaryText(
-                  deadline.subtitle + " at " + locale.dateAbbreviatedTimeShortened(deadline.date),
-                  13, environment)});
+View digits(const DashboardDeadline& deadline, Date now, const DashboardAppearance& settings) {
+  const Font font{56, FontWeight::bold, FontDesign::rounded, true};
+  return text(countdownString(deadline.date, now))
+      .font(font)
+      .foreground(settings.shown(countdownColor(deadline.date, now, settings)))
+      .lineLimit(1)
+      .minimumScaleFactor(0.45);
 }
 
-View placeholder(const CardEnvironment& environment) {
-  const Font digits{56, FontWeight::bold, FontDesign::standard, true};
-  return vstack(
-      lines,
-      {text("--:--:--").font(digits).foreground(environment.appearance.neutral().opacity(0.45)),
-       secondaryText("Add a time to an Apple Calendar event or Reminder", 15, environment)});
+View noDigits(const DashboardAppearance& settings) {
+  const Font font{56, FontWeight::bold, FontDesign::standard, true};
+  return text("--:--:--").font(font).foreground(settings.neutral().opacity(0.45));
+}
+
+std::vector<View> titleAndDate(const DashboardDeadline& deadline,
+                               const CardEnvironment& environment) {
+  const auto& [settings, locale] = environment;
+  return {
+      text(deadline.title).font({18, FontWeight::semibold}).foreground(settings.neutral()),
+      secondaryText(deadline.subtitle + " at " + locale.dateAbbreviatedTimeShortened(deadline.date),
+                    13, environment)};
 }
 
 }  // namespace
 
+NextUpCard::Still NextUpCard::still(const CardEnvironment& environment) const {
+  Still still{GlassPanel::glass(environment), header(*this, environment), {}};
+  if (deadline) {
+    still.below = titleAndDate(*deadline, environment);
+  } else {
+    still.below = {
+        secondaryText("Add a time to an Apple Calendar event or Reminder", 15, environment)};
+  }
+  return still;
+}
+
 View NextUpCard::body(const CardEnvironment& environment) const {
-  const View content =
-      vstack({HorizontalAlignment::leading, 12},
-             {header(*this, environment),
-              deadline ? countdown(*deadline, now, environment) : placeholder(environment)});
-  return GlassPanel{content}.body(environment).named("NextUpCard");
+  return body(environment, still(environment));
+}
+
+View NextUpCard::body(const CardEnvironment& environment, const Still& still) const {
+  const auto& settings = environment.appearance;
+  std::vector<View> countdown{deadline ? digits(*deadline, now, settings) : noDigits(settings)};
+  countdown.insert(countdown.end(), still.below.begin(), still.below.end());
+  const View content = vstack({HorizontalAlignment::leading, 12},
+                              {still.header, vstack(lines, std::move(countdown))});
+  return GlassPanel{content}.body(still.glass).named("NextUpCard");
 }
 
 }  // namespace orvane

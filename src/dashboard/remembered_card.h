@@ -2,13 +2,13 @@
 
 #include <cstdint>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
 #include "dashboard/appearance.h"
 #include "foundation/color.h"
 #include "foundation/date.h"
+#include "view/reconcile.h"
 #include "view/view.h"
 
 namespace orvane {
@@ -42,7 +42,10 @@ class RememberedCard {
     if (isKnown_ && state == state_ && countdownLooks(dates_, now, settings) == looks_) {
       return view_;
     }
-    std::tie(view_, dates_) = make();
+    auto [view, dates] = make();
+    // What stayed as it was is shared, so that the scene need not compare it in every tick.
+    view_ = reconciled(view_, view);
+    dates_ = std::move(dates);
     looks_ = countdownLooks(dates_, now, settings);
     state_ = state;
     isKnown_ = true;

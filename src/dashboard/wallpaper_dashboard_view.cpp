@@ -7,7 +7,6 @@
 #include "dashboard/board_metrics.h"
 #include "dashboard/date_card.h"
 #include "dashboard/events_card.h"
-#include "dashboard/next_up_card.h"
 #include "dashboard/reminders_card.h"
 #include "dashboard/today.h"
 #include "view/text_measurer.h"
@@ -68,8 +67,7 @@ std::optional<DashboardDeadline> WallpaperDashboardView::currentNextDeadline(Dat
 
 View WallpaperDashboardView::leftColumn(Date now, double width,
                                         const CardEnvironment& environment) {
-  const NextUpCard nextUp{currentNextDeadline(now), now};
-  return column("leftColumn", width, {dateCard(now, environment), nextUp.body(environment)});
+  return column("leftColumn", width, {dateCard(now, environment), nextUpCard(now, environment)});
 }
 
 View WallpaperDashboardView::rightColumn(Date now, double width,
@@ -83,6 +81,10 @@ View WallpaperDashboardView::dateCard(Date now, const CardEnvironment& environme
     const DateCard card{taskManager_->lastRefreshDate.get()};
     return std::pair(card.body(environment_.clock(), environment), std::vector<Date>{});
   });
+}
+
+View WallpaperDashboardView::nextUpCard(Date now, const CardEnvironment& environment) {
+  return nextUpCard_.at(stateAt(now), now, environment, [&] { return currentNextDeadline(now); });
 }
 
 View WallpaperDashboardView::eventsCard(Date now, const CardEnvironment& environment) {

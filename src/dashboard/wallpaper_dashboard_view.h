@@ -7,6 +7,7 @@
 #include "agenda/task_manager.h"
 #include "dashboard/card_environment.h"
 #include "dashboard/remembered_card.h"
+#include "dashboard/remembered_next_up.h"
 #include "settings/dashboard_settings.h"
 #include "view/root_view.h"
 
@@ -33,6 +34,7 @@ class WallpaperDashboardView final : public RootView {
   View leftColumn(Date now, double width, const CardEnvironment& environment);
   View rightColumn(Date now, double width, const CardEnvironment& environment);
   View dateCard(Date now, const CardEnvironment& environment);
+  View nextUpCard(Date now, const CardEnvironment& environment);
   View eventsCard(Date now, const CardEnvironment& environment);
   View remindersCard(Date now, const CardEnvironment& environment);
   [[nodiscard]] BoardState stateAt(Date now) const;
@@ -42,6 +44,7 @@ class WallpaperDashboardView final : public RootView {
   const DashboardEnvironment environment_;
   std::uint64_t changes_ = 0;
   RememberedCard dateCard_;
+  RememberedNextUp nextUpCard_;
   RememberedCard eventsCard_;
   RememberedCard remindersCard_;
   Subscription countingChanges_;

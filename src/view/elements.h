@@ -6,6 +6,10 @@
 // Each element's two steps: what it answers to a proposal, and how it fills the frame it gets.
 namespace orvane::detail {
 
+// The two steps of a text, which has no part in the pass.
+Measurement measureText(const TextNode& node, Proposal proposal, const TextMeasurer& measurer);
+TextItem placedText(const TextNode& node, Proposal proposal, const TextMeasurer& measurer);
+
 Measurement measureElement(const EmptyNode& node, Proposal proposal, LayoutPass& pass);
 Measurement measureElement(const TextNode& node, Proposal proposal, LayoutPass& pass);
 Measurement measureElement(const SymbolNode& node, Proposal proposal, LayoutPass& pass);

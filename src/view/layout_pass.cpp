@@ -8,9 +8,6 @@
 namespace orvane::detail {
 namespace {
 
-// A node that is asked for more different sizes than these forgets the oldest.
-constexpr std::size_t mostAnswers = 8;
-
 const Measurement* find(const std::vector<LayoutMemory::Answer>& answers, Proposal proposal) {
   for (const auto& answer : answers) {
     if (answer.proposal == proposal) return &answer.measurement;
@@ -26,6 +23,19 @@ LayoutMemory::Node& LayoutMemory::of(const View& view) {
   return entry->second;
 }
 
+LayoutMemory::Node* LayoutMemory::find(const View& view) {
+  const auto known = nodes_.find(&view.node());
+  return known == nodes_.end() ? nullptr : &known->second;
+}
+
+void LayoutMemory::handOver(const View& from, const View& to) {
+  auto entry = nodes_.extract(&from.node());
+  if (!entry) return;
+  entry.key() = &to.node();
+  entry.mapped().keptAlive = to;
+  nodes_.insert(std::move(entry));
+}
+
 std::size_t LayoutMemory::beginPass() { return ++pass_; }
 
 void LayoutMemory::sweep() {
@@ -34,7 +44,7 @@ void LayoutMemory::sweep() {
   std::size_t dropped = 0;
   do {
     dropped = std::erase_if(nodes_,
-                            [](const auto& entry) { return entry.second.keptAlive.isHeldOnce(); });
+                            [](const auto& entry) { return entry.second.keptAlive.copies() == 1; });
   } while (dropped > 0);
   sweepAbove_ = std::max<std::size_t>(1024, 2 * nodes_.size());
 }
@@ -51,7 +61,7 @@ Measurement LayoutPass::measure(const View& view, Proposal proposal) {
   if (const auto* known = find(answers, proposal)) return *known;
   const auto measureNode = [&](const auto& node) { return measureElement(node, proposal, *this); };
   const Measurement measurement = std::visit(measureNode, view.node().content);
-  if (answers.size() >= mostAnswers) answers.erase(answers.begin());
+  if (answers.size() >= LayoutMemory::mostAnswers) answers.erase(answers.begin());
   answers.push_back({proposal, measurement});
   return measurement;
 }

@@ -22,12 +22,16 @@ struct Proposal {
 struct Measurement {
   Size size;
   std::optional<double> firstBaseline;  // below the top; absent where there is no text
+  friend bool operator==(const Measurement&, const Measurement&) = default;
 };
 
 // What earlier passes found out about nodes, so that a pass over a tree which shares nodes with
 // the one before pays only for the new ones. Bounded by the size of the trees that are alive.
 class LayoutMemory {
  public:
+  // A node that is asked for more different sizes than these forgets the oldest.
+  static constexpr std::size_t mostAnswers = 8;
+
   struct Answer {
     Proposal proposal;
     Measurement measurement;
@@ -48,7 +52,12 @@ class LayoutMemory {
   };
 
   Node& of(const View& view);
+  // Null when nothing is known of it. Valid until the next call.
+  Node* find(const View& view);
+  // Tells of `to` what was known of `from`, unless something is known of it already.
+  void handOver(const View& from, const View& to);
   std::size_t beginPass();
+  [[nodiscard]] std::size_t lastPass() const { return pass_; }
   // Forgets nodes that only this memory still holds.
   void sweep();
 

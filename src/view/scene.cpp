@@ -5,6 +5,7 @@
 #include "view/damage.h"
 #include "view/layout_pass.h"
 #include "view/reconcile.h"
+#include "view/text_exchange.h"
 
 namespace orvane {
 namespace {
@@ -28,9 +29,15 @@ Scene::Scene(std::shared_ptr<RootView> root, const TextMeasurer& measurer)
 Scene::~Scene() = default;
 
 std::vector<Rect> Scene::update(Date now, Size size) {
-  View view = detail::reconciled(view_, root_->body(now, size));
+  View view = reconciled(view_, root_->body(now, size));
   const bool resized = !shown_ || size != size_;
-  if (!resized && view == view_) return {};
+  if (!resized && &view.node() == &view_.node()) return {};
+  if (!resized) {
+    if (auto changed = detail::exchangeTexts(*memory_, layout_, view_, view, measurer_)) {
+      view_ = std::move(view);
+      return within({0, 0, size_.width, size_.height}, *changed);
+    }
+  }
   Layout fresh = detail::layoutWith(*memory_, layout_, view, size, measurer_);
   view_ = std::move(view);
   size_ = size;

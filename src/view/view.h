@@ -74,8 +74,8 @@ class View {
   [[nodiscard]] View named(std::string name) const;
 
   [[nodiscard]] const detail::ViewNode& node() const { return *node_; }
-  // Whether this is the only copy of the view, alone or within other views.
-  [[nodiscard]] bool isHeldOnce() const { return node_.use_count() == 1; }
+  // How many copies of the view there are, alone or within other views.
+  [[nodiscard]] long copies() const { return node_.use_count(); }
   explicit View(std::shared_ptr<const detail::ViewNode> node) : node_(std::move(node)) {}
   friend bool operator==(const View& a, const View& b);
 

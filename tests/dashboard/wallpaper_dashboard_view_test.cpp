@@ -145,6 +145,45 @@ TEST_F(WallpaperDashboardViewTest, TheNextDeadlineMovesOnByItself) {
   EXPECT_TRUE(shows("--:--:--", at(20, 11)));
 }
 
+TEST_F(WallpaperDashboardViewTest, AClockSetBackBringsThePassedDeadlineBack) {
+  manager->events = {event("First", at(20, 10)), event("Second", at(20, 11))};
+  EXPECT_TRUE(shows("Second", at(20, 10, 0, 5)));
+  EXPECT_TRUE(shows("01:00:00", at(20, 10)));
+  EXPECT_TRUE(shows("00:00:02", at(20, 9, 59, 58)));
+}
+
+TEST_F(WallpaperDashboardViewTest, WhatCountsForTheDeadlineIsHeededAtOnce) {
+  const Date instant = at(20, 9, 41, 30);
+  const auto countdown = [&](const std::string& digits) { return shows(digits, instant); };
+  manager->events = {event("Second", at(20, 11))};
+  EXPECT_TRUE(countdown("01:18:30"));
+  manager->events = {event("First", at(20, 10)), event("Second", at(20, 11))};
+  EXPECT_TRUE(countdown("00:18:30"));
+  settings->ignoredWordsText = std::string("first");
+  EXPECT_TRUE(countdown("01:18:30"));
+  settings->countdownIncludesEvents = false;
+  EXPECT_TRUE(countdown("--:--:--"));
+  manager->reminders = {reminder("Call", at(20, 9, 42))};
+  EXPECT_TRUE(countdown("00:00:30"));
+  manager->reminders = std::vector<DashboardReminder>{};
+  settings->countdownIncludesEvents = true;
+  settings->themeMode = DashboardThemeMode::light;
+  EXPECT_EQ(
+      std::get<TextItem>(find(shown(instant), "Work at Nov 20, 2026 at 11:00 AM")->content).color,
+      settings->secondaryTextColor());
+}
+
+TEST_F(WallpaperDashboardViewTest, ADeadlineIsReplacedOnlyByOneThatIsDueEarlier) {
+  manager->events = {event("Third", at(20, 10, 30)), event("First", at(20, 9, 50)),
+                     event("Second", at(20, 10))};
+  for (int second = 0; second < 3600; second += 13) {
+    const Date instant = at(20, 9, 41) + second;
+    const auto deadline = view->currentNextDeadline(instant);
+    EXPECT_EQ(shows(deadline ? deadline->title : "--:--:--", instant), true) << second;
+    EXPECT_TRUE(!deadline || shows(countdownString(deadline->date, instant), instant)) << second;
+  }
+}
+
 TEST_F(WallpaperDashboardViewTest, BothObjectsAnnounceTheirChanges) {
   int announced = 0;
   {

@@ -34,6 +34,13 @@ TEST(Reconcile, AViewOfAnotherKindIsTakenAsItIs) {
   EXPECT_EQ(reconciled(fresh, View()), View());
 }
 
+TEST(Reconcile, WhereNothingIsSharedTheFreshViewItselfIsTaken) {
+  const View fresh = pair("c", "d");
+  EXPECT_EQ(&reconciled(pair("a", "b"), fresh).node(), &fresh.node());
+  const View again = reconciled(fresh, fresh);
+  EXPECT_EQ(&again.node(), &fresh.node());
+}
+
 TEST(Reconcile, ListsOfOtherLengthsKeepWhatTheyShare) {
   const View before = pair("a", "b");
   const View longer = vstack({}, {text("a").padding(1), text("b").padding(2), text("c")});

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
+
 #include "fakes/cell_measurer.h"
+#include "view/damage.h"
 
 namespace orvane {
 namespace {
@@ -82,6 +86,65 @@ TEST_F(SceneTest, ABodyMayShareItsPartsWithTheOneBefore) {
   show(view("10:00"));
   show(view("10:01"));
   EXPECT_EQ(scene.layout(), layout(view("10:01"), {200, 100}, measurer));
+}
+
+// Exchanged where they stand, or laid out anew: texts must come to lie where a pass puts them, and
+// the damage must be what tells the two lists apart.
+TEST_F(SceneTest, AnyChangeOfTextsGivesWhatAPassWouldAndItsDamage) {
+  std::mt19937 random(11);
+  const auto below = [&](unsigned limit) { return random() % limit; };
+  const View shared = text("shared");
+  const std::array<std::string, 6> words{"", "one", "two", "seven", "12:00", "-9:11"};
+  const auto word = [&] {
+    const View plain = text(words[below(words.size())]).lineLimit(static_cast<int>(below(2)));
+    const View ticking = clock(words[below(words.size())]);
+    const Color color = below(4) == 0 ? Color::clear() : Color::cyan();
+    return (below(3) == 0 ? ticking : below(6) == 0 ? shared : plain).foreground(color);
+  };
+  std::vector<View> slots(5, shared);
+  for (int step = 0; step < 400; ++step) {
+    slots[below(5)] = word();
+    if (below(5) == 0) slots[below(5)] = slots[below(5)];
+    const View line = hstack({VerticalAlignment::firstTextBaseline}, {slots[0], slots[1]});
+    const View column = vstack({}, {line.padding(1), slots[2], line, slots[3].opacity(0.5)})
+                            .overlay(slots[4])
+                            .background(slots[2].padding(3))
+                            .named("column");
+    const DisplayList before = scene.list();
+    const Rects changed = show(below(20) == 0 ? column.padding(2) : column);
+    const Layout anew = layout(root->view, {200, 100}, measurer);
+    ASSERT_EQ(describe(scene.list()), describe(anew.list)) << step;
+    ASSERT_EQ(scene.layout(), anew) << step;
+    if (step == 0) continue;
+    Rects expected;
+    for (const Rect& rect : damage(before, anew.list)) {
+      const Rect visible = intersectionOf(rect, {0, 0, 200, 100});
+      if (!visible.isEmpty()) expected.push_back(visible);
+    }
+    ASSERT_EQ(changed, expected) << step;
+    ASSERT_EQ(scene.bounds(), intersectionOf(boundsOf(anew.list), {0, 0, 200, 100})) << step;
+  }
+}
+
+TEST_F(SceneTest, ATickLeavesAllOtherItemsWhereTheyAre) {
+  show(board("12:00", 3));
+  const auto* row = &scene.list().at(1);
+  show(board("12:01", 3));
+  // The list is the same one, with another first item.
+  EXPECT_EQ(&scene.list().at(1), row);
+  EXPECT_EQ(std::get<TextItem>(scene.list().at(0).content).text, "12:01");
+}
+
+TEST_F(SceneTest, AnotherMeasureOfATextMovesItsNeighbours) {
+  const auto line = [](const std::string& word) {
+    return hstack({}, {text(word), text("after")}).frame(200, 100, Alignment::topLeading());
+  };
+  show(line("ab"));
+  const double before = scene.list().at(1).frame.x;
+  show(line("abc"));
+  EXPECT_GT(scene.list().at(1).frame.x, before);
+  show(line("xyz"));
+  EXPECT_EQ(scene.layout(), layout(line("xyz"), {200, 100}, measurer));
 }
 
 TEST_F(SceneTest, BoundsEndAtTheWindowsEdge) {
