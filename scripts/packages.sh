@@ -19,6 +19,7 @@ packages_test=(
   dbus dbus-x11 sway grim swaybg
   xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
   libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
+  gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf
   util-linux procps python3
 )
 

@@ -197,7 +197,9 @@ int runProgram() {
   const auto statusBar = host::makeStatusBar({bus.get(), *loop, *painter});
   const auto settingsWindows = host::makeSettingsNotice(bus.get());
   const auto hotKeys = host::makeEventHotKeys(hotKeyOptions(), *loop);
-  const auto desktopIcons = host::makeDesktopIcons();
+  const auto desktopIcons =
+      host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus.get(),
+                              host::desktopIconsStatePath(environmentVariable)});
   std::weak_ptr<host::EventStore> eventStore;
   const auto makeEventStore = [&]() -> std::shared_ptr<EKEventStore> {
     host::EventStoreOptions options;
@@ -230,7 +232,10 @@ int runProgram() {
   const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(kSuccess); });
   const auto onInterrupt = loop->onSignal(SIGINT, [&loop] { loop->quit(kSuccess); });
 
-  return app.main([&loop] { loop->run(); });
+  return app.main([&] {
+    if (!running.lock()->settings()->focusMode) desktopIcons->giveBackLeftovers();
+    loop->run();
+  });
 }
 
 }  // namespace

@@ -1,25 +1,100 @@
 #include "linux/desktopicons/desktop_icons.h"
 
+#include <utility>
+
+#include "linux/desktopicons/desktop_kind.h"
+#include "linux/desktopicons/extension_backend.h"
 #include "linux/desktopicons/icon_script.h"
+#include "linux/desktopicons/icon_switch.h"
+#include "linux/desktopicons/settings_backend.h"
+#include "linux/desktopicons/xfconf_backend.h"
 
 namespace orvane::host {
 namespace {
 
+using namespace desktopicons;
+namespace fs = std::filesystem;
+
+// Null where there are no icons to hide.
+std::unique_ptr<IconBackend> backendFor(const DesktopIconsOptions& options) {
+  switch (desktopKind(options.currentDesktop)) {
+    case DesktopKind::xfce:
+      return options.connection ? makeXfconfBackend(options.connection) : nullptr;
+    case DesktopKind::gnome:
+      return makeExtensionBackend();
+    case DesktopKind::cinnamon:
+      return makeSettingsBackend(
+          {"cinnamon", "org.nemo.desktop", "desktop-layout", "'false::false'"});
+    case DesktopKind::mate:
+      return makeSettingsBackend({"mate", "org.mate.background", "show-desktop-icons", "false"});
+    case DesktopKind::budgie:
+      return makeSettingsBackend(
+          {"budgie", "org.buddiesofbudgie.budgie-desktop-view", "show", "false"});
+    case DesktopKind::plasma:
+    case DesktopKind::none:
+      break;
+  }
+  return nullptr;
+}
+
 class IconScript final : public NSAppleScript {
  public:
-  std::optional<std::string> executeAndReturnError() override { return std::nullopt; }
+  IconScript(IconSwitch* icons, IconWish wish) : icons_(icons), wish_(wish) {}
+  std::optional<std::string> executeAndReturnError() override {
+    if (icons_) icons_->request(wish_);
+    return std::nullopt;
+  }
+
+ private:
+  IconSwitch* const icons_;
+  const IconWish wish_;
 };
 
-class DesktopIcons final : public AppleScripts {
+// The desktop is looked at when the first script comes: most runs never see one.
+class Icons final : public DesktopIcons {
  public:
+  explicit Icons(DesktopIconsOptions options) : options_(std::move(options)) {}
+
   [[nodiscard]] std::unique_ptr<NSAppleScript> makeScript(const std::string& source) override {
-    const auto script = desktopicons::parseIconScript(source);
-    return script.understood ? std::make_unique<IconScript>() : nullptr;
+    const auto script = parseIconScript(source);
+    if (!script.understood) return nullptr;
+    return std::make_unique<IconScript>(icons(), script.wish);
   }
+
+  void giveBackLeftovers() override {
+    std::error_code unknown;
+    if (!fs::exists(options_.stateFile, unknown)) return;
+    if (auto* found = icons()) found->request(IconWish::show);
+  }
+
+ private:
+  IconSwitch* icons() {
+    if (!std::exchange(looked_, true)) {
+      if (auto backend = backendFor(options_)) {
+        switch_ = std::make_unique<IconSwitch>(std::move(backend), IconMemory(options_.stateFile));
+      }
+    }
+    return switch_.get();
+  }
+
+  const DesktopIconsOptions options_;
+  bool looked_ = false;
+  std::unique_ptr<IconSwitch> switch_;
 };
 
 }  // namespace
 
-std::unique_ptr<AppleScripts> makeDesktopIcons() { return std::make_unique<DesktopIcons>(); }
+std::unique_ptr<DesktopIcons> makeDesktopIcons(const DesktopIconsOptions& options) {
+  return std::make_unique<Icons>(options);
+}
+
+fs::path desktopIconsStatePath(
+    const std::function<std::optional<std::string>(const std::string& name)>& environment) {
+  const fs::path file = fs::path("orvane") / "desktop-icons";
+  const fs::path configured = environment("XDG_STATE_HOME").value_or("");
+  if (configured.is_absolute()) return configured / file;
+  const fs::path home = environment("HOME").value_or("");
+  return home.is_absolute() ? home / ".local/state" / file : fs::path();
+}
 
 }  // namespace orvane::host

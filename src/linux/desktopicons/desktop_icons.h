@@ -1,15 +1,38 @@
 // desktopicons/ carries out the one script that the program knows: hiding and showing the icons of
-// the desktop.
+// the desktop, whatever that means on the desktop at hand.
 #pragma once
 
+#include <gio/gio.h>
+
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "platform/ns_apple_script.h"
 
 namespace orvane::host {
 
-// Understands the two scripts that hide and show the icons, and no other text. On a desktop without
-// icons they do nothing. Main thread only.
-[[nodiscard]] std::unique_ptr<AppleScripts> makeDesktopIcons();
+struct DesktopIconsOptions {
+  std::string currentDesktop;             // $XDG_CURRENT_DESKTOP
+  GDBusConnection* connection = nullptr;  // the session bus; null: none
+  // Where the user's own choice is written down while ours holds; empty: then nothing is hidden.
+  std::filesystem::path stateFile;
+};
+
+// Understands the two scripts that hide and show the icons, and no other text. They return at once;
+// what the desktop makes of them is not waited for. On a desktop without icons they do nothing.
+class DesktopIcons : public AppleScripts {
+ public:
+  // Gives back what a run before this one has hidden and did not live to give back.
+  virtual void giveBackLeftovers() = 0;
+};
+[[nodiscard]] std::unique_ptr<DesktopIcons> makeDesktopIcons(const DesktopIconsOptions& options);
+
+// Where this user's choice is remembered: orvane/desktop-icons in $XDG_STATE_HOME, which counts
+// only where it is absolute, else in ~/.local/state. Empty for a user without a home.
+[[nodiscard]] std::filesystem::path desktopIconsStatePath(
+    const std::function<std::optional<std::string>(const std::string& name)>& environment);
 
 }  // namespace orvane::host

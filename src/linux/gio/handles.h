@@ -60,6 +60,12 @@ class Failure {
     return g_error_matches(error_, domain, code) != FALSE;
   }
   [[nodiscard]] std::string message() const { return error_ ? error_->message : ""; }
+  // The bus name of an error that somebody else on the bus answered; else empty.
+  [[nodiscard]] std::string remoteName() const {
+    if (!error_ || !g_dbus_error_is_remote_error(error_)) return {};
+    const TextPtr name(g_dbus_error_get_remote_error(error_));
+    return name ? name.get() : "";
+  }
   explicit operator bool() const { return error_ != nullptr; }
 
  private:

@@ -28,7 +28,7 @@ TEST(IconScriptTest, RefusesEverythingElse) {
                            script("false; rm -rf ~"), hide + "\n", " " + hide, hide.substr(1),
                            hide.substr(0, hide.size() - 1), hide.substr(0, 155), script("FALSE")}) {
     EXPECT_FALSE(parseIconScript(text).understood) << text;
-    EXPECT_EQ(makeDesktopIcons()->makeScript(text), nullptr) << text;
+    EXPECT_EQ(makeDesktopIcons({})->makeScript(text), nullptr) << text;
   }
 }
 

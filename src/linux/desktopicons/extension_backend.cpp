@@ -1,0 +1,84 @@
+#include "linux/desktopicons/extension_backend.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "linux/desktopicons/settings_value.h"
+
+namespace orvane::host::desktopicons {
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr std::array<const char*, 3> kIconExtensions = {
+    "ding@rastersoft.com", "gtk4-ding@smedius.gitlab.com", "desktop-icons@csoriano"};
+
+bool contains(const Names& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string joined(const Names& names) {
+  std::string text;
+  for (const auto& name : names) text += (text.empty() ? "" : " ") + name;
+  return text;
+}
+
+Names split(const std::string& text) {
+  Names names(1);
+  for (const char letter : text) {
+    if (letter == ' ') {
+      names.emplace_back();
+    } else {
+      names.back() += letter;
+    }
+  }
+  std::erase(names, "");
+  return names;
+}
+
+class ExtensionBackend final : public IconBackend {
+ public:
+  explicit ExtensionBackend(SettingsValue disabled) : disabled_(std::move(disabled)) {}
+
+  [[nodiscard]] std::string name() const override { return "gnome-extensions"; }
+
+  // What is written down is the names that were added, and whether there was a list at all.
+  void capture(std::function<void(std::optional<IconState>)> captured) override {
+    const auto now = disabled_.texts();
+    Names added;
+    for (const std::string extension : kIconExtensions) {
+      if (!contains(now, extension)) added.push_back(extension);
+    }
+    captured(IconState{disabled_.userText().empty() ? "unset" : "set", joined(added)});
+  }
+
+  void hide(const IconState& state, std::function<void(bool)> done) override {
+    auto names = disabled_.texts();
+    for (const auto& extension : split(state.written)) {
+      if (!contains(names, extension)) names.push_back(extension);
+    }
+    done(disabled_.setTexts(names));
+  }
+
+  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+    auto names = disabled_.texts();
+    for (const auto& extension : split(state.written)) std::erase(names, extension);
+    const bool wasUnset = names.empty() && state.before == "unset";
+    done(wasUnset ? disabled_.set("") : disabled_.setTexts(names));
+  }
+
+ private:
+  const SettingsValue disabled_;
+};
+
+}  // namespace
+
+std::unique_ptr<IconBackend> makeExtensionBackend() {
+  auto disabled = SettingsValue::find("org.gnome.shell", "disabled-extensions");
+  if (!disabled) return nullptr;
+  return std::make_unique<ExtensionBackend>(std::move(*disabled));
+}
+
+}  // namespace orvane::host::desktopicons

@@ -1,0 +1,41 @@
+#include "linux/desktopicons/settings_backend.h"
+
+#include <utility>
+
+#include "linux/desktopicons/settings_value.h"
+
+namespace orvane::host::desktopicons {
+namespace {
+
+class SettingsBackend final : public IconBackend {
+ public:
+  SettingsBackend(SettingsKey key, SettingsValue value)
+      : key_(std::move(key)), value_(std::move(value)) {}
+
+  [[nodiscard]] std::string name() const override { return key_.name; }
+
+  void capture(std::function<void(std::optional<IconState>)> captured) override {
+    captured(IconState{value_.userText(), key_.hidden});
+  }
+  void hide(const IconState& state, std::function<void(bool)> done) override {
+    done(value_.set(state.written));
+  }
+  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+    const bool isOurs = value_.text() == value_.normalized(state.written);
+    done(!isOurs || value_.set(state.before));
+  }
+
+ private:
+  const SettingsKey key_;
+  const SettingsValue value_;
+};
+
+}  // namespace
+
+std::unique_ptr<IconBackend> makeSettingsBackend(const SettingsKey& key) {
+  auto value = SettingsValue::find(key.schema, key.key);
+  if (!value || value->normalized(key.hidden).empty()) return nullptr;
+  return std::make_unique<SettingsBackend>(key, std::move(*value));
+}
+
+}  // namespace orvane::host::desktopicons

@@ -1,0 +1,95 @@
+#include "linux/desktopicons/xfconf_backend.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "linux/gio/call.h"
+
+namespace orvane::host::desktopicons {
+namespace {
+
+using gio::VariantPtr;
+using Text = std::optional<std::string>;
+
+constexpr const char* kChannel = "xfce4-desktop";
+constexpr const char* kProperty = "/desktop-icons/style";
+constexpr const char* kHidden = "0";
+constexpr const char* kUnset = "unset";
+constexpr const char* kNoProperty = "org.xfce.Xfconf.Error.PropertyNotFound";
+constexpr std::chrono::milliseconds kCallLimit{1000};
+
+class XfconfBackend final : public IconBackend {
+ public:
+  explicit XfconfBackend(GDBusConnection* connection) : connection_(gio::shared(connection)) {}
+
+  [[nodiscard]] std::string name() const override { return "xfce"; }
+
+  void capture(std::function<void(std::optional<IconState>)> captured) override {
+    read([captured = std::move(captured)](const Text& now) {
+      captured(now ? std::optional(IconState{*now, kHidden}) : std::nullopt);
+    });
+  }
+
+  void hide(const IconState&, std::function<void(bool)> done) override {
+    write(kHidden, std::move(done));
+  }
+
+  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+    read([this, state, done = std::move(done)](const Text& now) {
+      if (now != state.written) return done(now.has_value());
+      write(state.before, done);
+    });
+  }
+
+ private:
+  // The style as text, "unset", or nothing where xfconf does not answer. Values of another type
+  // than the one that the desktop reads count as unset, as they do there.
+  void read(std::function<void(const Text&)> answered) const {
+    call("GetProperty", g_variant_new("(ss)", kChannel, kProperty),
+         [answered = std::move(answered)](GVariant* results, const gio::Failure& failure) {
+           answered(results ? Text(styleIn(results)) : absence(failure));
+         });
+  }
+
+  static std::string styleIn(GVariant* results) {
+    if (!g_variant_is_of_type(results, G_VARIANT_TYPE("(v)"))) return kUnset;
+    const VariantPtr boxed(g_variant_get_child_value(results, 0));
+    const VariantPtr value(g_variant_get_variant(boxed.get()));
+    if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_INT32)) return kUnset;
+    return std::to_string(g_variant_get_int32(value.get()));
+  }
+
+  static Text absence(const gio::Failure& failure) {
+    return failure.remoteName() == kNoProperty ? Text(kUnset) : std::nullopt;
+  }
+
+  void write(const std::string& style, std::function<void(bool)> done) const {
+    const auto answered = [done = std::move(done)](GVariant* results, const gio::Failure&) {
+      done(results != nullptr);
+    };
+    if (style == kUnset) {
+      call("ResetProperty", g_variant_new("(ssb)", kChannel, kProperty, FALSE), answered);
+    } else {
+      auto* const value = g_variant_new_int32(std::stoi(style));
+      call("SetProperty", g_variant_new("(ssv)", kChannel, kProperty, value), answered);
+    }
+  }
+
+  void call(const char* method, GVariant* arguments, gio::Answered answered) const {
+    gio::callStarting(connection_.get(),
+                      {"org.xfce.Xfconf", "/org/xfce/Xfconf", "org.xfce.Xfconf", method}, arguments,
+                      kCallLimit, calls_, std::move(answered));
+  }
+
+  const gio::ObjectPtr<GDBusConnection> connection_;
+  const gio::Cancellation calls_;
+};
+
+}  // namespace
+
+std::unique_ptr<IconBackend> makeXfconfBackend(GDBusConnection* connection) {
+  return std::make_unique<XfconfBackend>(connection);
+}
+
+}  // namespace orvane::host::desktopicons
