@@ -103,7 +103,7 @@ ReturningDesktop::Opened openDesktop(const Stage& stage, const ReturningDesktop:
 #ifdef ORVANE_WAYLAND
   if (environmentVariable("WAYLAND_DISPLAY")) {
     auto desktop = host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
-                                             stage.measurer, stage.painter, attempt.onLost});
+                                             stage.measurer, stage.painter, attempt.onLost, attempt.patience});
     if (desktop.server) return {std::move(desktop.server), {}};
     failures.push_back(desktop.failure);
   }

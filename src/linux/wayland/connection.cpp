@@ -37,15 +37,15 @@ Connection::~Connection() {
   if (display_) wl_display_flush(display_.get());
 }
 
-std::string Connection::open() {
-  display_.reset(wl_display_connect(nullptr));
+std::string Connection::open(Deadline deadline) {
+  display_.reset(connectToCompositor());
   if (!display_) return std::string("There is no Wayland compositor: ") + std::strerror(errno);
   wl_log_set_handler_client(printProtocolMessage);
   registry_.reset(wl_display_get_registry(display_.get()));
   wl_registry_add_listener(registry_.get(), &registryListener, this);
   // The first answer holds the globals, the second what the outputs tell of themselves.
   for (int answer = 0; answer < 2; ++answer) {
-    if (wl_display_roundtrip(display_.get()) < 0) return "The Wayland compositor hung up.";
+    if (auto reason = waitForAnswers(display_.get(), deadline); !reason.empty()) return reason;
     if (auto reason = missing(); !reason.empty()) return reason;
     bindOutputs();
   }
@@ -115,11 +115,12 @@ void Connection::bindOutputs() {
 void Connection::lose() {
   lost_ = true;
   outputs_.clear();
-  // Which rule of the protocol was broken was printed already.
-  if (wl_display_get_error(display_.get()) == EPROTO) {
-    events_.lost({"The Wayland compositor ended the connection", true});
-  } else {
+  const int error = wl_display_get_error(display_.get());
+  if (error == EPIPE || error == ECONNRESET) {
     events_.lost({"The connection to the Wayland compositor is lost", false});
+  } else {
+    // Which rule of the protocol was broken was printed already.
+    events_.lost({"The Wayland compositor ended the connection", true});
   }
 }
 

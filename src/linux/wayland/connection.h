@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "linux/wayland/display_source.h"
+#include "linux/wayland/first_contact.h"
 #include "linux/wayland/handles.h"
 #include "linux/wayland/output_order.h"
 #include "linux/wayland/output_set.h"
@@ -29,7 +30,7 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   // Connects and waits for the compositor's answers. An empty text, or why it cannot be used.
-  [[nodiscard]] std::string open();
+  [[nodiscard]] std::string open(Deadline deadline);
 
   [[nodiscard]] const Globals& globals() const { return globals_; }
   [[nodiscard]] OutputSet& outputs() { return outputs_; }

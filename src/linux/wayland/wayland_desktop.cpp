@@ -14,7 +14,9 @@ class LayerShellServer final : public WindowServer {
         connection_({[this] { announceScreens(); },
                      [this](const DesktopLoss& loss) { announceLoss(loss); }}) {}
 
-  [[nodiscard]] std::string open() { return connection_.open(); }
+  [[nodiscard]] std::string open() {
+    return connection_.open(std::chrono::steady_clock::now() + neighbours_.patience);
+  }
 
   [[nodiscard]] std::vector<NSScreen> screens() const override {
     return connection_.outputs().screens();

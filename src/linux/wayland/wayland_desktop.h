@@ -26,6 +26,8 @@ struct WaylandNeighbours {
   // Called once, in a turn of its own, when the compositor is gone. The server then has no screens
   // and its windows show nothing; windows may still be made and closed.
   std::function<void(const DesktopLoss&)> onConnectionLost;
+  // How long the first answers are waited for.
+  Duration patience = std::chrono::seconds(10);
 };
 
 // Either a server or the sentence that tells why there is none.
