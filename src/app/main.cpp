@@ -102,16 +102,18 @@ ReturningDesktop::Opened openDesktop(const Stage& stage, const ReturningDesktop:
   std::vector<std::string> failures;
 #ifdef ORVANE_WAYLAND
   if (environmentVariable("WAYLAND_DISPLAY")) {
-    auto desktop = host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
-                                             stage.measurer, stage.painter, attempt.onLost, attempt.patience});
+    auto desktop =
+        host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
+                                  stage.measurer, stage.painter, attempt.onLost, attempt.patience});
     if (desktop.server) return {std::move(desktop.server), {}};
     failures.push_back(desktop.failure);
   }
 #endif
 #ifdef ORVANE_X11
   if (environmentVariable("DISPLAY")) {
-    auto desktop = host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications,
-                                         stage.measurer, stage.painter, attempt.onLost});
+    auto desktop =
+        host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications, stage.measurer,
+                              stage.painter, attempt.onLost, attempt.patience});
     if (desktop.server) return {std::move(desktop.server), {}};
     failures.push_back(desktop.failure);
   }

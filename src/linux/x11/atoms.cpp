@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "linux/x11/answers.h"
+
 namespace orvane::host::x11 {
 
 namespace {
@@ -54,8 +56,7 @@ Atoms::Atoms(xcb_connection_t* connection, int screenNumber) {
                                names[i].c_str());
   }
   for (std::size_t i = 0; i < count; ++i) {
-    const Reply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, asked[i], nullptr));
+    const auto reply = answerTo<xcb_intern_atom_reply_t>(connection, asked[i]);
     if (reply) atoms_[i] = reply->atom;
   }
 }

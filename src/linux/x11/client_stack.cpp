@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
 
 namespace orvane::host::x11 {
@@ -58,8 +59,8 @@ std::optional<xcb_window_t> ClientStack::desktopAbove(xcb_window_t window) const
 }
 
 std::optional<xcb_window_t> ClientStack::findUnmanagedDesktop() const {
-  const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-      connection_.handle(), xcb_query_tree(connection_.handle(), connection_.root()), nullptr));
+  const auto tree = answerTo<xcb_query_tree_reply_t>(
+      connection_.handle(), xcb_query_tree(connection_.handle(), connection_.root()));
   if (!tree) return std::nullopt;
   const auto* children = xcb_query_tree_children(tree.get());
   for (int i = xcb_query_tree_children_length(tree.get()) - 1; i >= 0; --i) {

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 
+#include "linux/x11/answers.h"
 #include "linux/x11/protocol_error.h"
 
 namespace orvane::host::x11 {
@@ -96,6 +97,8 @@ std::string Connection::learnExtensions() {
   xcb_prefetch_extension_data(handle_, &xcb_xfixes_id);
   xcb_prefetch_extension_data(handle_, &xcb_randr_id);
   xcb_prefetch_extension_data(handle_, &xcb_shm_id);
+  // Asked for now, so that nobody waits for it later.
+  xcb_prefetch_maximum_request_length(handle_);
   if (!isPresent(handle_, &xcb_xfixes_id)) {
     return "The X display has no XFixes extension, which lets clicks pass through windows.";
   }
@@ -103,12 +106,12 @@ std::string Connection::learnExtensions() {
   const auto askedFixes = xcb_xfixes_query_version(handle_, 5, 0);
   if (isPresent(handle_, &xcb_randr_id)) {
     randrEvents_ = xcb_get_extension_data(handle_, &xcb_randr_id)->first_event;
-    const Reply<xcb_randr_query_version_reply_t> version(
-        xcb_randr_query_version_reply(handle_, xcb_randr_query_version(handle_, 1, 5), nullptr));
+    const auto version =
+        answerTo<xcb_randr_query_version_reply_t>(handle_, xcb_randr_query_version(handle_, 1, 5));
     hasMonitors_ = version && (version->major_version > 1 || version->minor_version >= 5);
   }
-  const Reply<xcb_xfixes_query_version_reply_t> fixes(
-      xcb_xfixes_query_version_reply(handle_, askedFixes, nullptr));
+  (void)xcb_get_maximum_request_length(handle_);
+  const auto fixes = answerTo<xcb_xfixes_query_version_reply_t>(handle_, askedFixes);
   if (!fixes || fixes->major_version < 2) return "The X display's XFixes extension is too old.";
   return {};
 }
@@ -117,8 +120,8 @@ std::string Connection::learnExtensions() {
 // end the connection; the version alone does not tell.
 void Connection::learnSharedMemory() {
   if (!isLocalSocket(handle_) || !isPresent(handle_, &xcb_shm_id)) return;
-  const Reply<xcb_shm_query_version_reply_t> version(
-      xcb_shm_query_version_reply(handle_, xcb_shm_query_version(handle_), nullptr));
+  const auto version =
+      answerTo<xcb_shm_query_version_reply_t>(handle_, xcb_shm_query_version(handle_));
   if (!version) return;
   const bool takesDescriptors = version->major_version > 1 || version->minor_version >= 2;
   sharedMemory_ = takesDescriptors ? SharedMemory::fileDescriptors : SharedMemory::segments;

@@ -16,14 +16,15 @@ enum class SharedMemory { none, segments, fileDescriptors };
 
 // One connection to an X server, one of its screens, and what that screen can do. Requests are
 // queued until flush(); nothing here waits for the server but open() and request-specific replies.
-// Main thread only.
+// Main thread only, but for open().
 class Connection {
  public:
   struct Opened {
     std::unique_ptr<Connection> connection;  // null: it could not be had, and
     std::string reason;                      // this is why, as a sentence
   };
-  // An empty name means the one in DISPLAY.
+  // An empty name means the one in DISPLAY. May wait for ever for a server that lets us in and then
+  // says nothing. On any thread; the connection belongs to whoever gets it.
   static Opened open(const std::string& displayName);
 
   Connection(const Connection&) = delete;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
 
 namespace orvane::host::x11 {
@@ -11,9 +12,9 @@ namespace orvane::host::x11 {
 namespace {
 
 bool hasOwner(const Connection& connection, Atom selection) {
-  const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-      connection.handle(), xcb_get_selection_owner(connection.handle(), connection.atom(selection)),
-      nullptr));
+  const auto reply = answerTo<xcb_get_selection_owner_reply_t>(
+      connection.handle(),
+      xcb_get_selection_owner(connection.handle(), connection.atom(selection)));
   return reply && reply->owner != XCB_NONE;
 }
 

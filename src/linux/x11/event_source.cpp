@@ -2,7 +2,10 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <utility>
+
+#include "linux/x11/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -13,6 +16,7 @@ struct EventSource::Source {
   std::function<void()>* onLost;
   xcb_generic_event_t* pending;  // the next event, read but not delivered
   gpointer tag;
+  gint64 stalledSince;  // on GLib's clock, in microseconds; 0 while requests go out
 };
 
 namespace {
@@ -22,13 +26,33 @@ S* self(GSource* source) {
   return reinterpret_cast<S*>(source);
 }
 
+// Sends what was asked, unless that would wait for the server: then, as soon as it reads again.
+template <class S>
+void flush(S* my) {
+  auto* connection = my->connection->handle();
+  const bool stalls = !takesRequests(connection);
+  if (!stalls) xcb_flush(connection);
+  if (stalls == (my->stalledSince != 0)) return;
+  my->stalledSince = stalls ? g_get_monotonic_time() : 0;
+  g_source_modify_unix_fd(&my->base, my->tag,
+                          static_cast<GIOCondition>(stalls ? G_IO_IN | G_IO_OUT : G_IO_IN));
+}
+
+// In milliseconds, until a server that reads nothing is given up; -1 while it reads.
+template <class S>
+gint patienceLeft(const S* my) {
+  if (my->stalledSince == 0) return -1;
+  const gint64 over = my->stalledSince + std::chrono::microseconds(serverPatience).count();
+  return static_cast<gint>(std::max<gint64>(0, (over - g_get_monotonic_time()) / 1000));
+}
+
 template <class S>
 gboolean prepare(GSource* source, gint* timeout) {
   auto* my = self<S>(source);
-  *timeout = -1;
   auto* connection = my->connection->handle();
   // Flushing may read; so it comes before looking at what was read.
-  xcb_flush(connection);
+  flush(my);
+  *timeout = patienceLeft(my);
   if (my->pending == nullptr) my->pending = xcb_poll_for_queued_event(connection);
   return my->pending != nullptr || my->connection->isLost();
 }
@@ -36,6 +60,7 @@ gboolean prepare(GSource* source, gint* timeout) {
 template <class S>
 gboolean check(GSource* source) {
   auto* my = self<S>(source);
+  if (patienceLeft(my) == 0) endConnection(my->connection->handle());
   if (g_source_query_unix_fd(source, my->tag) != 0 && my->pending == nullptr) {
     my->pending = xcb_poll_for_event(my->connection->handle());
   }
@@ -73,6 +98,7 @@ EventSource::EventSource(Connection& connection, std::function<void()> onLost) {
   GSource* source = g_source_new(&functions, sizeof(Source));
   source_ = reinterpret_cast<Source*>(source);
   source_->connection = &connection;
+  source_->stalledSince = 0;
   source_->onLost = new std::function<void()>(std::move(onLost));
   source_->tag =
       g_source_add_unix_fd(source, xcb_get_file_descriptor(connection.handle()), G_IO_IN);

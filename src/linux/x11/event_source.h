@@ -9,7 +9,7 @@ namespace orvane::host::x11 {
 
 // Ties a connection to the default main context: delivers what arrives, and flushes what was asked
 // once per turn of the loop, however many windows asked. Events that xcb read ahead, while it
-// waited for a reply, are delivered too.
+// waited for a reply, are delivered too. A server that reads nothing for a while counts as lost.
 class EventSource {
  public:
   // `onLost` is called once, within a turn of the loop; nothing is delivered after it.

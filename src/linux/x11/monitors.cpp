@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "linux/x11/answers.h"
 #include "platform/screen_number.h"
 
 namespace orvane::host::x11 {
@@ -16,8 +17,8 @@ Rect inPoints(const PixelRect& pixels, double scale) {
 }
 
 std::string nameOf(const Connection& connection, xcb_atom_t atom) {
-  const Reply<xcb_get_atom_name_reply_t> reply(xcb_get_atom_name_reply(
-      connection.handle(), xcb_get_atom_name(connection.handle(), atom), nullptr));
+  const auto reply = answerTo<xcb_get_atom_name_reply_t>(
+      connection.handle(), xcb_get_atom_name(connection.handle(), atom));
   if (!reply) return {};
   return {xcb_get_atom_name_name(reply.get()),
           static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))};
@@ -28,10 +29,7 @@ MonitorModel modelOf(const Connection& connection, xcb_randr_output_t output) {
   const auto asked =
       xcb_randr_get_output_property(connection.handle(), output, connection.atom(Atom::edid),
                                     XCB_GET_PROPERTY_TYPE_ANY, 0, longs, 0, 0);
-  xcb_generic_error_t* error = nullptr;
-  const Reply<xcb_randr_get_output_property_reply_t> reply(
-      xcb_randr_get_output_property_reply(connection.handle(), asked, &error));
-  const Reply<xcb_generic_error_t> owned(error);
+  const auto reply = answerTo<xcb_randr_get_output_property_reply_t>(connection.handle(), asked);
   if (!reply || reply->format != 8) return {};
   const auto* bytes = xcb_randr_get_output_property_data(reply.get());
   return modelFromEdid(
@@ -59,9 +57,8 @@ bool isMirror(const std::vector<Monitor>& earlier, const Monitor& monitor) {
 
 std::vector<Monitor> queryMonitors(const Connection& connection) {
   if (!connection.hasMonitors()) return {Monitor{{}, {}, connection.rootFrame(), true}};
-  const Reply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
-      connection.handle(), xcb_randr_get_monitors(connection.handle(), connection.root(), 1),
-      nullptr));
+  const auto reply = answerTo<xcb_randr_get_monitors_reply_t>(
+      connection.handle(), xcb_randr_get_monitors(connection.handle(), connection.root(), 1));
   if (!reply) return {};
   std::vector<Monitor> monitors;
   auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());

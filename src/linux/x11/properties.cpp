@@ -1,5 +1,7 @@
 #include "linux/x11/properties.h"
 
+#include "linux/x11/answers.h"
+
 namespace orvane::host::x11 {
 
 namespace {
@@ -9,12 +11,7 @@ Reply<xcb_get_property_reply_t> read(const Connection& connection, xcb_window_t 
   constexpr std::uint32_t longs = 256 * 1024 / 4;
   const auto asked =
       xcb_get_property(connection.handle(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longs);
-  // Asking for the error too keeps it out of the event queue: vanished windows are nothing to
-  // report.
-  xcb_generic_error_t* error = nullptr;
-  Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection.handle(), asked, &error));
-  const Reply<xcb_generic_error_t> owned(error);
-  return reply;
+  return answerTo<xcb_get_property_reply_t>(connection.handle(), asked);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
 
 namespace orvane::host::x11 {
@@ -50,10 +51,8 @@ std::optional<RootPicture::Source> RootPicture::source() const {
     const auto pixmap = numberProperty(connection_, connection_.root(), connection_.atom(name));
     if (!pixmap || *pixmap == XCB_NONE) continue;
     // The program that made it may be gone, and the pixmap with it.
-    xcb_generic_error_t* error = nullptr;
-    const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
-        connection_.handle(), xcb_get_geometry(connection_.handle(), *pixmap), &error));
-    const Reply<xcb_generic_error_t> owned(error);
+    const auto geometry = answerTo<xcb_get_geometry_reply_t>(
+        connection_.handle(), xcb_get_geometry(connection_.handle(), *pixmap));
     if (geometry && (geometry->depth == 24 || geometry->depth == 32)) {
       return Source{*pixmap, geometry->depth};
     }

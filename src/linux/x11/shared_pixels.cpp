@@ -7,6 +7,8 @@
 #include <cstring>
 #include <utility>
 
+#include "linux/x11/answers.h"
+
 namespace orvane::host::x11 {
 
 namespace {
@@ -16,8 +18,7 @@ std::size_t sizeOf(const PixelBuffer& buffer) {
 }
 
 bool succeeded(const Connection& connection, xcb_void_cookie_t asked) {
-  const Reply<xcb_generic_error_t> error(xcb_request_check(connection.handle(), asked));
-  return !error && !connection.isLost();
+  return wasServed(connection.handle(), asked);
 }
 
 class Descriptor {
@@ -154,17 +155,16 @@ bool SharedPixels::fetch(xcb_drawable_t drawable) {
   auto* handle = connection_.handle();
   const auto width = extent(buffer_.width);
   const auto height = extent(buffer_.height);
-  xcb_generic_error_t* error = nullptr;
   bool fetched = false;
   if (segment_ != 0) {
     const auto asked = xcb_shm_get_image(handle, drawable, 0, 0, width, height, ~0U,
                                          XCB_IMAGE_FORMAT_Z_PIXMAP, segment_, 0);
-    const Reply<xcb_shm_get_image_reply_t> reply(xcb_shm_get_image_reply(handle, asked, &error));
+    const auto reply = answerTo<xcb_shm_get_image_reply_t>(handle, asked);
     fetched = reply != nullptr;
   } else {
     const auto asked =
         xcb_get_image(handle, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, 0, 0, width, height, ~0U);
-    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(handle, asked, &error));
+    const auto reply = answerTo<xcb_get_image_reply_t>(handle, asked);
     const auto length =
         reply ? static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) : std::size_t{0};
     fetched = reply && length >= own_.size();
@@ -175,7 +175,6 @@ bool SharedPixels::fetch(xcb_drawable_t drawable) {
       if (serverIsLittle != isLittleEndian()) swapBytes(own_);
     }
   }
-  const Reply<xcb_generic_error_t> owned(error);
   return fetched;
 }
 

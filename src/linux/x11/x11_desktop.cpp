@@ -5,6 +5,7 @@
 
 #include "linux/x11/desktop_window.h"
 #include "linux/x11/event_source.h"
+#include "linux/x11/first_contact.h"
 #include "linux/x11/window_level.h"
 
 namespace orvane::host {
@@ -67,7 +68,7 @@ class Desktop final : public WindowServer {
 }  // namespace
 
 X11Desktop makeX11Desktop(const X11Neighbours& neighbours) {
-  auto opened = Connection::open({});
+  auto opened = openWithin(neighbours.patience, {});
   if (!opened.connection) return {nullptr, std::move(opened.reason)};
   return {std::make_unique<Desktop>(std::move(opened.connection), neighbours), {}};
 }

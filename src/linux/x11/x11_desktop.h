@@ -24,6 +24,8 @@ struct X11Neighbours {
   // Called once, in a turn of its own, when the X server is gone. Windows may still be made and
   // closed then, and show nothing.
   std::function<void(const DesktopLoss&)> onConnectionLost;
+  // How long the first answers are waited for.
+  Duration patience = std::chrono::seconds(10);
 };
 
 // Either a server or the sentence that tells why there is none.
