@@ -28,7 +28,7 @@ SystemPlaces::SystemPlaces()
 
 bool isTimeZone(const std::string& name) {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));
-  return *zone != icu::TimeZone::getUnknown();
+  return *zone != icu::TimeZone::getUnknown() || offsetByZoneFile(name);
 }
 
 bool isLocale(const std::string& name) {

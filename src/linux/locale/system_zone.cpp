@@ -63,11 +63,11 @@ std::unique_ptr<icu::TimeZone> knownZone(const std::string& name) {
   return zone;
 }
 
-// The zone itself where it agrees with the offsets in the coming year.
+// The zone itself where there is one and it agrees with the offsets in the coming year.
 std::unique_ptr<icu::TimeZone> withRulesOf(const OffsetAt& offset,
                                            std::unique_ptr<icu::TimeZone> zone,
                                            const std::string& name, Date now) {
-  if (agrees(*zone, sampleYear(offset, now))) return zone;
+  if (zone && agrees(*zone, sampleYear(offset, now))) return zone;
   auto ruled = ruledZone(name, offset);
   return ruled ? std::move(ruled) : std::move(zone);
 }
@@ -88,7 +88,6 @@ std::unique_ptr<icu::TimeZone> fixedZone(std::int32_t offset) {
 std::unique_ptr<icu::TimeZone> namedZone(const std::string& name, const SystemPlaces& places,
                                          Date now) {
   auto zone = knownZone(name);
-  if (!zone) return nullptr;
   const auto offset = places.offsetOf ? places.offsetOf(name) : OffsetAt();
   return offset ? withRulesOf(offset, std::move(zone), name, now) : std::move(zone);
 }
@@ -96,8 +95,7 @@ std::unique_ptr<icu::TimeZone> namedZone(const std::string& name, const SystemPl
 std::unique_ptr<icu::TimeZone> systemZone(const SystemPlaces& places, Date now) {
   tzset();
   if (const auto name = systemZoneName(places)) {
-    if (auto zone = knownZone(*name))
-      return withRulesOf(places.offset, std::move(zone), *name, now);
+    if (auto zone = withRulesOf(places.offset, knownZone(*name), *name, now)) return zone;
   }
   const auto samples = sampleYear(places.offset, now);
   if (auto zone = knownZone("Etc/UTC"); agrees(*zone, samples)) return zone;

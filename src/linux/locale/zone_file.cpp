@@ -2,11 +2,33 @@
 
 #include <glib.h>
 
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
+#include <string_view>
 
 namespace orvane::host {
+namespace {
+
+// GLib would also read rules like "XYZ-3" out of a name, and does not expect that another file
+// of the folder is no zone.
+bool isZoneFile(const std::string& zone) {
+  if (zone.empty() || zone.front() == '/' || zone.find("..") != zone.npos) return false;
+  const char* folder = std::getenv("TZDIR");
+  const auto path = std::filesystem::path(folder ? folder : "/usr/share/zoneinfo") / zone;
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return false;
+  std::array<char, 4> start{};
+  return std::ifstream(path, std::ios::binary).read(start.data(), start.size()) &&
+         std::string_view(start.data(), start.size()) == "TZif";
+}
+
+}  // namespace
 
 OffsetAt offsetByZoneFile(const std::string& zone) {
+  if (!isZoneFile(zone)) return {};
   GTimeZone* opened = g_time_zone_new_identifier(zone.c_str());
   if (!opened) return {};
   const std::shared_ptr<GTimeZone> file(opened, g_time_zone_unref);

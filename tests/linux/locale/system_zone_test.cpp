@@ -188,6 +188,22 @@ TEST_F(SystemZoneTest, TheCalendarFollowsAChangeWhenTold) {
   EXPECT_FALSE(calendar->isDateInToday(berlin));
 }
 
+TEST_F(SystemZoneTest, AZoneThatOnlyTheSystemKnowsIsAsItsFileSays) {
+  system.zoneFiles["America/Newly_Named"] = [](std::int64_t) { return -3 * 3600; };
+  const auto zone = namedZone("America/Newly_Named", system.places(), kNow);
+  ASSERT_TRUE(zone);
+  EXPECT_EQ(zone->getRawOffset(), -3 * 3600 * 1000);
+  EXPECT_FALSE(namedZone("America/Never_Named", system.places(), kNow));
+}
+
+TEST(RealSystem, OnlyZonesHaveFilesOfZones) {
+  const SystemPlaces places;
+  for (const char* name : {"Nowhere/Land", "XYZ-3", "", "zone.tab", "Europe", "../zoneinfo/UTC",
+                           "/usr/share/zoneinfo/UTC"}) {
+    EXPECT_FALSE(places.offsetOf(name)) << name;
+  }
+}
+
 // Whatever versions of the two are installed here.
 TEST(RealSystem, NamedZonesAgreeWithTheirFiles) {
   const SystemPlaces places;
@@ -204,7 +220,6 @@ TEST(RealSystem, NamedZonesAgreeWithTheirFiles) {
       EXPECT_EQ((raw + dst) / 1000, offset(instant)) << name << " on day " << day;
     }
   }
-  EXPECT_FALSE(places.offsetOf("Nowhere/Land"));
 }
 
 TEST(RealSystem, HasAZoneThatAgreesWithTheCLibrary) {
