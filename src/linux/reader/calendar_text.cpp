@@ -1,62 +1,27 @@
 #include "linux/reader/calendar_text.h"
 
-#include <algorithm>
+#include <chrono>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "linux/reader/component_splitter.h"
-#include "linux/reader/event_expansion.h"
-#include "linux/reader/item_reading.h"
+#include "linux/reader/family_reading.h"
 #include "linux/reader/item_scan.h"
 #include "linux/reader/plain_text.h"
-#include "linux/reader/task_reading.h"
 
 namespace orvane::ical {
 
 namespace {
 
-constexpr std::int64_t kStepsOfAnItem = 2'000'000;
-constexpr std::int64_t kStepsOfAFile = 12'000'000;
 constexpr std::size_t kMostAnswerBytes = wire::kMostMessageBytes / 4 * 3;
 
-// The components of one kind and UID, by where they stand.
-struct FamilySpans {
-  ComponentKind kind = ComponentKind::event;
-  bool isOfInterest = false;
-  std::vector<ComponentSpan> spans;
-};
-
-// A family whose every member was read. More than one master means that the file holds different
-// items of one UID.
-struct FamilyMembers {
-  std::vector<CalendarItem> masters;
-  std::vector<CalendarItem> overrides;
-};
-
-bool isOlder(const CalendarItem& a, const CalendarItem& b) { return a.sequence < b.sequence; }
-
-// An item that was revised stands for its former states (RFC 5545 section 3.8.7.4).
-void keepNewest(std::vector<CalendarItem>& masters) {
-  if (masters.size() < 2) return;
-  const std::int64_t newest = std::max_element(masters.begin(), masters.end(), isOlder)->sequence;
-  std::erase_if(masters, [newest](const CalendarItem& item) { return item.sequence < newest; });
-}
-
-// All that a person could tell two items of one UID apart by.
-std::string lookOf(wire::EventOccurrence event) {
-  event.uid.clear();
-  wire::FileAnswer answer;
-  answer.events.push_back(std::move(event));
-  return wire::encode(answer);
-}
-
-std::string lookOf(wire::OpenTask task) {
-  task.uid.clear();
-  wire::FileAnswer answer;
-  answer.tasks.push_back(std::move(task));
-  return wire::encode(answer);
-}
+// Nearly every item is read with far fewer steps than these, and has far fewer occurrences.
+constexpr Allowance::Limits kModest{50'000, 12'000'000, std::chrono::seconds(2), 1'000,
+                                    Crowd::dropped};
+constexpr Allowance::Limits kGreedy{2'000'000, 12'000'000, std::chrono::seconds(4),
+                                    kMostOccurrences, Crowd::cut};
+// Nobody looks at more than these; all of them would have to be kept and drawn.
+constexpr std::size_t kMostGreedyOccurrences = 25 * kMostOccurrences;
 
 class TextReader {
  public:
@@ -75,7 +40,7 @@ class TextReader {
     if (split.calendarName) answer_.calendarName = plainText(*split.calendarName, encoding_);
     answer_.holdsEvents = split.holdsEvents;
     answer_.holdsTasks = split.holdsTasks;
-    for (const FamilySpans& family : familiesOf(split.components)) readFamily(family);
+    readFamilies(familiesOf(split.components));
     return std::move(answer_);
   }
 
@@ -113,64 +78,33 @@ class TextReader {
     return kind == ComponentKind::event ? scan.mayOverlap : !scan.isSettled;
   }
 
-  FamilyMembers readMembers(const FamilySpans& spans) {
-    FamilyMembers members;
-    for (const ComponentSpan& span : spans.spans) {
-      auto item = readItem(textOf(span), encoding_, span.calendar, zones_);
-      if (!item) continue;
-      (item->recurrenceId ? members.overrides : members.masters).push_back(std::move(*item));
-    }
-    keepNewest(members.masters);
-    // Of two overrides of one occurrence the newer one comes last, and holds.
-    std::stable_sort(members.overrides.begin(), members.overrides.end(), isOlder);
-    return members;
-  }
-
-  void readFamily(const FamilySpans& spans) {
-    if (answerBytes_ > kMostAnswerBytes) return;
-    FamilyMembers members = readMembers(spans);
-    ItemFamily family;
-    family.overrides = std::move(members.overrides);
-    if (members.masters.empty()) {
-      addItem(spans.kind, family);
-      return;
-    }
-    comparesLooks_ = members.masters.size() > 1;
-    for (std::size_t index = 0; index < members.masters.size(); ++index) {
-      family.master = std::move(members.masters[index]);
-      // Two items need two identifiers; the order in the file tells them apart.
-      if (index > 0) family.master->uid += "#" + std::to_string(index + 1);
-      addItem(spans.kind, family);
-      family.overrides.clear();
-    }
-    comparesLooks_ = false;
-    looks_.clear();
-  }
-
-  void addItem(ComponentKind kind, const ItemFamily& family) {
-    StepBudget budget(std::min(kStepsOfAnItem, stepsLeft_));
-    const std::int64_t granted = budget.left();
-    if (kind == ComponentKind::event) {
-      for (auto& event : occurrencesOf(family, budget)) {
-        if (!comparesLooks_ || isNew(lookOf(event))) addEvent(std::move(event));
+  // Those that ask for much come last, so that they cannot crowd out the others.
+  void readFamilies(const std::vector<FamilySpans>& families) {
+    FamilyReader reader(text_, encoding_, zones_, place_);
+    Allowance modest(kModest);
+    std::vector<const FamilySpans*> greedy;
+    for (const FamilySpans& family : families) {
+      FamilyAnswer answer = reader.read(family, modest);
+      if (answer.isCutShort) {
+        greedy.push_back(&family);
+      } else {
+        add(std::move(answer));
       }
-    } else if (auto task = readTask(family, place_.times, budget)) {
-      if (!comparesLooks_ || isNew(lookOf(*task))) addTask(std::move(*task));
     }
-    // Something is left even for the last item, so that one greedy item does not hide the others.
-    stepsLeft_ = std::max(stepsLeft_ - (granted - budget.left()), kStepsOfAnItem / 5000);
+    Allowance most(kGreedy);
+    const std::size_t end = answer_.events.size() + kMostGreedyOccurrences;
+    for (const FamilySpans* family : greedy) {
+      FamilyAnswer answer = reader.read(*family, most);
+      const bool isCrowd = answer.events.size() > kModest.occurrencesOfAnItem;
+      if (!isCrowd || answer_.events.size() < end) add(std::move(answer));
+    }
   }
 
-  // What is not looked at yet must not take the places of what is.
-  std::vector<wire::EventOccurrence> occurrencesOf(const ItemFamily& family, StepBudget& budget) {
-    auto events = expandEvent(family, place_.times, place_.window, budget);
-    if (events.size() < kMostOccurrences || !place_.shown) return events;
-    answer_.isForShownOnly = true;
-    return expandEvent(family, place_.times, *place_.shown, budget);
+  void add(FamilyAnswer answer) {
+    answer_.isForShownOnly = answer_.isForShownOnly || answer.isForShownOnly;
+    for (auto& event : answer.events) addEvent(std::move(event));
+    for (auto& task : answer.tasks) addTask(std::move(task));
   }
-
-  // Whether nothing of the same UID looks like this already: a file may hold an item twice.
-  bool isNew(std::string look) { return looks_.insert(std::move(look)).second; }
 
   void addTask(wire::OpenTask task) {
     answerBytes_ += 200 + task.uid.size() + task.title.value_or("").size();
@@ -188,10 +122,7 @@ class TextReader {
   const ReadingPlace& place_;
   FileZones zones_;
   wire::FileAnswer answer_;
-  std::int64_t stepsLeft_ = kStepsOfAFile;
   std::size_t answerBytes_ = 0;
-  bool comparesLooks_ = false;
-  std::unordered_set<std::string> looks_;
 };
 
 }  // namespace

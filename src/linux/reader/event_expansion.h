@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "linux/reader/calendar_item.h"
@@ -17,9 +18,17 @@ struct ItemFamily {
   std::vector<CalendarItem> overrides;  // one per RECURRENCE-ID
 };
 
-// The occurrences of an event that overlap the window, by their start; no more than
-// kMostOccurrences.
-std::vector<wire::EventOccurrence> expandEvent(const ItemFamily& family, const TimeReading& times,
-                                               const Window& window, StepBudget& budget);
+enum class Crowd {
+  cut,     // the first ones are wanted
+  dropped  // too many are as good as none
+};
+
+// The occurrences of an event that overlap the window, by their start; no more than `most`.
+// Nothing when there are more and they were to be dropped.
+std::optional<std::vector<wire::EventOccurrence>> expandEvent(const ItemFamily& family,
+                                                              const TimeReading& times,
+                                                              const Window& window,
+                                                              StepBudget& budget, std::size_t most,
+                                                              Crowd crowd);
 
 }  // namespace orvane::ical

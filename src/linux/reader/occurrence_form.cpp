@@ -50,7 +50,8 @@ OccurrenceForm::Span OccurrenceForm::spanOf(const AddedTime& added) const {
 }
 
 std::int64_t OccurrenceForm::longest() const {
-  return std::max<std::int64_t>(0, length_.days * kSecondsPerDay + length_.seconds);
+  const std::int64_t longerDays = length_.days > 0 ? kSecondsPerDay : 0;
+  return std::max<std::int64_t>(0, length_.days * kSecondsPerDay + length_.seconds + longerDays);
 }
 
 std::int64_t OccurrenceForm::farthestShift() const { return std::abs(shift_); }

@@ -140,4 +140,18 @@ std::optional<RecurrenceRule> parseRecurrenceRule(const std::string& text) {
   return rule;
 }
 
+RecurrenceRule ruleOfDates(RecurrenceRule rule) {
+  rule.bySecond.clear();
+  rule.byMinute.clear();
+  rule.byHour.clear();
+  if (rule.frequency >= Frequency::daily) return rule;
+  const int unitsOfADay = rule.frequency == Frequency::hourly     ? 24
+                          : rule.frequency == Frequency::minutely ? 1440
+                                                                  : 86'400;
+  rule.frequency = Frequency::daily;
+  rule.interval = std::max(1, rule.interval / unitsOfADay);
+  rule.bySetPosition.clear();
+  return rule;
+}
+
 }  // namespace orvane::ical

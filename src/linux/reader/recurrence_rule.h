@@ -36,4 +36,8 @@ struct RecurrenceRule {
 // Nothing when the text is no rule, or one that counts in another calendar than the Gregorian.
 std::optional<RecurrenceRule> parseRecurrenceRule(const std::string& text);
 
+// The rule as it holds for an item that starts on a date: what it says about times of day is
+// passed over, and what is more often than daily is daily.
+RecurrenceRule ruleOfDates(RecurrenceRule rule);
+
 }  // namespace orvane::ical

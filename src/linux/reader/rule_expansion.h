@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -10,20 +11,29 @@ namespace orvane::ical {
 // How much work may still be done; whoever works takes from it and stops when nothing is left.
 class StepBudget {
  public:
-  explicit StepBudget(std::int64_t steps) : left_(steps) {}
+  using Duration = std::chrono::nanoseconds;
+
+  // What steps cost differs widely; so they are also over when they have kept the processor busy
+  // for `time`.
+  explicit StepBudget(std::int64_t steps, Duration time = Duration::max());
   bool take(std::int64_t steps = 1) {
-    if (left_ < steps) {
-      left_ = 0;
-      return false;
-    }
+    if (left_ < steps) left_ = 0;
+    if (left_ == 0) return false;
     left_ -= steps;
-    return true;
+    return left_ > nextLook_ || lookAtTime();
   }
   [[nodiscard]] std::int64_t left() const { return left_; }
 
  private:
+  bool lookAtTime();
+
   std::int64_t left_;
+  std::int64_t nextLook_;  // when no more than so many steps are left
+  Duration end_;
 };
+
+// For how long the processor has been busy with this thread.
+StepBudget::Duration processorTime();
 
 // The times in which a series is asked for.
 struct ExpansionRange {

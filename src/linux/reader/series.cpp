@@ -69,20 +69,35 @@ void Series::expand(const RecurrenceRule& rule, ExpansionRange range, StepBudget
                     const VisitTime& visit) const {
   std::optional<WallTime> until;
   if (rule.until) until = times_.lastTime(*rule.until, *item_.start);
-  expandRule(rule, item_.start->time, until, range, budget, visit);
+  const bool isOfDates = item_.start->isDate();
+  expandRule(isOfDates ? ruleOfDates(rule) : rule, item_.start->time, until, range, budget, visit);
+}
+
+// What rules take away, up to the returned time; of what lies behind it nothing is known when
+// there is too much of it.
+WallTime Series::findTakenByRules(ExpansionRange range, StepBudget& budget,
+                                  std::unordered_set<Key>& taken) const {
+  WallTime knownTo = range.to;
+  for (const RecurrenceRule& rule : item_.excludedRules) {
+    std::size_t left = kMostExcludedByRules;
+    WallTime last = range.from;
+    expand(rule, range, budget, [&](WallTime time) {
+      taken.insert(keyOf(placeAt(time)));
+      last = time;
+      return --left > 0;
+    });
+    if (left == 0 || budget.left() == 0) knownTo = std::min(knownTo, last);
+  }
+  return knownTo;
 }
 
 void Series::visitPlaces(ExpansionRange range, StepBudget& budget, const Visit& visit) const {
-  std::set<Key> takenByRules;
-  for (const RecurrenceRule& rule : item_.excludedRules) {
-    expand(rule, range, budget, [&](WallTime time) {
-      takenByRules.insert(keyOf(placeAt(time)));
-      return takenByRules.size() < kMostExcludedByRules;
-    });
-  }
+  std::unordered_set<Key> takenByRules;
+  range.to = findTakenByRules(range, budget, takenByRules);
   const auto visitUnlessExcluded = [&](const AddedTime& place) {
     const Key key = keyOf(place.start);
-    if (isExcluded(place.start, key) || takenByRules.contains(key)) return true;
+    if (isExcluded(place.start, key)) return true;
+    if (!takenByRules.empty() && takenByRules.contains(key)) return true;
     return visit(place, key);
   };
   const auto visitTime = [&](WallTime time) {

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "linux/reader/calendar_item.h"
@@ -42,6 +43,9 @@ class Series {
   [[nodiscard]] bool isExcluded(const ItemTime& place, Key key) const;
   void expand(const RecurrenceRule& rule, ExpansionRange range, StepBudget& budget,
               const VisitTime& visit) const;
+
+  WallTime findTakenByRules(ExpansionRange range, StepBudget& budget,
+                            std::unordered_set<Key>& taken) const;
 
   const CalendarItem& item_;
   const TimeReading& times_;

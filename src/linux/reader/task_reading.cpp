@@ -10,6 +10,10 @@ namespace orvane::ical {
 
 namespace {
 
+// The Gregorian calendar repeats itself after so many days: what does not take place in them never
+// does.
+constexpr std::int64_t kCalendarCycle = 146'097 * kSecondsPerDay;
+
 bool isOpen(const CalendarItem& item) { return item.status == CalendarItem::Status::open; }
 
 // DUE, or what DTSTART and DURATION make together; DTSTART alone is no due date.
@@ -49,17 +53,14 @@ class OpenOccurrence {
   }
 
   std::optional<wire::OpenTask> find(StepBudget& budget) {
-    series_.visitPlaces({}, budget, [this](const AddedTime& place, Series::Key key) {
-      if (best_ && times_.instantOf(place.start) >= best_->when) return false;
-      if (replaced_.contains(key) || replacedDays_.contains(series_.dayOfPlace(place.start))) {
-        return true;
-      }
-      const CalendarItem& form = formAt(key);
-      if (!isOpen(form)) return true;
-      const auto due = dueAt(form, place.start);
-      consider(times_.instantOf(place.start), taskOf(form, due, times_));
-      return false;
-    });
+    Series::Key from = kFirstTime - kSecondsPerDay;
+    const CalendarItem* form = &anchor_;
+    for (const auto& [key, laterForm] : laterForms_) {
+      findIn(*form, rangeOf(from, key), budget);
+      from = key;
+      form = laterForm;
+    }
+    findIn(*form, rangeOf(from, kBehindLastTime), budget);
     if (!best_) return std::nullopt;
     return std::move(best_->task);
   }
@@ -69,6 +70,30 @@ class OpenOccurrence {
     Instant when = 0;
     wire::OpenTask task;
   };
+
+  // The places from one key to another, and perhaps a few more.
+  [[nodiscard]] ExpansionRange rangeOf(Series::Key from, Series::Key to) const {
+    const bool isDate = anchor_.start->isDate();
+    auto range = isDate ? ExpansionRange{from, to} : times_.timesOn(*anchor_.start, from, to);
+    range.to = std::min(range.to, std::max(range.from, anchor_.start->time) + kCalendarCycle);
+    return range;
+  }
+
+  // The earliest place at which the form holds; none when it is not an open one.
+  void findIn(const CalendarItem& form, ExpansionRange range, StepBudget& budget) {
+    if (!isOpen(form)) return;
+    series_.visitPlaces(range, budget, [&](const AddedTime& place, Series::Key key) {
+      const Instant when = times_.instantOf(place.start);
+      if (best_ && when >= best_->when) return false;
+      if (&formAt(key) != &form || isReplaced(place, key)) return true;
+      consider(when, taskOf(form, dueAt(form, place.start), times_));
+      return false;
+    });
+  }
+
+  [[nodiscard]] bool isReplaced(const AddedTime& place, Series::Key key) const {
+    return replaced_.contains(key) || replacedDays_.contains(series_.dayOfPlace(place.start));
+  }
 
   void addOverride(const CalendarItem& item) {
     const auto meant = series_.keyMeantBy(*item.recurrenceId);

@@ -1,5 +1,6 @@
 #include "linux/reader/time_reading.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -17,6 +18,19 @@ Instant TimeReading::instantAfter(const ItemTime& time, std::int64_t days,
   const WallTime wall = time.time + days * kSecondsPerDay;
   if (time.isDate()) return local_.startOfDay(dayOf(wall)) + seconds;
   return zoneOf(time).instantOf(wall) + seconds;
+}
+
+ExpansionRange TimeReading::timesOn(const ItemTime& of, Instant from, Instant to) const {
+  const Zone& zone = zoneOf(of);
+  // No change moves a clock by more than a day.
+  const auto offsetsNear = [&zone](Instant instant) {
+    return std::minmax({zone.offsetAt(instant - kSecondsPerDay), zone.offsetAt(instant),
+                        zone.offsetAt(instant + kSecondsPerDay)});
+  };
+  const std::int64_t margin = of.isDate() ? kSecondsPerDay : 0;
+  const auto bounded = [](WallTime time) { return std::clamp(time, kFirstTime, kBehindLastTime); };
+  return {bounded(from + offsetsNear(from).first - margin),
+          bounded(to + offsetsNear(to).second + margin)};
 }
 
 WallTime TimeReading::onClockOf(const ItemTime& of, const ItemTime& time) const {

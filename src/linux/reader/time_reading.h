@@ -3,6 +3,7 @@
 #include <string>
 
 #include "linux/reader/calendar_item.h"
+#include "linux/reader/rule_expansion.h"
 
 namespace orvane::ical {
 
@@ -16,6 +17,9 @@ class TimeReading {
   // `time` with other digits: what its clock shows `days` and then `seconds` later.
   [[nodiscard]] Instant instantAfter(const ItemTime& time, std::int64_t days,
                                      std::int64_t seconds) const;
+  // The times on the clock that `of` is read from that may mean an instant in [from, to); a few
+  // more where clocks change nearby, or where it is days.
+  [[nodiscard]] ExpansionRange timesOn(const ItemTime& of, Instant from, Instant to) const;
   // What the clock that `of` is read from shows at another item's time; of a date, the day.
   [[nodiscard]] WallTime onClockOf(const ItemTime& of, const ItemTime& time) const;
   // The day that is meant where a date should stand. Some writers put a time there: midnight of

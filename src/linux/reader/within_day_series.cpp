@@ -4,51 +4,11 @@
 #include <vector>
 
 #include "linux/reader/day_filter.h"
+#include "linux/reader/day_units.h"
 
 namespace orvane::ical {
 
 namespace {
-
-std::int64_t unitOf(Frequency frequency) {
-  if (frequency == Frequency::hourly) return 3600;
-  return frequency == Frequency::minutely ? 60 : 1;
-}
-
-bool admits(const std::vector<int>& list, std::int64_t value) {
-  return list.empty() || std::binary_search(list.begin(), list.end(), static_cast<int>(value));
-}
-
-// Which units of time (hours, minutes or seconds, as the rule repeats) a rule means.
-class UnitFilter {
- public:
-  UnitFilter(const RecurrenceRule& rule, WallTime start) : rule_(rule), days_(rule, dayOf(start)) {}
-
-  // When the unit that begins at `time` is not meant, nothing before the answer is; a unit that is
-  // meant is answered with itself.
-  WallTime notBefore(WallTime time) {
-    if (!admitsDay(dayOf(time))) return (dayOf(time) + 1) * kSecondsPerDay;
-    const std::int64_t second = secondOfDay(time);
-    if (!admits(rule_.byHour, second / 3600)) return (floorDivide(time, 3600) + 1) * 3600;
-    if (rule_.frequency == Frequency::hourly) return time;
-    if (!admits(rule_.byMinute, second / 60 % 60)) return (floorDivide(time, 60) + 1) * 60;
-    if (rule_.frequency == Frequency::minutely) return time;
-    return admits(rule_.bySecond, second % 60) ? time : time + 1;
-  }
-
- private:
-  bool admitsDay(std::int64_t day) {
-    if (day != knownDay_) {
-      knownDay_ = day;
-      isAdmitted_ = days_.admits(day);
-    }
-    return isAdmitted_;
-  }
-
-  const RecurrenceRule& rule_;
-  DayFilter days_;
-  std::int64_t knownDay_ = dayOf(kFirstTime) - 1;
-  bool isAdmitted_ = false;
-};
 
 // Seconds since the start of a unit, ascending, BYSETPOS applied.
 std::vector<std::int64_t> timesInUnit(const RecurrenceRule& rule, WallTime start) {
@@ -80,51 +40,72 @@ std::vector<std::int64_t> timesInUnit(const RecurrenceRule& rule, WallTime start
   return chosen;
 }
 
-bool namesNoParts(const RecurrenceRule& rule) {
-  return rule.bySecond.empty() && rule.byMinute.empty() && rule.byHour.empty() &&
-         rule.byMonthDay.empty() && rule.byYearDay.empty() && rule.byDay.empty() &&
-         rule.byMonth.empty() && rule.bySetPosition.empty();
-}
+// Goes through the days of a rule, and through no more units and times of each than it must.
+class DayWalk {
+ public:
+  DayWalk(const RecurrenceRule& rule, WallTime start, RuleOutput& output, StepBudget& budget)
+      : output_(output),
+        budget_(budget),
+        unit_(DayUnits::unitOf(rule.frequency)),
+        firstUnit_(floorDivide(start, unit_) * unit_),
+        times_(timesInUnit(rule, start)),
+        days_(rule, dayOf(start)),
+        units_(rule, firstUnit_) {}
 
-// Whether all that lies before the range could be left out; a rule that is counted can only be
-// counted at one stroke when nothing is chosen from it.
-bool jumpToRange(const RecurrenceRule& rule, std::int64_t step, RuleOutput& output,
-                 std::int64_t& index) {
-  const std::int64_t reachable = floorDivide(output.from() - output.start(), step);
-  if (reachable <= 0) return true;
-  if (!output.isCounted()) {
-    index = reachable;
+  void walk() {
+    if (times_.empty()) return;
+    std::int64_t day = dayOf(firstUnit_);
+    if (!output_.isCounted()) day = std::max(day, dayOf(output_.from()));
+    for (;; ++day) {
+      day = units_.skippingStep(days_.skippingMonth(day));
+      if (day * kSecondsPerDay >= output_.end() || !budget_.take()) return;
+      if (days_.admits(day) && !walkDay(day)) return;
+    }
+  }
+
+ private:
+  // Answers whether to go on. The times of the start's own unit may lie before the start, those of
+  // all others do not and can be counted without being named.
+  bool walkDay(std::int64_t day) {
+    const UnitsOfDay units = units_.on(day);
+    const WallTime midnight = day * kSecondsPerDay;
+    std::int64_t index = units.firstNotBefore(firstUnit_ - midnight);
+    if (index < units.size() && midnight + units.at(index) == firstUnit_) {
+      if (!walkUnit(firstUnit_)) return false;
+      ++index;
+    }
+    const std::int64_t shown = units.firstNotBefore(output_.from() - midnight - unit_ + 1);
+    if (shown > index) {
+      if (!output_.skip((shown - index) * std::ssize(times_))) return false;
+      index = shown;
+    }
+    for (; index < units.size(); ++index) {
+      if (!walkUnit(midnight + units.at(index))) return false;
+    }
     return true;
   }
-  if (!namesNoParts(rule)) return true;
-  index = reachable;
-  return output.skip(reachable - 1);
-}
+
+  bool walkUnit(WallTime begin) {
+    return std::all_of(times_.begin(), times_.end(), [&](std::int64_t time) {
+      return budget_.take() && output_.accept(begin + time);
+    });
+  }
+
+  RuleOutput& output_;
+  StepBudget& budget_;
+  std::int64_t unit_;
+  WallTime firstUnit_;
+  std::vector<std::int64_t> times_;
+  DayFilter days_;
+  DayUnits units_;
+};
 
 }  // namespace
 
 void expandWithinDays(const RecurrenceRule& rule, WallTime start, RuleOutput& output,
                       StepBudget& budget) {
-  const std::int64_t unit = unitOf(rule.frequency);
-  const std::int64_t step = unit * rule.interval;
-  const WallTime firstUnit = floorDivide(start, unit) * unit;
-  const std::vector<std::int64_t> times = timesInUnit(rule, start);
-  UnitFilter filter(rule, start);
-  std::int64_t index = 0;
-  if (times.empty() || !jumpToRange(rule, step, output, index)) return;
-  while (budget.take()) {
-    const WallTime begin = firstUnit + index * step;
-    if (begin >= output.end()) return;
-    const WallTime wanted = filter.notBefore(begin);
-    if (wanted > begin) {
-      index = std::max(index + 1, ceilDivide(wanted - firstUnit, step));
-      continue;
-    }
-    for (const std::int64_t time : times) {
-      if (!budget.take() || !output.accept(begin + time)) return;
-    }
-    ++index;
-  }
+  if (!budget.take(DayUnits::workFor(rule))) return;
+  DayWalk(rule, start, output, budget).walk();
 }
 
 }  // namespace orvane::ical

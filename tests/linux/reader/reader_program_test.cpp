@@ -192,6 +192,39 @@ TEST_F(ReaderProgram, AGreedyRuleIsCutAndItsNeighboursAreShown) {
   EXPECT_LT(run_.processorSeconds, 10);
 }
 
+TEST_F(ReaderProgram, TwentyEverySecondAreAllShown) {
+  std::string items;
+  for (int index = 0; index < 20; ++index) {
+    items += "BEGIN:VEVENT\r\nUID:" + std::to_string(index) +
+             "\r\nDTSTART:19700101T000000Z\r\nRRULE:FREQ=SECONDLY\r\nEND:VEVENT\r\n";
+  }
+  const auto answer = answerBetweenGoodOnes(file("often.ics", calendar(items + event("good"))));
+  std::map<std::string, std::size_t> counts;
+  for (const auto& shown : answer.events) ++counts[shown.uid];
+  EXPECT_EQ(counts["good"], 1U);
+  for (int index = 0; index < 20; ++index) EXPECT_EQ(counts[std::to_string(index)], 10'080U);
+  EXPECT_LT(run_.processorSeconds, 10);
+}
+
+TEST_F(ReaderProgram, AHundredGreedyRulesDoNotCrowdOutWhatFollows) {
+  std::string items;
+  for (int index = 0; index < 100; ++index) {
+    items += "BEGIN:VEVENT\r\nUID:" + std::to_string(index) +
+             "\r\nDTSTART:19700101T000000Z\r\nRRULE:FREQ=MINUTELY;BYHOUR=0,1,2,3,4,5,6,7,8,9;"
+             "COUNT=1000000000\r\nEND:VEVENT\r\n";
+  }
+  items +=
+      "BEGIN:VEVENT\r\nUID:good\r\nDTSTART:19700101T100000Z\r\n"
+      "RRULE:FREQ=DAILY;COUNT=100000\r\nEND:VEVENT\r\n";
+  const auto answer = answerBetweenGoodOnes(file("often.ics", calendar(items + event("last"))));
+  std::map<std::string, std::size_t> counts;
+  for (const auto& shown : answer.events) ++counts[shown.uid];
+  EXPECT_EQ(counts["last"], 1U);
+  EXPECT_EQ(counts["good"], 14U);
+  EXPECT_GT(counts["0"], 1000U);
+  EXPECT_LT(run_.processorSeconds, 10);
+}
+
 TEST_F(ReaderProgram, ManyGreedyRulesStayWithinTheTimeOfAFile) {
   std::string items = event("good");
   for (int index = 0; index < 5000; ++index) {
