@@ -80,6 +80,11 @@ std::int64_t DayFilter::skippingMonth(std::int64_t day) const {
   return dayNumber(date.year() / date.month() / std::chrono::last) + 1;
 }
 
+bool DayFilter::admitsEveryDay() const {
+  return months_ == 0 && monthDays_ == 0 && monthDaysFromEnd_ == 0 && yearDays_.empty() &&
+         weekNumbers_.empty() && weekdays_.empty();
+}
+
 bool DayFilter::admits(std::int64_t day) const {
   const auto date = civilDate(day);
   if (!admitsMonth(date.month())) return false;

@@ -14,6 +14,7 @@ class DayFilter {
   DayFilter(const RecurrenceRule& rule, std::int64_t startDay);
 
   [[nodiscard]] bool admits(std::int64_t day) const;
+  [[nodiscard]] bool admitsEveryDay() const;
   // The day itself, or the first of the next month when nothing in this one can be admitted.
   [[nodiscard]] std::int64_t skippingMonth(std::int64_t day) const;
 

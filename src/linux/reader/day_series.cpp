@@ -144,9 +144,14 @@ void expandByDays(const RecurrenceRule& rule, WallTime start, RuleOutput& output
   const Periods periods(rule, startDay);
   const std::vector<int> times = timesOfDay(rule, secondOfDay(start));
   std::vector<std::int64_t> days;
-  const bool mayJump = !output.isCounted() && output.from() > start;
-  std::int64_t index = mayJump ? periods.indexNotBehind(dayOf(output.from())) : 0;
+  const std::int64_t firstShown = periods.indexNotBehind(dayOf(std::max(output.from(), start)));
+  const bool isEveryDay = filter.admitsEveryDay() && rule.bySetPosition.empty();
+  std::int64_t index = output.isCounted() ? 0 : firstShown;
   for (;; ++index) {
+    if (isEveryDay && index > 0 && index < firstShown) {
+      if (!output.skip((firstShown - index) * std::ssize(times))) return;
+      index = firstShown;
+    }
     const auto span = periods.at(index);
     if (!span || span->first * kSecondsPerDay >= output.end()) return;
     if (!budget.take(1 + (span->behind - span->first) / 8)) return;

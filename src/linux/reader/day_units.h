@@ -38,6 +38,8 @@ class DayUnits {
 
   // Those of a day, as if the rule had been going on since ever. Valid as long as this.
   [[nodiscard]] UnitsOfDay on(std::int64_t day) const;
+  // Whether they are the same on every day.
+  [[nodiscard]] bool areDaily() const { return kSecondsPerDay % step_ == 0; }
   // The day itself, or the first after it on which the rule takes a step.
   [[nodiscard]] std::int64_t skippingStep(std::int64_t day) const;
 

@@ -60,10 +60,19 @@ class DayWalk {
       day = units_.skippingStep(days_.skippingMonth(day));
       if (day * kSecondsPerDay >= output_.end() || !budget_.take()) return;
       if (days_.admits(day) && !walkDay(day)) return;
+      if (!skipEqualDays(day)) return;
     }
   }
 
  private:
+  // Counts the days between this one and the range when each has as many times as the other.
+  bool skipEqualDays(std::int64_t& day) {
+    const std::int64_t days = dayOf(output_.from()) - day - 1;
+    if (days <= 0 || !units_.areDaily() || !days_.admitsEveryDay()) return true;
+    day += days;
+    return output_.skip(days * units_.on(day).size() * std::ssize(times_));
+  }
+
   // Answers whether to go on. The times of the start's own unit may lie before the start, those of
   // all others do not and can be counted without being named.
   bool walkDay(std::int64_t day) {
