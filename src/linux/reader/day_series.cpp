@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "linux/reader/day_filter.h"
+#include "linux/reader/skipped_days.h"
 
 namespace orvane::ical {
 
@@ -135,39 +136,79 @@ bool emitDay(std::int64_t day, const std::vector<int>& times, RuleOutput& output
                      [&](int time) { return budget.take() && output.accept(midnight + time); });
 }
 
+// The days of a rule, period by period.
+class DaySeries {
+ public:
+  DaySeries(const RecurrenceRule& rule, WallTime start, RuleOutput& output, StepBudget& budget)
+      : positions_(rule.bySetPosition),
+        output_(output),
+        budget_(budget),
+        filter_(rule, dayOf(start)),
+        skipped_(rule, dayOf(start)),
+        periods_(rule, dayOf(start)),
+        times_(timesOfDay(rule, secondOfDay(start))) {}
+
+  void walk() {
+    // A day that has moved may belong to a period beside the one it lies in.
+    const std::int64_t margin = skipped_.mayOccur() ? 1 : 0;
+    const WallTime from = std::max(output_.from(), output_.start());
+    const std::int64_t shown =
+        std::max<std::int64_t>(0, periods_.indexNotBehind(dayOf(from)) - margin);
+    const bool isEveryDay = filter_.admitsEveryDay() && positions_.empty();
+    for (std::int64_t index = output_.isCounted() ? 0 : shown;; ++index) {
+      if (isEveryDay && index > 0 && index < shown) {
+        if (!output_.skip((shown - index) * std::ssize(times_))) return;
+        index = shown;
+      }
+      const auto span = periods_.at(index);
+      if (!span || (span->first - margin) * kSecondsPerDay >= output_.end()) return;
+      if (!budget_.take(1 + (span->behind - span->first) / 8) || !walkPeriod(*span)) return;
+    }
+  }
+
+ private:
+  bool walkPeriod(const DaySpan& span) {
+    findDays(span);
+    if (!positions_.empty()) return emitPositions({days_, times_}, positions_, output_);
+    return std::all_of(days_.begin(), days_.end(),
+                       [this](std::int64_t day) { return emitDay(day, times_, output_, budget_); });
+  }
+
+  void findDays(const DaySpan& span) {
+    days_.clear();
+    for (std::int64_t day = span.first; day < span.behind; ++day) {
+      day = filter_.skippingMonth(day);
+      if (day < span.behind && filter_.admits(day)) days_.push_back(day);
+    }
+    if (skipped_.mayOccur()) addSkippedDays(span);
+  }
+
+  // What has moved may meet what is there already, also of the period before.
+  void addSkippedDays(const DaySpan& span) {
+    const auto skipped = skipped_.of(span.first, span.behind);
+    days_.insert(days_.end(), skipped.begin(), skipped.end());
+    std::sort(days_.begin(), days_.end());
+    days_.erase(std::unique(days_.begin(), days_.end()), days_.end());
+    std::erase_if(days_, [this](std::int64_t day) { return day <= lastDay_; });
+    if (!days_.empty()) lastDay_ = days_.back();
+  }
+
+  const std::vector<int>& positions_;
+  RuleOutput& output_;
+  StepBudget& budget_;
+  DayFilter filter_;
+  SkippedDays skipped_;
+  Periods periods_;
+  std::vector<int> times_;
+  std::vector<std::int64_t> days_;  // of the period at hand, ascending
+  std::int64_t lastDay_ = dayOf(kFirstTime) - 2;
+};
+
 }  // namespace
 
 void expandByDays(const RecurrenceRule& rule, WallTime start, RuleOutput& output,
                   StepBudget& budget) {
-  const std::int64_t startDay = dayOf(start);
-  const DayFilter filter(rule, startDay);
-  const Periods periods(rule, startDay);
-  const std::vector<int> times = timesOfDay(rule, secondOfDay(start));
-  std::vector<std::int64_t> days;
-  const std::int64_t firstShown = periods.indexNotBehind(dayOf(std::max(output.from(), start)));
-  const bool isEveryDay = filter.admitsEveryDay() && rule.bySetPosition.empty();
-  std::int64_t index = output.isCounted() ? 0 : firstShown;
-  for (;; ++index) {
-    if (isEveryDay && index > 0 && index < firstShown) {
-      if (!output.skip((firstShown - index) * std::ssize(times))) return;
-      index = firstShown;
-    }
-    const auto span = periods.at(index);
-    if (!span || span->first * kSecondsPerDay >= output.end()) return;
-    if (!budget.take(1 + (span->behind - span->first) / 8)) return;
-    days.clear();
-    for (std::int64_t day = span->first; day < span->behind; ++day) {
-      day = filter.skippingMonth(day);
-      if (day < span->behind && filter.admits(day)) days.push_back(day);
-    }
-    if (!rule.bySetPosition.empty()) {
-      if (!emitPositions({days, times}, rule.bySetPosition, output)) return;
-      continue;
-    }
-    for (const std::int64_t day : days) {
-      if (!emitDay(day, times, output, budget)) return;
-    }
-  }
+  DaySeries(rule, start, output, budget).walk();
 }
 
 }  // namespace orvane::ical

@@ -1,11 +1,13 @@
 #include "linux/reader/recurrence_rule.h"
 
 #include <libical/ical.h>
-#include <strings.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
+
+#include "linux/reader/content_lines.h"
 
 namespace orvane::ical {
 
@@ -70,35 +72,57 @@ std::optional<Frequency> frequencyOf(icalrecurrencetype_frequency frequency) {
   return std::nullopt;
 }
 
-// The value of a number part as written; the library keeps INTERVAL in 16 bits and COUNT in 32.
-std::int64_t numberPart(const std::string& text, const char* name, std::int64_t absent) {
-  const std::size_t size = std::char_traits<char>::length(name);
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find(';', at), text.size());
-    if (end - at > size && text[at + size] == '=' &&
-        strncasecmp(text.c_str() + at, name, size) == 0) {
-      return std::strtoll(text.c_str() + at + size + 1, nullptr, 10);
-    }
-    at = end + 1;
+// "INTERVAL=2" in its halves, which need not be there.
+struct RulePart {
+  std::string_view name, value;
+};
+
+std::vector<RulePart> partsOf(std::string_view text) {
+  std::vector<RulePart> parts;
+  while (!text.empty()) {
+    const std::string_view part = text.substr(0, text.find(';'));
+    text.remove_prefix(std::min(part.size() + 1, text.size()));
+    const std::size_t equals = std::min(part.find('='), part.size());
+    parts.push_back({part.substr(0, equals), part.substr(std::min(equals + 1, part.size()))});
   }
-  return absent;
+  return parts;
 }
 
-// The rule without INTERVAL and COUNT, which would make the library refuse large ones.
-std::string withoutNumberParts(const std::string& text) {
-  std::string kept;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find(';', at), text.size());
-    const char* part = text.c_str() + at;
-    const bool isNumber =
-        strncasecmp(part, "INTERVAL=", 9) == 0 || strncasecmp(part, "COUNT=", 6) == 0;
-    if (!isNumber && end > at) {
-      if (!kept.empty()) kept += ';';
-      kept.append(text, at, end - at);
-    }
-    at = end + 1;
+std::string_view valueOf(const std::vector<RulePart>& parts, std::string_view name) {
+  for (const RulePart& part : parts) {
+    if (equalsIgnoringCase(part.name, name)) return part.value;
   }
-  return kept;
+  return {};
+}
+
+std::int64_t numberOf(const std::vector<RulePart>& parts, std::string_view name,
+                      std::int64_t absent) {
+  const std::string text(valueOf(parts, name));
+  return text.empty() ? absent : std::strtoll(text.c_str(), nullptr, 10);
+}
+
+// What the library keeps INTERVAL and COUNT in is too small for large ones, and it knows RSCALE and
+// SKIP only where it was built so.
+bool isReadHere(std::string_view name) {
+  return equalsIgnoringCase(name, "INTERVAL") || equalsIgnoringCase(name, "COUNT") ||
+         equalsIgnoringCase(name, "RSCALE") || equalsIgnoringCase(name, "SKIP");
+}
+
+std::string textForLibrary(const std::vector<RulePart>& parts) {
+  std::string text;
+  for (const RulePart& part : parts) {
+    if (part.name.empty() || isReadHere(part.name)) continue;
+    if (!text.empty()) text += ';';
+    text.append(part.name).append("=").append(part.value);
+  }
+  return text;
+}
+
+RecurrenceRule::Skip skipOf(const std::vector<RulePart>& parts) {
+  const std::string_view value = valueOf(parts, "SKIP");
+  if (equalsIgnoringCase(value, "BACKWARD")) return RecurrenceRule::Skip::backward;
+  if (equalsIgnoringCase(value, "FORWARD")) return RecurrenceRule::Skip::forward;
+  return RecurrenceRule::Skip::omit;
 }
 
 RecurrenceRule converted(const icalrecurrencetype& parsed, Frequency frequency) {
@@ -123,18 +147,19 @@ RecurrenceRule converted(const icalrecurrencetype& parsed, Frequency frequency) 
 
 std::optional<RecurrenceRule> parseRecurrenceRule(const std::string& text) {
   icalerror_set_errors_are_fatal(0);
+  const auto parts = partsOf(text);
+  const std::string_view calendar = valueOf(parts, "RSCALE");
+  if (!calendar.empty() && !equalsIgnoringCase(calendar, "GREGORIAN")) return std::nullopt;
   // The parsed rule is several kilobytes large and owns a text.
   auto parsed = std::make_unique<icalrecurrencetype>(
-      icalrecurrencetype_from_string(withoutNumberParts(text).c_str()));
-  const auto frequency = frequencyOf(parsed->freq);
-  const bool isGregorian = !parsed->rscale || strcasecmp(parsed->rscale, "GREGORIAN") == 0;
+      icalrecurrencetype_from_string(textForLibrary(parts).c_str()));
   std::optional<RecurrenceRule> rule;
-  if (frequency && isGregorian) {
+  if (const auto frequency = frequencyOf(parsed->freq)) {
     rule = converted(*parsed, *frequency);
-    const std::int64_t interval = numberPart(text, "INTERVAL", 1);
-    const std::int64_t count = numberPart(text, "COUNT", 0);
+    const std::int64_t interval = numberOf(parts, "INTERVAL", 1);
     rule->interval = static_cast<int>(std::clamp<std::int64_t>(interval, 1, 1'000'000'000));
-    rule->count = std::clamp<std::int64_t>(count, 0, 1'000'000'000'000);
+    rule->count = std::clamp<std::int64_t>(numberOf(parts, "COUNT", 0), 0, 1'000'000'000'000);
+    rule->skip = skipOf(parts);
   }
   icalrecurrencetype_clear(parsed.get());
   return rule;

@@ -23,11 +23,15 @@ struct RecurrenceRule {
     bool isUtc = false;
   };
 
+  // What becomes of a day that does not exist in its month or year (RFC 7529 section 4.1).
+  enum class Skip { omit, backward, forward };
+
   Frequency frequency = Frequency::daily;
   int interval = 1;
   std::int64_t count = 0;  // 0 is without end
   std::optional<Until> until;
   int weekStart = 1;
+  Skip skip = Skip::omit;
   std::vector<int> bySecond, byMinute, byHour, byMonthDay, byYearDay, byWeekNumber, byMonth,
       bySetPosition;
   std::vector<WeekdayNumber> byDay;
