@@ -37,6 +37,30 @@ bool isListOfDates(std::string_view name) {
   return equalsIgnoringCase(name, "EXDATE") || equalsIgnoringCase(name, "RDATE");
 }
 
+bool isDate(std::string_view name) {
+  return isListOfDates(name) || equalsIgnoringCase(name, "DTSTART") ||
+         equalsIgnoringCase(name, "DTEND") || equalsIgnoringCase(name, "DUE") ||
+         equalsIgnoringCase(name, "RECURRENCE-ID");
+}
+
+// A zone's name that should stand in quotes and does not, as in "TZID=(UTC+01:00) Berlin, Rome",
+// would end at its first colon; it gets its quotes. Nothing when nothing is amiss.
+std::string withQuotedZone(std::string_view line) {
+  constexpr std::string_view tzid = "TZID=";
+  const std::size_t colon = line.rfind(':');
+  std::size_t begin = line.find(';');
+  while (begin < colon && !equalsIgnoringCase(line.substr(begin + 1, tzid.size()), tzid)) {
+    begin = line.find(';', begin + 1);
+  }
+  if (colon == line.npos || begin == line.npos || begin > colon) return {};
+  begin += 1 + tzid.size();
+  const std::string_view rest = line.substr(begin, colon - begin);
+  const std::string_view zone = rest.substr(0, rest.find(';'));
+  if (zone.find_first_of(":,") == zone.npos || zone.find('"') != zone.npos) return {};
+  std::string repaired(line.substr(0, begin));
+  return repaired.append("\"").append(zone).append("\"").append(line.substr(begin + zone.size()));
+}
+
 // As properties of not too many values each: of more than 500 the library drops the rest.
 std::string dividedDates(std::string_view line, std::string_view values) {
   constexpr int mostValues = 400;
@@ -62,7 +86,13 @@ ItemText reducedItemText(std::string_view text, TextEncoding encoding) {
   ContentLines lines(text);
   int depth = 0;
   while (lines.next()) {
-    const ContentLine line = splitContentLine(lines.line());
+    ContentLine line = splitContentLine(lines.line());
+    std::string_view whole = lines.line();
+    const std::string repaired = isDate(line.name) ? withQuotedZone(whole) : "";
+    if (!repaired.empty()) {
+      whole = repaired;
+      line = splitContentLine(whole);
+    }
     const bool isBegin = equalsIgnoringCase(line.name, "BEGIN");
     const bool isEnd = equalsIgnoringCase(line.name, "END");
     if (isBegin) ++depth;
@@ -71,11 +101,11 @@ ItemText reducedItemText(std::string_view text, TextEncoding encoding) {
     } else if (depth == 1 && equalsIgnoringCase(line.name, "EXRULE")) {
       reduced.excludedRules.emplace_back(line.value);
     } else if (depth == 1 && isListOfDates(line.name)) {
-      reduced.component += dividedDates(lines.line(), line.value);
+      reduced.component += dividedDates(whole, line.value);
       reduced.component += "\r\n";
     } else if (depth == 1 && (isBegin || isEnd || isWanted(line.name))) {
       const bool mayBeCut = isText(line.name);
-      reduced.component += decodedText(mayBeCut ? cutText(lines.line()) : lines.line(), encoding);
+      reduced.component += decodedText(mayBeCut ? cutText(whole) : whole, encoding);
       reduced.component += "\r\n";
     }
     if (isEnd) --depth;

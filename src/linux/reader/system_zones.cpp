@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <vector>
 
 #include "linux/reader/file_bytes.h"
@@ -86,6 +87,11 @@ void appendRule(std::vector<Zone::Change>& changes, std::string_view rule) {
   }
 }
 
+std::string zoneFolder() {
+  const char* folder = std::getenv("TZDIR");
+  return folder ? folder : "/usr/share/zoneinfo";
+}
+
 bool staysInFolder(const std::string& name) {
   return !name.empty() && name.size() < 100 && name.front() != '/' && name.front() != '.' &&
          name.find("..") == std::string::npos && name.find('\0') == std::string::npos;
@@ -107,11 +113,29 @@ std::optional<Zone> decodeCompiledZone(std::string_view bytes) {
   return Zone(offsetOfType(*block, 0), std::move(changes));
 }
 
+std::vector<std::string> systemZoneNames() {
+  namespace fs = std::filesystem;
+  constexpr std::size_t mostNames = 5'000;
+  const fs::path folder = zoneFolder();
+  std::vector<std::string> names;
+  std::error_code error;
+  for (auto entry = fs::recursive_directory_iterator(folder, error);
+       !error && entry != fs::recursive_directory_iterator() && names.size() < mostNames;
+       entry.increment(error)) {
+    const std::string name = entry->path().lexically_relative(folder).string();
+    // The same once more, with leap seconds and without.
+    const bool isAnotherSet = name == "posix" || name == "right";
+    if (isAnotherSet || entry.depth() > 3) entry.disable_recursion_pending();
+    std::error_code unknown;
+    if (!isAnotherSet && !entry->is_directory(unknown)) names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 std::optional<Zone> systemZone(const std::string& name) {
   if (!staysInFolder(name)) return std::nullopt;
-  const char* folder = std::getenv("TZDIR");
-  const std::string path = std::string(folder ? folder : "/usr/share/zoneinfo") + "/" + name;
-  const auto bytes = readRegularFile(path, kLargestZoneFile);
+  const auto bytes = readRegularFile(zoneFolder() + "/" + name, kLargestZoneFile);
   if (!bytes.text) return std::nullopt;
   return decodeCompiledZone(*bytes.text);
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "linux/reader/zone.h"
 
@@ -18,5 +19,8 @@ std::optional<Zone> decodeCompiledZone(std::string_view bytes);
 // By its IANA name, nothing when the database has none. Names that would lead out of the database's
 // folder are not names.
 std::optional<Zone> systemZone(const std::string& name);
+
+// All names that systemZone() may know, and perhaps some that it does not; in order.
+std::vector<std::string> systemZoneNames();
 
 }  // namespace orvane::ical

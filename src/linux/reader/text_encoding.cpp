@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace orvane::ical {
 
@@ -108,14 +109,44 @@ class UnfoldingCursor {
   std::size_t position_ = 0;
 };
 
+constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+
+// Whether the text begins with a few ASCII letters of two bytes each, as every calendar does.
+bool beginsAsUtf16(std::string_view bytes, bool isBigEndian) {
+  constexpr std::size_t units = 4;
+  if (bytes.size() < 2 * units) return false;
+  for (std::size_t at = 0; at < 2 * units; at += 2) {
+    const char letter = bytes[isBigEndian ? at + 1 : at], other = bytes[isBigEndian ? at : at + 1];
+    if (letter <= 0 || other != 0) return false;
+  }
+  return true;
+}
+
+// Files that were joined have the mark of each at its first line.
+std::string withoutByteOrderMarks(std::string bytes) {
+  constexpr std::string_view atLine = "\n\xef\xbb\xbf";
+  if (bytes.starts_with(kByteOrderMark)) bytes.erase(0, kByteOrderMark.size());
+  std::size_t mark = bytes.find(atLine);
+  if (mark == std::string::npos) return bytes;
+  std::string text;
+  text.reserve(bytes.size());
+  std::size_t begin = 0;
+  for (; mark != std::string::npos; mark = bytes.find(atLine, begin)) {
+    text.append(bytes, begin, mark + 1 - begin);
+    begin = mark + atLine.size();
+  }
+  return text.append(bytes, begin);
+}
+
 }  // namespace
 
 std::string asByteText(std::string bytes) {
   const std::string_view view = bytes;
-  if (view.substr(0, 3) == "\xef\xbb\xbf") return bytes.substr(3);
-  if (view.substr(0, 2) == "\xff\xfe") return fromUtf16(view.substr(2), false);
-  if (view.substr(0, 2) == "\xfe\xff") return fromUtf16(view.substr(2), true);
-  return bytes;
+  if (view.starts_with("\xff\xfe")) return fromUtf16(view.substr(2), false);
+  if (view.starts_with("\xfe\xff")) return fromUtf16(view.substr(2), true);
+  if (beginsAsUtf16(view, false)) return fromUtf16(view, false);
+  if (beginsAsUtf16(view, true)) return fromUtf16(view, true);
+  return withoutByteOrderMarks(std::move(bytes));
 }
 
 TextEncoding encodingOf(std::string_view text) {

@@ -12,7 +12,8 @@ enum class TextEncoding {
   latin1,  // in the variant of Windows, which most files mean by it
 };
 
-// The file without a byte order mark, and as bytes that contain ASCII when it is UTF-16.
+// The file without byte order marks, and as bytes that contain ASCII when it is UTF-16, with a
+// mark or without.
 std::string asByteText(std::string bytes);
 
 // A file with bad bytes in it and not one good character beyond ASCII is old Latin text; folds

@@ -2,11 +2,13 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "linux/reader/zone.h"
+#include "linux/reader/zone_index.h"
 
 namespace orvane::ical {
 
@@ -18,15 +20,22 @@ class SystemZones {
     std::string ianaName;
   };
 
-  // By an IANA name, also one at the end of a path ("/example.org/20260101/Europe/Berlin"), or a
-  // name of Windows; nullptr when it is none of them. Valid as long as this object.
+  // By an IANA name, also in other case or at the end of a path
+  // ("/example.org/20260101/Europe/Berlin"), by a name of Windows, or by one that is made to be
+  // shown, see readShownZone(); nullptr when it is none of them. Valid as long as this object.
   const NamedZone* find(const std::string& name);
 
  private:
   const NamedZone* findExactly(const std::string& ianaName);
+  const NamedZone* findInAnyCase(const std::string& name);
   const NamedZone* findAtEndOf(const std::string& path);
+  const NamedZone* findShown(const std::string& name);
+  const NamedZone* findOffset(std::int64_t offset);
+  const ZoneIndex& index();
 
   std::map<std::string, std::unique_ptr<NamedZone>> zones_;  // nullptr: there is none
+  std::map<std::string, const NamedZone*> found_;            // by whatever name
+  std::optional<ZoneIndex> index_;
 };
 
 // What the times of an item are told in.
