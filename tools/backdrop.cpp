@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 
 namespace orvane::tools {
@@ -84,6 +85,11 @@ std::variant<Picture, std::string> makeBackdrop(const std::string& background, i
     return picture;
   }
   if (background.starts_with('#')) return "\"" + background + "\" is no colour like #203040";
+  // Others, such as a pipe, might be waited for without end.
+  std::error_code unknown;
+  if (!std::filesystem::is_regular_file(background, unknown)) {
+    return "there is no picture \"" + background + "\"";
+  }
   auto read = host::readPNG(background);
   if (const auto* error = std::get_if<host::PictureError>(&read)) return error->message;
   const auto& source = std::get<Picture>(read);

@@ -1,6 +1,9 @@
 #include "snapshot.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <filesystem>
@@ -20,6 +23,7 @@
 #include "linux/defaults/user_defaults.h"
 #include "linux/locale/calendar.h"
 #include "linux/locale/locale.h"
+#include "linux/locale/locale_name.h"
 #include "linux/mainloop/main_loop.h"
 #include "linux/paint/fonts.h"
 #include "linux/paint/painter.h"
@@ -48,7 +52,7 @@ std::optional<Outcome> problemOfRegion(const SnapshotOptions& options) {
   if (options.timeZone && !host::isTimeZone(*options.timeZone)) {
     return wrong("--timezone: there is no time zone \"" + *options.timeZone + "\"");
   }
-  if (options.locale && !host::isLocale(*options.locale)) {
+  if (options.locale && !host::knownLocaleName(*options.locale)) {
     return wrong("--locale: there is no locale \"" + *options.locale + "\"");
   }
   return std::nullopt;
@@ -71,9 +75,28 @@ std::vector<std::string> absolutePaths(const std::vector<std::string>& folders) 
 }
 
 std::string languageOf(const SnapshotOptions& options) {
-  auto language = options.locale.value_or("").substr(0, options.locale.value_or("").find('.'));
+  const auto name = options.locale ? host::knownLocaleName(*options.locale) : std::nullopt;
+  auto language = name.value_or("");
   std::replace(language.begin(), language.end(), '_', '-');
   return language;
+}
+
+// Found before anything is read, so that nobody waits for a picture that goes nowhere.
+std::optional<Outcome> problemOfResults(const SnapshotOptions& options) {
+  const auto isWritable = [](const std::optional<std::string>& path) {
+    if (!path || access(path->c_str(), W_OK) == 0) {
+      return !path || !std::filesystem::is_directory(*path);
+    }
+    const auto folder = std::filesystem::absolute(*path).parent_path();
+    return errno == ENOENT && access(folder.c_str(), W_OK | X_OK) == 0;
+  };
+  if (!isWritable(options.dumpPath)) {
+    return wrong("--dump: cannot write \"" + *options.dumpPath + "\"");
+  }
+  if (!isWritable(options.picturePath)) {
+    return wrong("--out: cannot write \"" + *options.picturePath + "\"");
+  }
+  return std::nullopt;
 }
 
 bool writeText(const std::string& text, const std::string& path) {
@@ -106,9 +129,8 @@ class Snapshot {
     for (const auto& setting : options_.settings) {
       if (const auto problem = assign(*settings_, setting)) return wrong("--set: " + *problem);
     }
-    const int width = static_cast<int>(std::lround(options_.size.width * options_.scale));
-    const int height = static_cast<int>(std::lround(options_.size.height * options_.scale));
-    auto backdrop = makeBackdrop(options_.background, width, height);
+    auto backdrop = makeBackdrop(options_.background, pixels(options_.size.width),
+                                 pixels(options_.size.height));
     if (const auto* problem = std::get_if<std::string>(&backdrop)) {
       return wrong("--background: " + *problem);
     }
@@ -117,6 +139,12 @@ class Snapshot {
   }
 
  private:
+  // At least one; and no more where nobody wants a picture.
+  [[nodiscard]] int pixels(double points) const {
+    if (!options_.picturePath) return 1;
+    return std::max(1, static_cast<int>(std::lround(points * options_.scale)));
+  }
+
   std::shared_ptr<EKEventStore> makeStore(const std::string& readerPath) {
     host::FolderOptions folders;
     folders.roots = absolutePaths(options_.calendars);
@@ -154,7 +182,7 @@ class Snapshot {
 
     if (options_.dumpPath &&
         !writeText(dumpText(now_, *manager_, scene.layout()), *options_.dumpPath)) {
-      return {failed, "--dump: cannot write \"" + *options_.dumpPath + "\""};
+      return wrong("--dump: cannot write \"" + *options_.dumpPath + "\"");
     }
     if (!options_.picturePath) return {};
     host::Picture picture(backdrop.width, backdrop.height);
@@ -163,7 +191,7 @@ class Snapshot {
         ->paint(scene.list(), {picture.buffer(), options_.scale, {}, &behind},
                 {{0, 0, picture.width, picture.height}});
     const auto error = host::writePNG(picture, *options_.picturePath);
-    return error ? Outcome{failed, "--out: " + error->message} : Outcome{};
+    return error ? wrong("--out: " + error->message) : Outcome{};
   }
 
   const SnapshotOptions& options_;
@@ -185,6 +213,7 @@ class Snapshot {
 Outcome takeSnapshot(const SnapshotOptions& options, const std::string& readerPath) {
   if (auto problem = problemOfRegion(options)) return *problem;
   if (auto problem = problemOfFolders(options)) return *problem;
+  if (auto problem = problemOfResults(options)) return *problem;
   auto region = regionOf(options);
   const auto now = host::makeCalendar(region)->date(options.now);
   if (!now) return wrong("--now: there is no such date");

@@ -12,7 +12,6 @@ struct Outcome {
   std::string message;
 };
 
-inline constexpr int failed = 1;
 inline constexpr int wrongArgument = 2;
 
 // Runs the pipeline once. `readerPath` is the program that reads iCalendar files.

@@ -14,6 +14,8 @@ constexpr double largestSize = 16384;
 constexpr double largestScale = 8;
 // Pictures of more pixels than cairo can address are refused before anything is read.
 constexpr double mostPixelsAcross = 32767;
+// Of all its pixels: a little more than 7680x4320 at scale 2.
+constexpr double mostPixels = 134'217'728;
 
 using Problem = std::optional<std::string>;
 
@@ -142,7 +144,10 @@ Problem missingPart(const SnapshotOptions& options) {
   if (options.calendars.empty()) return "--calendars is missing";
   if (!options.now.year) return "--now is missing";
   const double longest = std::max(options.size.width, options.size.height) * options.scale;
-  if (longest > mostPixelsAcross) return "--size and --scale make too large a picture";
+  const double pixels = options.size.width * options.size.height * options.scale * options.scale;
+  if (options.picturePath && (longest > mostPixelsAcross || pixels > mostPixels)) {
+    return "--size and --scale make too large a picture";
+  }
   return std::nullopt;
 }
 

@@ -21,8 +21,8 @@ Date systemNow() {
 }
 
 icu::Locale localeOf(const Region& region) {
-  const auto name =
-      region.locale && isLocale(*region.locale) ? *region.locale : systemLocaleName(region.system);
+  const auto given = region.locale ? knownLocaleName(*region.locale) : std::nullopt;
+  const auto name = given ? *given : systemLocaleName(region.system);
   return icu::Locale::createCanonical(name.c_str());
 }
 

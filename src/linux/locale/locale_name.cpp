@@ -1,5 +1,6 @@
 #include "linux/locale/locale_name.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -12,7 +13,8 @@ struct PosixName {
   std::string_view language, territory, modifier;
 };
 
-// language[_territory][.codeset][@modifier]
+// language[_script][_territory][.codeset][@modifier], as POSIX and ICU write it; with hyphens it is
+// a language tag.
 PosixName split(std::string_view name) {
   PosixName parts;
   if (const auto at = name.find('@'); at != name.npos) {
@@ -24,6 +26,20 @@ PosixName split(std::string_view name) {
   parts.language = name.substr(0, underscore);
   if (underscore != name.npos) parts.territory = name.substr(underscore + 1);
   return parts;
+}
+
+bool isPlain(std::string_view language) {
+  std::string name(language);
+  for (char& letter : name) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - ('a' - 'A'));
+  }
+  return name.empty() || name == "C" || name == "POSIX";
+}
+
+// ICU's own way to say more: "de_DE@calendar=gregorian", "de-DE-u-hc-h12".
+bool hasKeywords(std::string_view name) {
+  const auto at = name.find('@');
+  return (at != name.npos && name.find('=', at) != name.npos) || name.find("-u-") != name.npos;
 }
 
 std::string_view scriptOf(std::string_view modifier) {
@@ -41,23 +57,30 @@ std::string_view scriptOf(std::string_view modifier) {
 
 std::string icuLocaleName(std::string_view posixName) {
   const auto parts = split(posixName);
-  if (parts.language.empty() || parts.language == "C" || parts.language == "POSIX") return kPlain;
+  if (isPlain(parts.language)) return kPlain;
+  if (hasKeywords(posixName)) return std::string(posixName);
   std::string name(parts.language);
   const auto script = scriptOf(parts.modifier);
   if (!script.empty()) name.append("_").append(script);
   if (!parts.territory.empty()) name.append("_").append(parts.territory);
+  std::replace(name.begin(), name.end(), '-', '_');
   if (parts.modifier == "valencia") {
     name.append(parts.territory.empty() ? "__VALENCIA" : "_VALENCIA");
   }
   return name;
 }
 
+std::optional<std::string> knownLocaleName(std::string_view name) {
+  if (name.empty()) return std::nullopt;
+  auto icuName = icuLocaleName(name);
+  return isLocale(icuName) ? std::optional(std::move(icuName)) : std::nullopt;
+}
+
 std::string systemLocaleName(const SystemPlaces& places) {
   for (const char* variable : {"LC_ALL", "LC_TIME", "LANG"}) {
     const auto value = places.environment(variable);
     if (!value || value->empty()) continue;
-    auto name = icuLocaleName(*value);
-    return isLocale(name) ? name : kPlain;
+    return knownLocaleName(*value).value_or(kPlain);
   }
   return kPlain;
 }

@@ -33,7 +33,7 @@ struct SystemPlaces {
 // What a calendar and a locale go by. Whatever is left out follows the system.
 struct Region {
   std::optional<std::string> timeZone;  // an IANA name; must satisfy isTimeZone()
-  std::optional<std::string> locale;    // "de_DE", "sr_Latn_RS"; must satisfy isLocale()
+  std::optional<std::string> locale;    // "de_DE", "sr_RS@latin", "C"; see knownLocaleName()
   std::function<Date()> now;            // the system's clock when left empty; any thread
   SystemPlaces system;
 };

@@ -11,7 +11,7 @@ namespace orvane::host {
 namespace {
 
 TEST(LocaleName, TranslatesPosixNames) {
-  constexpr std::array<std::pair<const char*, const char*>, 14> kNames{{
+  constexpr std::array<std::pair<const char*, const char*>, 24> kNames{{
       {"de_DE.UTF-8", "de_DE"},
       {"de_DE", "de_DE"},
       {"de", "de"},
@@ -26,6 +26,16 @@ TEST(LocaleName, TranslatesPosixNames) {
       {"POSIX", "en_US"},
       {"", "en_US"},
       {"@latin", "en_US"},
+      {"c", "en_US"},
+      {"posix", "en_US"},
+      {"en_US_POSIX", "en_US_POSIX"},
+      {"zh_Hant_TW", "zh_Hant_TW"},
+      {"zh-Hant-TW", "zh_Hant_TW"},
+      {"zh_TW.Big5", "zh_TW"},
+      {"pt-BR", "pt_BR"},
+      {"sr_Latn_RS", "sr_Latn_RS"},
+      {"de_DE@calendar=gregorian", "de_DE@calendar=gregorian"},
+      {"en-US-u-hc-h23", "en-US-u-hc-h23"},
   }};
   for (const auto& [posix, icu] : kNames) EXPECT_EQ(icuLocaleName(posix), icu) << posix;
 }
@@ -48,6 +58,17 @@ TEST(LocaleName, WithoutTextsForTheLanguageItIsEnglish) {
   for (const char* name : {"tlh_AQ.UTF-8", "xx_YY", "....", "12_34", "a_very_long_name_indeed"}) {
     system.environment["LC_ALL"] = name;
     EXPECT_EQ(systemLocaleName(system.places()), "en_US") << name;
+  }
+}
+
+TEST(LocaleName, IsKnownHoweverItIsSpelled) {
+  for (const char* name : {"C", "POSIX", "C.UTF-8", "en_US.utf8", "de_DE.UTF-8", "sr_RS@latin",
+                           "zh_Hant_TW", "zh-Hant-TW", "zh_TW.Big5", "ca_ES@valencia", "iw_IL",
+                           "de_DE@euro", "en-US-u-hc-h23", "nb_NO", "pt-BR", "DE_de"}) {
+    EXPECT_TRUE(knownLocaleName(name)) << name;
+  }
+  for (const char* name : {"", "xx_YY", "xx_YY.UTF-8", "12_34", "tlh"}) {
+    EXPECT_FALSE(knownLocaleName(name)) << name;
   }
 }
 
