@@ -295,8 +295,7 @@ TEST_F(SnapshotProgramTest, ReadsOnlyTheFoldersItWasGivenAndWritesNothing) {
                             "data/calendars", "data/khal/calendars", "data/vdirsyncer/calendars"}) {
     writeEvent("../home/" + std::string(place) + "/private/a.ics", "Private", "20261120T110000Z");
   }
-  for (const char* place : {".config/orvane/settings.json", "config/orvane/settings.json",
-                            "config/orvane/defaults.json", "config/orvane/user-defaults.json"}) {
+  for (const char* place : {".config/orvane/defaults.json", "config/orvane/defaults.json"}) {
     write("../home/" + std::string(place),
           R"({"DashboardSettings.themeMode": "light", "DashboardSettings.focusMode": true})");
   }
