@@ -65,7 +65,7 @@ const SystemZones::NamedZone* SystemZones::findAtEndOf(const std::string& path) 
 }
 
 const SystemZones::NamedZone* SystemZones::findOffset(std::int64_t offset) {
-  std::array<char, 16> name{};
+  std::array<char, 32> name{};
   const auto minutes = static_cast<int>(std::abs(offset) / 60);
   std::snprintf(name.data(), name.size(), "GMT%c%02d:%02d", offset < 0 ? '-' : '+', minutes / 60,
                 minutes % 60);
