@@ -20,11 +20,13 @@ packages_test=(
   xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
   libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
   gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf
+  kwin-wayland libkf5screen-bin dbus-daemon python3-gi gir1.2-glib-2.0
   util-linux procps python3
 )
 
 # The desktops of the matrix, beside those that the other tests start.
 packages_desktops=(
+  plasma-workspace plasma-desktop kactivitymanagerd qtwayland5 libkf5globalaccel-bin
   openbox pcmanfm picom feh i3-wm marco caja muffin dconf-cli libglib2.0-bin
 )
 

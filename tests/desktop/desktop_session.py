@@ -188,6 +188,7 @@ class DesktopSession:
 
     def ask(self, *command):
         """Runs a command to its end and answers what it wrote."""
+        command = (self._within_reach(command[0]),) + command[1:]
         done = subprocess.run(
             self._as_user + list(command),
             stdin=subprocess.DEVNULL,

@@ -21,6 +21,8 @@ endif()
 
 if(ORVANE_WAYLAND)
   matrix_row(sway sway_rows.py desktop)
+  matrix_row(kwin kwin_rows.py desktop)
+  matrix_row(kwin-plasma kwin_rows.py)
 endif()
 
 # The checks themselves are tried on a desktop of paper.

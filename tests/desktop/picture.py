@@ -37,6 +37,17 @@ class Picture:
                 rows.append(row or bytes(3 * it.width))
         return Picture(self.width + other.width, height, b"".join(rows))
 
+    @classmethod
+    def from_bgrx(cls, width, height, stride, content):
+        """Of rows of four bytes a pixel: blue, green, red and one that does not count."""
+        rows = []
+        for y in range(height):
+            row = content[y * stride : y * stride + 4 * width]
+            plain = bytearray(3 * width)
+            plain[0::3], plain[1::3], plain[2::3] = row[2::4], row[1::4], row[0::4]
+            rows.append(bytes(plain))
+        return cls(width, height, b"".join(rows))
+
     def pixel(self, x, y):
         start = 3 * (y * self.width + x)
         return tuple(self._data[start : start + 3])

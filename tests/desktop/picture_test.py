@@ -26,6 +26,12 @@ class Pictures(unittest.TestCase):
         self.assertEqual(picture.pixel(0, 0), (10, 1, 2))
         self.assertEqual(picture.pixel(1, 0), (3, 4, 5))
 
+    def are_read_from_rows_with_padding(self):
+        rows = b"\x01\x02\x03\xff" + b"\x04\x05\x06\xff" + b"pads"
+        picture = Picture.from_bgrx(2, 2, 12, rows + rows)
+        for y in (0, 1):
+            self.assertEqual([picture.pixel(x, y) for x in (0, 1)], [(3, 2, 1), (6, 5, 4)])
+
     def are_cut_and_joined(self):
         picture = painted(4, 3, [(2, 1)])
         part = picture.cropped(1, 1, 2, 1)

@@ -5,22 +5,28 @@ target_include_directories(wayland_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
 
 find_package(PkgConfig REQUIRED)
 pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
-set(pointer_protocol "${CMAKE_CURRENT_SOURCE_DIR}/protocol/wlr-virtual-pointer-unstable-v1.xml")
-set(pointer_base "${CMAKE_CURRENT_BINARY_DIR}/protocol/wlr-virtual-pointer-unstable-v1")
-add_custom_command(
-  OUTPUT "${pointer_base}-client.h" "${pointer_base}.c"
-  COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/protocol"
-  COMMAND ${WAYLAND_SCANNER} client-header "${pointer_protocol}" "${pointer_base}-client.h"
-  COMMAND ${WAYLAND_SCANNER} private-code "${pointer_protocol}" "${pointer_base}.c"
-  DEPENDS "${pointer_protocol}"
-  VERBATIM)
-add_library(desktop_protocols STATIC "${pointer_base}.c" "${pointer_base}-client.h")
+set(input_protocols "")
+foreach(name wlr-virtual-pointer-unstable-v1 kwin-fake-input)
+  set(protocol "${CMAKE_CURRENT_SOURCE_DIR}/protocol/${name}.xml")
+  set(base "${CMAKE_CURRENT_BINARY_DIR}/protocol/${name}")
+  add_custom_command(
+    OUTPUT "${base}-client.h" "${base}.c"
+    COMMAND ${CMAKE_COMMAND} -E make_directory "${CMAKE_CURRENT_BINARY_DIR}/protocol"
+    COMMAND ${WAYLAND_SCANNER} client-header "${protocol}" "${base}-client.h"
+    COMMAND ${WAYLAND_SCANNER} private-code "${protocol}" "${base}.c"
+    DEPENDS "${protocol}"
+    VERBATIM)
+  list(APPEND input_protocols "${base}.c" "${base}-client.h")
+endforeach()
+add_library(desktop_protocols STATIC ${input_protocols})
 target_include_directories(desktop_protocols SYSTEM PUBLIC "${CMAKE_CURRENT_BINARY_DIR}/protocol")
 target_link_libraries(desktop_protocols PUBLIC orvane_wayland_protocols)
 
 add_executable(sway_client sway_client.cpp)
 target_link_libraries(sway_client PRIVATE orvane_common desktop_protocols)
-set_target_properties(wayland_probe sway_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+add_executable(kwin_input kwin_input.cpp)
+target_link_libraries(kwin_input PRIVATE orvane_common desktop_protocols)
+set_target_properties(wayland_probe sway_client kwin_input PROPERTIES RUNTIME_OUTPUT_DIRECTORY
                       "${CMAKE_BINARY_DIR}/tests")
 
 # sway_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest. What measures
@@ -76,7 +82,7 @@ sway_test(${script} Loss is_survived_with_the_agenda_of_the_time
 set_tests_properties(sway.Loss.is_survived_twenty_times_in_a_row sway.Loss.ends_after_a_minute
                      PROPERTIES TIMEOUT 300)
 
-sway_test(picture_test.py Pictures are_read_from_a_file are_cut_and_joined
+sway_test(picture_test.py Pictures are_read_from_a_file are_read_from_rows_with_padding are_cut_and_joined
           are_kept_as_png count_a_color_within_a_rectangle
           tell_where_they_differ)
 sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach

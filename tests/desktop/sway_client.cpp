@@ -1,6 +1,7 @@
 // A neighbour of the board on a Wayland desktop: one surface of one colour, either the desktop's
-// background (`sway_client background OUTPUT RRGGBB`) or an ordinary window (`sway_client window
-// TITLE RRGGBB`). It prints "ready" when it is on the screen and a line for each pointer event that
+// background (`sway_client background OUTPUT RRGGBB`, or `stripes`, every other eight pixels of
+// which are black) or an ordinary window (`sway_client window TITLE RRGGBB`, or `maximized`). It
+// prints "ready" when it is on the screen and a line for each event of pointer and keyboard that
 // reaches it, and runs until it is told to end. With it comes a pointer, which a display server
 // without devices lacks.
 #include <sys/mman.h>
@@ -13,7 +14,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <string>
 
@@ -30,6 +30,7 @@ struct Client {
   wl_shm* shm = nullptr;
   wl_seat* seat = nullptr;
   wl_pointer* pointer = nullptr;
+  wl_keyboard* keyboard = nullptr;
   zwlr_virtual_pointer_manager_v1* pointerMaker = nullptr;
   zwlr_layer_shell_v1* layerShell = nullptr;
   xdg_wm_base* shell = nullptr;
@@ -38,6 +39,7 @@ struct Client {
   std::uint32_t color = 0;
   WindowSize windowSize;
   bool shown = false;
+  bool striped = false;
 };
 
 Client& of(void* it) { return *static_cast<Client*>(it); }
@@ -82,6 +84,25 @@ void listenToPointer(Client& client) {
   wl_pointer_add_listener(client.pointer, &listener, &client);
 }
 
+// ---- Keyboard
+
+const wl_keyboard_listener keyboardListener = {
+    [](void*, wl_keyboard*, std::uint32_t, std::int32_t keymap, std::uint32_t) { close(keymap); },
+    [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) { std::puts("focused"); },
+    [](void*, wl_keyboard*, std::uint32_t, wl_surface*) { std::puts("unfocused"); },
+    [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t state) {
+      if (state == WL_KEYBOARD_KEY_STATE_PRESSED) std::puts("key");
+    },
+    [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t,
+       std::uint32_t) {},
+    [](void*, wl_keyboard*, std::int32_t, std::int32_t) {},
+};
+
+void listenToKeyboard(Client& client) {
+  client.keyboard = wl_seat_get_keyboard(client.seat);
+  wl_keyboard_add_listener(client.keyboard, &keyboardListener, &client);
+}
+
 const wl_seat_listener seatListener = {
     [](void* it, wl_seat*, std::uint32_t capabilities) {
       Client& client = of(it);
@@ -91,6 +112,8 @@ const wl_seat_listener seatListener = {
         wl_pointer_destroy(client.pointer);
         client.pointer = nullptr;
       }
+      const bool types = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
+      if (types && !client.keyboard) listenToKeyboard(client);
     },
     [](void*, wl_seat*, const char*) {},
 };
@@ -151,7 +174,10 @@ wl_buffer* makeBuffer(const Client& client, int width, int height) {
       mmap(nullptr, static_cast<std::size_t>(bytes), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
   if (memory == MAP_FAILED) fail("no memory");
   auto* pixels = static_cast<std::uint32_t*>(memory);
-  for (int i = 0; i < width * height; ++i) pixels[i] = client.color;
+  for (int i = 0; i < width * height; ++i) {
+    const bool black = client.striped && i % width / 8 % 2 == 1;
+    pixels[i] = black ? 0xff000000U : client.color;
+  }
   wl_shm_pool* pool = wl_shm_create_pool(client.shm, fd, bytes);
   wl_buffer* buffer =
       wl_shm_pool_create_buffer(pool, 0, width, height, 4 * width, WL_SHM_FORMAT_XRGB8888);
@@ -208,7 +234,7 @@ const xdg_surface_listener surfaceListener = {
       show(of(it), of(it).windowSize.width, of(it).windowSize.height);
     }};
 
-void becomeWindow(Client& client, const std::string& title) {
+void becomeWindow(Client& client, const std::string& title, bool maximized) {
   if (!client.shell) fail("no shell for windows");
   auto* surface = xdg_wm_base_get_xdg_surface(client.shell, client.surface);
   xdg_surface_add_listener(surface, &surfaceListener, &client);
@@ -217,12 +243,14 @@ void becomeWindow(Client& client, const std::string& title) {
   xdg_toplevel_add_listener(toplevel, &toplevelListener, &client);
   xdg_toplevel_set_title(toplevel, title.c_str());
   xdg_toplevel_set_app_id(toplevel, "neighbour");
+  if (maximized) xdg_toplevel_set_maximized(toplevel);
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count != 4) fail("usage: sway_client background|window NAME RRGGBB");
+  if (count != 4) fail("usage: sway_client background|stripes|window|maximized NAME RRGGBB");
+  const std::string kind = arguments[1];
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
   Client client;
   client.color = 0xff000000U | static_cast<std::uint32_t>(std::strtoul(arguments[3], nullptr, 16));
@@ -237,10 +265,11 @@ int main(int count, char** arguments) {
   if (client.pointerMaker) {
     zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointerMaker, nullptr);
   }
-  if (std::strcmp(arguments[1], "background") == 0) {
+  client.striped = kind == "stripes";
+  if (client.striped || kind == "background") {
     becomeBackground(client, arguments[2]);
   } else {
-    becomeWindow(client, arguments[2]);
+    becomeWindow(client, arguments[2], kind == "maximized");
   }
   wl_surface_commit(client.surface);
   while (wl_display_dispatch(client.display) >= 0) {

@@ -60,10 +60,12 @@ def is_covered_by_an_ordinary_window(trial):
 @check("press_key", "open_window", **ALL_SCREENS)
 def takes_neither_focus_nor_keys(trial):
     with trial.with_window(trial.main) as window:
+        last = trial.screens[-1]
         trial.end()
+        if last is not trial.main:
+            eventually("the first one is gone", lambda: trial.is_absent(last))
         trial.running = trial.row.start_board()
         # There again, with its calendars read, it would have what it wants.
-        last = trial.screens[-1]
         if last is not trial.main:
             trial.see(last, "behind a window elsewhere")
         else:

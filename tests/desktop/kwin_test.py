@@ -1,0 +1,195 @@
+"""What is particular about KWin: its scales, its order of outputs, outputs that show the same, and
+the blur behind glass; and the program on outputs that change."""
+
+import re
+import unittest
+
+from desktop_session import eventually, program, run_tests
+from kwin_session import BACKGROUND, KWinSession
+from sway_probe_test import DIGITS, PANEL, PANEL_BOX, shown_time
+from sway_program_test import set_defaults
+
+SIZE = (1920, 1080)
+SCALES = (1, 1.25, 1.5, 2)
+# What the program shows as long as there are no calendars: two columns of glass.
+ON_THE_GLASS = (300, 60)
+# How wide the stripes of a striped background are.
+STRIPE = 8
+
+
+def rounded(length, scale):
+    return int(length * scale + 0.5)
+
+
+def shows_panel(picture, scale):
+    """Of its own colours alone: edges that are not on pixels would have mixed ones."""
+    left, top, right, bottom = (rounded(edge, scale) for edge in PANEL_BOX)
+    mixed = [
+        (x, y)
+        for x in range(left, right)
+        for y in (top, bottom - 1)
+        if picture.pixel(x, y) != PANEL
+    ]
+    outside = [(x, y) for x in range(left - 1, right + 1) for y in (top - 1, bottom)]
+    outside += [(x, y) for y in range(top - 1, bottom + 1) for x in (left - 1, right)]
+    return not mixed and all(picture.pixel(*place) == BACKGROUND for place in outside)
+
+
+def digit_edges_are_sharp(picture, scale):
+    """From left to right through the digits there is the panel's blue or a digit's grey."""
+    y = rounded(100, scale)
+    seen = [picture.pixel(x, y) for x in range(rounded(DIGITS[0], scale), rounded(DIGITS[-1], scale))]
+    return all(color == PANEL or len(set(color)) == 1 for color in seen)
+
+
+class Scales(unittest.TestCase):
+    def begin(self, kwin):
+        kwin.background()
+        probe = kwin.start(program("tests", "wayland_probe"), environment={"WAYLAND_DEBUG": "client"})
+        return probe
+
+    def see(self, kwin, scale):
+        def look():
+            picture = kwin.picture()
+            return picture if shows_panel(picture, scale) else None
+
+        picture = eventually("the board is sharp at scale %s" % scale, look)
+        self.assertTrue(digit_edges_are_sharp(picture, scale))
+        self.assertIsNotNone(shown_time(picture, scale))
+
+    def assert_buffer_fits(self, probe, scale):
+        buffers = re.findall(r"create_buffer\(new id \S+, \d+, (\d+), (\d+),", probe.output)
+        views = re.findall(r"set_destination\((\d+), (\d+)\)", probe.output)
+        width, height = (int(it) for it in views[-1])
+        self.assertEqual((width, height), (360, 120))
+        expected = (str(rounded(width, scale)), str(rounded(height, scale)))
+        self.assertEqual(buffers[-1], expected)
+
+    def draw_one_pixel_for_each_of_the_output(self):
+        for scale in SCALES:
+            with self.subTest(scale=scale), KWinSession(scale=scale, size=SIZE) as kwin:
+                probe = self.begin(kwin)
+                self.see(kwin, scale)
+                self.assert_buffer_fits(probe, scale)
+
+    def are_followed_while_running(self):
+        with KWinSession(size=SIZE) as kwin:
+            probe = self.begin(kwin)
+            for scale in (*SCALES, 1):
+                kwin.configure("output.Virtual-0.scale.%s" % scale)
+                self.see(kwin, scale)
+                self.assert_buffer_fits(probe, scale)
+
+
+class Outputs(unittest.TestCase):
+    def begin(self, kwin, **settings):
+        for output in ("Virtual-0", "Virtual-1"):
+            kwin.background(output)
+        set_defaults(kwin, **settings)
+        return kwin.start(program("orvane"))
+
+    def see(self, kwin, output, seen=True):
+        def look():
+            picture = kwin.picture(output)
+            return picture if (picture.pixel(*ON_THE_GLASS) != BACKGROUND) == seen else None
+
+        what = "the board is on %s" if seen else "there is no board on %s"
+        return eventually(what % output, look)
+
+    def are_in_the_order_of_kwin(self):
+        with KWinSession(outputs=2) as kwin:
+            running = self.begin(kwin, displayMode="main")
+            self.see(kwin, "Virtual-0")
+            self.see(kwin, "Virtual-1", False)
+            kwin.configure("output.Virtual-1.priority.1")
+            self.see(kwin, "Virtual-1")
+            self.see(kwin, "Virtual-0", False)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
+
+    def that_show_the_same_have_one_board(self):
+        with KWinSession(outputs=2) as kwin:
+            running = self.begin(kwin, displayMode="all")
+            once = self.see(kwin, "Virtual-0").pixel(*ON_THE_GLASS)
+            self.see(kwin, "Virtual-1")
+            kwin.configure("output.Virtual-1.position.0,0")
+            for output in ("Virtual-0", "Virtual-1"):
+                look = lambda name=output: kwin.picture(name).pixel(*ON_THE_GLASS) == once
+                eventually("the glass of %s is not doubled" % output, look, 40)
+            kwin.configure("output.Virtual-1.position.1280,0")
+            self.see(kwin, "Virtual-0")
+            self.see(kwin, "Virtual-1")
+            self.assertEqual(running.end(), 0)
+
+    def come_go_and_turn(self):
+        with KWinSession(outputs=2) as kwin:
+            running = self.begin(kwin, displayMode="all")
+            self.see(kwin, "Virtual-1")
+            kwin.configure("output.Virtual-1.disable")
+            self.see(kwin, "Virtual-0")
+            kwin.configure("output.Virtual-1.enable")
+            kwin.background("Virtual-1")
+            self.see(kwin, "Virtual-1")
+            kwin.configure("output.Virtual-1.rotation.right")
+
+            def is_portrait():
+                picture = kwin.picture("Virtual-1")
+                upright = (picture.width, picture.height) == (720, 1280)
+                return upright and picture.pixel(*ON_THE_GLASS) not in (BACKGROUND, (0, 0, 0))
+
+            eventually("the board stands on a portrait screen", is_portrait)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
+
+
+class Blur(unittest.TestCase):
+    # Where the left column's upper card is free of text, and beside all cards.
+    WITHIN = (80, 47, 380, 55)
+    BESIDE = (1000, 500, 1200, 510)
+
+    @staticmethod
+    def contrast(picture, box):
+        """Between neighbouring stripes, at most; the glass's own colours change slowly."""
+        left, top, right, bottom = box
+        brightness = lambda x, y: sum(picture.pixel(x, y))
+        return max(
+            abs(brightness(x, y) - brightness(x + STRIPE, y))
+            for y in range(top, bottom)
+            for x in range(left, right - STRIPE)
+        )
+
+    def picture_of_glass(self, kwin, **settings):
+        kwin.neighbour("stripes", "Virtual-0", BACKGROUND)
+        set_defaults(kwin, **settings)
+        before = kwin.picture()
+        running = kwin.start(program("orvane"))
+        eventually("the board is there", lambda: kwin.picture().differing_box(before), 40)
+        return running
+
+    def softens_what_lies_behind_the_glass_alone(self):
+        with KWinSession(blur=True) as kwin:
+            self.picture_of_glass(kwin, glassOpacity=0.4)
+            bare = self.contrast(kwin.picture(), self.BESIDE)
+            self.assertGreater(bare, 200)
+            soft = lambda: self.contrast(kwin.picture(), self.WITHIN) < bare / 4
+            eventually("the stripes behind the glass are blurred", soft, 40)
+            self.assertEqual(self.contrast(kwin.picture(), self.BESIDE), bare)
+            kwin.keep("kwin-blur")
+
+    def is_off_where_there_is_no_glass(self):
+        with KWinSession(blur=True) as kwin:
+            self.picture_of_glass(kwin, glassOpacity=0)
+            bare = self.contrast(kwin.picture(), self.BESIDE)
+            self.assertGreater(self.contrast(kwin.picture(), self.WITHIN), 0.9 * bare)
+
+    def is_off_where_kwin_does_not_blur(self):
+        with KWinSession() as kwin:
+            running = self.picture_of_glass(kwin, glassOpacity=0.4)
+            bare = self.contrast(kwin.picture(), self.BESIDE)
+            self.assertGreater(self.contrast(kwin.picture(), self.WITHIN), bare / 3)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
+
+
+if __name__ == "__main__":
+    run_tests()
