@@ -30,4 +30,7 @@ packages_desktops=(
   openbox pcmanfm picom feh i3-wm marco caja muffin dconf-cli libglib2.0-bin
 )
 
+# What looks at the Debian package.
+packages_package=(dpkg-dev file lintian desktop-file-utils appstream systemd)
+
 packages_bench=(libbenchmark-dev)

@@ -81,10 +81,11 @@ std::filesystem::path programPath() {
 // The reader lies beside the program in a build folder, and in the folder for programs that nobody
 // starts by hand when both are installed.
 std::string readerPath() {
+  constexpr const char* kReader = "orvane-reader";
+  const auto folder = programPath().parent_path();
   std::error_code unknown;
-  const auto beside = programPath().parent_path() / "orvane-reader";
-  if (std::filesystem::exists(beside, unknown)) return beside;
-  return ORVANE_LIBEXEC_DIR "/orvane-reader";
+  if (std::filesystem::exists(folder / kReader, unknown)) return folder / kReader;
+  return (folder / ORVANE_LIBEXEC_DIR / kReader).lexically_normal();
 }
 
 // Everything that a desktop's windows lean on.
