@@ -31,6 +31,6 @@ packages_desktops=(
 )
 
 # What looks at the Debian package.
-packages_package=(dpkg-dev file lintian desktop-file-utils appstream systemd)
+packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
 
 packages_bench=(libbenchmark-dev)
