@@ -74,6 +74,8 @@ set_tests_properties(sway.Soak.changes_for_long_leave_the_board_and_the_memory_a
                      PROPERTIES TIMEOUT 300 ENVIRONMENT
                      "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_SOAK_SECONDS=${soak_seconds}")
 
+sway_test(sway_soak_test.py Storm of_output_changes_leaves_the_boards_where_they_were)
+
 # Some of them wait as long as the program does, or begin again and again.
 set(script sway_loss_test.py)
 sway_test(${script} Loss is_survived_with_the_agenda_of_the_time

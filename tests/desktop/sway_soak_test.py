@@ -9,7 +9,7 @@ import unittest
 
 from desktop_session import eventually, program, run_tests
 from sway_program_test import CALENDARS, ON_THE_BOARD, add_calendar, calendar, event, set_defaults
-from sway_session import SwayInWindows
+from sway_session import SwayInWindows, SwaySession
 
 SECONDS = float(os.environ.get("ORVANE_SOAK_SECONDS", "10"))
 SUPPRESSIONS = os.path.join(os.path.dirname(__file__), os.pardir, "support", "lsan.supp")
@@ -137,6 +137,58 @@ class Soak(unittest.TestCase):
         eventually("the board is gone", lambda: first_picture(sway).pixel(*ON_THE_BOARD) == self.bare)
         sway.start(program("orvane"), environment=sanitizer_options())
         eventually("a new program shows the same", lambda: first_picture(sway).differing_box(board) is None)
+
+
+# What can happen to an output that stays plugged in, and in the end, that nothing happened.
+STORM = (
+    "scale 2",
+    "transform 90",
+    "resolution 800x600",
+    "disable",
+    "position 4000 100",
+    "enable",
+    "scale 1.25",
+    "resolution 3840x2160",
+    "disable",
+    "enable",
+)
+CALM = "enable resolution 1280x720 transform normal scale 1"
+STORM_CHANGES = 200
+
+
+class Storm(unittest.TestCase):
+    def of_output_changes_leaves_the_boards_where_they_were(self):
+        with SwaySession(outputs=2) as sway:
+            places = {"HEADLESS-1": "0 0", "HEADLESS-2": "1280 0"}
+            self.calm(sway, places)
+            bare = sway.picture().pixel(*ON_THE_BOARD)
+            set_defaults(sway, displayMode="all")
+            add_calendar(sway)
+            running = sway.start(program("orvane"), environment=sanitizer_options())
+            self.wait_for_boards(sway, places, bare)
+            for change in range(STORM_CHANGES):
+                output = "HEADLESS-%d" % (1 + change % 2)
+                sway.message("output", output, *STORM[change // 2 % len(STORM)].split())
+                self.assertTrue(running.is_running(), running.output)
+            self.calm(sway, places)
+            self.wait_for_boards(sway, places, bare)
+            self.assertEqual(running.end(), 0, running.output)
+            self.assertEqual(running.output, "")
+            for output in places:
+                eventually("%s is bare" % output, lambda name=output: self.pixel(sway, name) == bare)
+
+    def calm(self, sway, places):
+        for output, place in places.items():
+            sway.message("output", output, *CALM.split(), "position", *place.split())
+        eventually("both are on", lambda: sorted(sway.outputs()) == sorted(places))
+
+    def wait_for_boards(self, sway, places, bare):
+        for output in places:
+            eventually("it stands on %s" % output, lambda name=output: self.pixel(sway, name) != bare)
+
+    @staticmethod
+    def pixel(sway, output):
+        return sway.picture(output).pixel(*ON_THE_BOARD)
 
 
 if __name__ == "__main__":

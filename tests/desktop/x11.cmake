@@ -15,7 +15,7 @@ target_link_libraries(x11_desktop_harness PUBLIC orvane_logic orvane_common test
 add_dependencies(x11_desktop_harness x11_probe orvane orvane-reader)
 
 orvane_test(NAME x11_desktop_test
-  SOURCES x11_bare_test.cpp x11_program_test.cpp x11_xfce_test.cpp
+  SOURCES x11_bare_test.cpp x11_loss_test.cpp x11_program_test.cpp x11_xfce_test.cpp
   LIBRARIES x11_desktop_harness
   PROPERTIES LABELS desktop)
 # What measures time runs alone.

@@ -1,5 +1,6 @@
 #include "x11_session.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -58,6 +59,7 @@ Session::Session(std::vector<std::string> serverOptions) {
 void Session::startServer(const std::vector<std::string>& options) {
   std::vector<std::string> command = {"Xvfb", "-displayfd",  "1",         "-screen",
                                       "0",    "1600x900x24", "-nolisten", "tcp"};
+  if (!display_.empty()) command.insert(command.begin() + 1, display_);
   command.insert(command.end(), options.begin(), options.end());
   server_ = start(std::move(command));
   std::string number;
@@ -69,6 +71,13 @@ void Session::startServer(const std::vector<std::string>& options) {
   display_ = ":" + number;
   environment_["DISPLAY"] = display_;
 }
+
+void Session::killServer() {
+  server_->signal(SIGKILL);
+  server_->waitForEnd();
+}
+
+void Session::startServerAgain() { startServer({}); }
 
 std::unique_ptr<ChildProcess> Session::start(std::vector<std::string> command) const {
   return std::make_unique<ChildProcess>(std::move(command), environment_);
@@ -84,15 +93,28 @@ void Session::startBus() {
 
 void Session::startWindowManager(bool compositing) {
   startBus();
+  manageWith({"xfwm4", "--replace", compositing ? "--compositor=on" : "--compositor=off"},
+             compositing);
+}
+
+void Session::startOpenbox() { manageWith({"openbox", "--replace"}, false); }
+
+void Session::killWindowManager() {
+  windowManager_->signal(SIGKILL);
+  windowManager_->waitForEnd();
+}
+
+void Session::manageWith(std::vector<std::string> command, bool compositing) {
   Observer observer(display_);
   const auto before = observer.windowManager();
-  auto next = start({"xfwm4", "--replace", compositing ? "--compositor=on" : "--compositor=off"});
+  const std::string name = command.front();
+  auto next = start(std::move(command));
   const bool manages = eventually([&] {
     return observer.windowManager() != 0 && observer.windowManager() != before &&
            observer.isComposited() == compositing;
   });
   windowManager_ = std::move(next);
-  if (!manages) throw std::runtime_error("xfwm4 does not manage: " + windowManager_->output());
+  if (!manages) throw std::runtime_error(name + " does not manage: " + windowManager_->output());
 }
 
 void Session::startDesktop() {

@@ -32,10 +32,18 @@ class Session {
   [[nodiscard]] const Environment& environment() const { return environment_; }
   [[nodiscard]] std::unique_ptr<ChildProcess> start(std::vector<std::string> command) const;
   void endServer() { server_.reset(); }
+  // As a crash ends it; what it leaves behind stays.
+  void killServer();
+  // Starts another one under the number of the last.
+  void startServerAgain();
+  [[nodiscard]] ChildProcess& server() { return *server_; }
 
   // Xfce's window manager, composing or not. Answers when it manages; a second call replaces it.
   void startWindowManager(bool compositing);
   void endWindowManager() { windowManager_.reset(); }
+  void killWindowManager();
+  // Openbox, in place of the window manager that is there. Answers when it manages.
+  void startOpenbox();
   // Xfce's desktop, with its picture and no icons. Answers when its picture and its window are
   // there.
   void startDesktop();
@@ -43,6 +51,7 @@ class Session {
  private:
   void startServer(const std::vector<std::string>& options);
   void startBus();
+  void manageWith(std::vector<std::string> command, bool compositing);
   void hideIcons() const;
 
   ScratchFolder folder_;

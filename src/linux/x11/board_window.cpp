@@ -206,8 +206,12 @@ void BoardWindow::setDesktop(std::uint32_t desktop) {
 void BoardWindow::raiseAbove(xcb_window_t sibling, bool managerTakesWish) {
   const std::array<std::uint32_t, 2> values = {sibling, XCB_STACK_MODE_ABOVE};
   if (style_.hints.overrideRedirect) {
-    xcb_configure_window(connection_.handle(), id_,
-                         XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
+    // A window manager that comes or goes at this moment may have put the sibling elsewhere, which
+    // is nothing to report: the order is seen to again when it has settled.
+    const auto asked = xcb_configure_window_checked(
+        connection_.handle(), id_, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+        values.data());
+    xcb_discard_reply(connection_.handle(), asked.sequence);
   } else if (managerTakesWish) {
     constexpr std::uint32_t fromPager = 2;  // the only source that managers heed for this
     tellManager(Atom::netRestackWindow, {fromPager, sibling, XCB_STACK_MODE_ABOVE, 0, 0});
