@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "linux/reader/component_splitter.h"
@@ -63,7 +64,7 @@ class TextReader {
       const auto place = scan.uid.empty() ? known.end() : known.find(key);
       if (place == known.end()) {
         if (!scan.uid.empty()) known.emplace(key, families.size());
-        families.push_back({span.kind, isOfInterest(span.kind, scan), {span}});
+        families.push_back({span.kind, isOfInterest(span.kind, scan), !scan.uid.empty(), {span}});
       } else {
         families[place->second].spans.push_back(span);
         families[place->second].isOfInterest = true;
@@ -88,7 +89,7 @@ class TextReader {
       if (answer.isCutShort) {
         greedy.push_back(&family);
       } else {
-        add(std::move(answer));
+        add(std::move(answer), family);
       }
     }
     Allowance most(kGreedy);
@@ -96,14 +97,21 @@ class TextReader {
     for (const FamilySpans* family : greedy) {
       FamilyAnswer answer = reader.read(*family, most);
       const bool isCrowd = answer.events.size() > kModest.occurrencesOfAnItem;
-      if (!isCrowd || answer_.events.size() < end) add(std::move(answer));
+      if (!isCrowd || answer_.events.size() < end) add(std::move(answer), *family);
     }
   }
 
-  void add(FamilyAnswer answer) {
+  void add(FamilyAnswer answer, const FamilySpans& family) {
+    if (!family.hasUid && !isFirstOfItsContent(answer)) return;
     answer_.isForShownOnly = answer_.isForShownOnly || answer.isForShownOnly;
     for (auto& event : answer.events) addEvent(std::move(event));
     for (auto& task : answer.tasks) addTask(std::move(task));
+  }
+
+  // What has no UID is known by its content: a copy of it would have the same identifiers.
+  bool isFirstOfItsContent(const FamilyAnswer& answer) {
+    if (!answer.events.empty()) return contents_.insert(answer.events.front().uid).second;
+    return answer.tasks.empty() || contents_.insert(answer.tasks.front().uid).second;
   }
 
   void addTask(wire::OpenTask task) {
@@ -123,6 +131,7 @@ class TextReader {
   FileZones zones_;
   wire::FileAnswer answer_;
   std::size_t answerBytes_ = 0;
+  std::unordered_set<std::string> contents_;
 };
 
 }  // namespace

@@ -15,6 +15,7 @@ namespace orvane::ical {
 struct FamilySpans {
   ComponentKind kind = ComponentKind::event;
   bool isOfInterest = false;
+  bool hasUid = true;
   std::vector<ComponentSpan> spans;
 };
 

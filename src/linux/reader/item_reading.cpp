@@ -212,7 +212,10 @@ std::optional<CalendarItem> readItem(std::string_view text, TextEncoding encodin
   CalendarItem item = ItemReader(calendar, zones).read(component.get());
   item.rules = parsedRules(reduced.rules);
   item.excludedRules = parsedRules(reduced.excludedRules);
-  item.uid = item.uid.empty() ? "content-" + hexadecimal(fingerprint(reduced.component))
+  std::string content = reduced.component;
+  for (const auto& rule : reduced.rules) content += "RRULE:" + rule;
+  for (const auto& rule : reduced.excludedRules) content += "EXRULE:" + rule;
+  item.uid = item.uid.empty() ? "content-" + hexadecimal(fingerprint(content))
                               : boundedUid(std::move(item.uid));
   return item;
 }
