@@ -33,4 +33,4 @@ packages_desktops=(
 # What looks at the Debian package.
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
 
-packages_bench=(libbenchmark-dev)
+packages_bench=(libbenchmark-dev xvfb x11-xserver-utils sway conky-std waybar dbus fonts-dejavu-core libxdamage1 python3)

@@ -152,7 +152,7 @@ class DesktopSession:
 
     def start(self, *command, environment=None):
         """Starts a program of the system, or of the build when it is named by `program()`."""
-        command = (self._within_reach(command[0]),) + command[1:]
+        command = (self.within_reach(command[0]),) + command[1:]
         self._count += 1
         output_path = self.path("output-%d" % self._count)
         with open(output_path, "wb") as output:
@@ -169,7 +169,7 @@ class DesktopSession:
         self._running.append(running)
         return running
 
-    def _within_reach(self, path):
+    def within_reach(self, path):
         """The program itself, or where only root can get at it, a copy for the unprivileged user."""
         if not self._as_user or not os.path.isabs(path) or self._can_run(path):
             return path
@@ -188,7 +188,7 @@ class DesktopSession:
 
     def ask(self, *command):
         """Runs a command to its end and answers what it wrote."""
-        command = (self._within_reach(command[0]),) + command[1:]
+        command = (self.within_reach(command[0]),) + command[1:]
         done = subprocess.run(
             self._as_user + list(command),
             stdin=subprocess.DEVNULL,
