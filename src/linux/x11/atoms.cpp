@@ -16,6 +16,7 @@ std::array<std::string, count> namesFor(int screenNumber) {
   return {"UTF8_STRING",
           "EDID",
           "ESETROOT_PMAP_ID",
+          "_KDE_NET_WM_BLUR_BEHIND_REGION",
           "_MOTIF_WM_HINTS",
           "_XROOTPMAP_ID",
           "_NET_CLIENT_LIST",

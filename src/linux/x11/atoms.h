@@ -8,11 +8,12 @@
 namespace orvane::host::x11 {
 
 // The names that we exchange with the server and its other clients. Those that begin with `net`
-// stand in the Extended Window Manager Hints, those with `wm` in the ICCCM.
+// stand in the Extended Window Manager Hints, those with `wm` in the ICCCM; `kde` is KWin's own.
 enum class Atom : std::size_t {
   utf8String,
   edid,
   esetrootPixmap,
+  kdeBlurBehindRegion,
   motifWmHints,
   rootPixmap,
   netClientList,

@@ -225,6 +225,24 @@ void BoardWindow::lower() {
   xcb_configure_window(connection_.handle(), id_, XCB_CONFIG_WINDOW_STACK_MODE, &below);
 }
 
+void BoardWindow::setBlurBehind(const std::vector<PixelRect>& parts) {
+  if (parts == blurred_) return;
+  blurred_ = parts;
+  const auto name = connection_.atom(Atom::kdeBlurBehindRegion);
+  if (parts.empty()) {
+    // An empty property would stand for the whole window.
+    xcb_delete_property(connection_.handle(), id_, name);
+    return;
+  }
+  std::vector<std::uint32_t> numbers;
+  for (const auto& part : parts) {
+    for (const int number : {part.x, part.y, part.width, part.height}) {
+      numbers.push_back(static_cast<std::uint32_t>(number));
+    }
+  }
+  setNumbers(connection_, id_, name, XCB_ATOM_CARDINAL, numbers);
+}
+
 void BoardWindow::put(const SharedPixels& picture, const PixelRect& part) const {
   picture.put(id_, gc_, depth(), part, {part.x, part.y});
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "linux/x11/connection.h"
 #include "linux/x11/shared_pixels.h"
@@ -46,6 +47,8 @@ class BoardWindow {
   void raiseAbove(xcb_window_t sibling, bool managerTakesWish);
   // Below all others, which only a window that is not managed can decide for itself.
   void lower();
+  // Asks for a blur of what lies behind these parts of the window; none of them: nowhere.
+  void setBlurBehind(const std::vector<PixelRect>& parts);
   // Copies a part of a picture of the whole window onto it.
   void put(const SharedPixels& picture, const PixelRect& part) const;
 
@@ -64,6 +67,7 @@ class BoardWindow {
   xcb_gcontext_t gc_ = 0;
   xcb_colormap_t colormap_ = 0;
   bool isWanted_ = false;
+  std::vector<PixelRect> blurred_;
 };
 
 }  // namespace orvane::host::x11

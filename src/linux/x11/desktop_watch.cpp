@@ -57,7 +57,8 @@ bool DesktopWatch::concernsManagers(const xcb_generic_event_t& event) const {
   if (type != XCB_PROPERTY_NOTIFY) return false;
   const auto& property = as<xcb_property_notify_event_t>(event);
   return property.window == connection_.root() &&
-         property.atom == connection_.atom(Atom::netSupportingWmCheck);
+         (property.atom == connection_.atom(Atom::netSupportingWmCheck) ||
+          property.atom == connection_.atom(Atom::kdeBlurBehindRegion));
 }
 
 DesktopKind DesktopWatch::query() const {
@@ -74,6 +75,11 @@ DesktopKind DesktopWatch::query() const {
                                        connection_.atom(Atom::netRestackWindow)) != supported.end();
   }
   kind.isCompositing = hasOwner(connection_, Atom::compositingManager);
+  // KWin keeps this property on the root while it blurs, and windows one of the same name.
+  kind.blursBehind =
+      kind.isCompositing &&
+      bytesProperty(connection_, connection_.root(), connection_.atom(Atom::kdeBlurBehindRegion))
+          .has_value();
   kind.hasDesktopWindow = stack_.hasDesktopWindow();
   return kind;
 }

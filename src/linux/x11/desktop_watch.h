@@ -15,6 +15,7 @@ struct DesktopKind {
   xcb_window_t managerWindow = 0;
   std::string managerName;         // as it calls itself; empty without one
   bool isCompositing = false;      // windows with an alpha channel are seen through
+  bool blursBehind = false;        // what lies behind such windows, where they ask for it
   bool restacksOnRequest = false;  // the manager takes _NET_RESTACK_WINDOW
   bool hasDesktopWindow = false;   // another program shows the desktop's picture or icons
   friend bool operator==(const DesktopKind&, const DesktopKind&) = default;

@@ -5,6 +5,7 @@
 #include "linux/x11/properties.h"
 #include "linux/x11/window_area.h"
 #include "linux/x11/window_level.h"
+#include "view/glass.h"
 
 namespace orvane::host::x11 {
 
@@ -166,6 +167,23 @@ void DesktopWindow::paint(const std::vector<PixelRect>& parts) {
   for (const auto& part : canvas_.paint(scene_->list(), scale_, parts)) {
     board_->put(canvas_.pixels(), part);
   }
+  blurBehindGlass();
+}
+
+void DesktopWindow::blurBehindGlass() {
+  std::vector<PixelRect> parts;
+  if (around_.desktop.kind().blursBehind && board_->style().isTranslucent) {
+    const auto& area = canvas_.extent().area;
+    for (const auto& pane : glassPanes(scene_->list())) {
+      for (const auto& pixels : pixelsWithin(pane, scale_)) {
+        const auto part = intersectionOf(pixels, area);
+        if (!part.isEmpty()) {
+          parts.push_back({part.x - area.x, part.y - area.y, part.width, part.height});
+        }
+      }
+    }
+  }
+  board_->setBlurBehind(parts);
 }
 
 // A change between two beats is drawn with the instant of the last one, so that it does not make a

@@ -55,6 +55,7 @@ class DesktopWindow final : public NSWindow {
   void render(Date now);
   void renderAll(const PixelRect& area);
   void paint(const std::vector<PixelRect>& parts);
+  void blurBehindGlass();
   [[nodiscard]] Date currentInstant() const;
 
   // Begins or ends the beat as the window comes into sight or is lost from it.
