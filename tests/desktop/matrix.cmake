@@ -17,6 +17,12 @@ if(ORVANE_X11)
   target_link_libraries(x11_client PRIVATE orvane_common PkgConfig::ORVANE_X11_TEST)
   set_target_properties(x11_client PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   matrix_row(xvfb x11_rows.py desktop)
+  foreach(test is_asked_for_as_long_as_it_is_offered is_not_asked_for_where_there_is_no_glass)
+    add_test(NAME "x11.Blur.${test}" COMMAND /usr/bin/python3 -B
+             "${CMAKE_CURRENT_SOURCE_DIR}/x11_blur_test.py" "Blur.${test}")
+    set_tests_properties("x11.Blur.${test}" PROPERTIES TIMEOUT 120 LABELS desktop ENVIRONMENT
+                         "${matrix_environment}")
+  endforeach()
 endif()
 
 if(ORVANE_WAYLAND)
