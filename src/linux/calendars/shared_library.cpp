@@ -109,8 +109,10 @@ FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> quer
   if (update.changed || isNews) changed_ = true;
 
   const auto held = library_.lock();
+  // Found out before the lock for which the main thread may be waiting.
+  auto state = library_.state();
   const std::lock_guard lock(stateMutex_);
-  state_ = library_.state();
+  state_ = std::move(state);
   return update;
 }
 
