@@ -31,6 +31,7 @@
 #include "linux/login/autostart_service.h"
 #include "linux/mainloop/clock_watcher.h"
 #include "linux/mainloop/main_loop.h"
+#include "linux/mainloop/memory_use.h"
 #include "linux/mainloop/periodic_schedule.h"
 #include "linux/paint/fonts.h"
 #include "linux/paint/painter.h"
@@ -155,6 +156,8 @@ void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '
 
 int runProgram() {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
+  // First of all, since the fonts' configuration is read in the background from here on.
+  const auto typesetter = host::makeTypesetter();
   // What workers and suspended work may still use stands before the loop, so that it ends after.
   const auto calendar = host::makeCalendar();
   const auto locale = host::makeLocale();
@@ -175,7 +178,6 @@ int runProgram() {
 
   NotificationCenter notifications;
   const auto schedule = host::makePeriodicSchedule();
-  const auto typesetter = host::makeTypesetter();
   const auto measurer = host::makeTextMeasurer(typesetter);
   const auto painter = host::makePainter(typesetter);
   const auto session = host::makeSessionSigns(environmentVariable);
@@ -249,6 +251,7 @@ int main(int argc, char** argv) {
     (answer->status == 0 ? std::cout : std::cerr) << answer->text;
     return answer->status;
   }
+  orvane::host::giveMemoryBackEarly();
   try {
     return runProgram();
   } catch (const std::exception& error) {
