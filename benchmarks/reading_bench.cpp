@@ -33,7 +33,8 @@ double cpuSeconds() {
   return total;
 }
 
-// How long the calling thread has waited for a processor that others had, in seconds since it began.
+// How long the calling thread has waited for a processor that others had, in seconds since it
+// began.
 double secondsInQueue() {
   std::ifstream file("/proc/thread-self/schedstat");
   double running = 0, waiting = 0;
