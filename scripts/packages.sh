@@ -27,7 +27,7 @@ packages_test=(
 # The desktops of the matrix, beside those that the other tests start.
 packages_desktops=(
   plasma-workspace plasma-desktop kactivitymanagerd qtwayland5 libkf5globalaccel-bin
-  openbox pcmanfm picom feh i3-wm marco caja muffin dconf-cli libglib2.0-bin
+  openbox pcmanfm picom i3-wm marco caja mate-settings-daemon-common libglib2.0-bin
 )
 
 # What looks at the Debian package.

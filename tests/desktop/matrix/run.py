@@ -15,7 +15,10 @@ from trial import Trial
 
 
 class Report:
-    def __init__(self):
+    """`on_failure` is called after each with a number for it."""
+
+    def __init__(self, on_failure=lambda number: None):
+        self._on_failure = on_failure
         self.failed = []
         self.passed = 0
 
@@ -37,6 +40,7 @@ class Report:
             function(*arguments)
         except Exception as error:  # whatever goes wrong, the other checks are still of interest
             self.fail(title, error)
+            self._on_failure(len(self.failed))
             return False
         self.ok(title)
         return True
@@ -97,15 +101,23 @@ def _finish(trial, report, settings):
         trial.running = None
 
 
-def _keep_picture(trial):
+def _keep_picture(row, suffix=""):
     folder = os.environ.get("ORVANE_DESKTOPS")
     if not folder:
         return
     os.makedirs(folder, exist_ok=True)
-    whole = trial.row.picture(trial.screens[0])
-    for screen in trial.screens[1:]:
-        whole = whole.beside(trial.row.picture(screen))
-    whole.save_png(os.path.join(folder, trial.row.name + ".png"))
+    whole = None
+    for screen in row.screens():
+        picture = row.picture(screen)
+        whole = whole.beside(picture) if whole else picture
+    whole.save_png(os.path.join(folder, row.name + suffix + ".png"))
+
+
+def _keep_failure(row, number):
+    try:
+        _keep_picture(row, "-failure-%d" % number)
+    except Exception as error:  # the desktop may be gone; the failure is told all the same
+        print("  no picture of it: %s" % error, flush=True)
 
 
 def run_row(row_class):
@@ -117,7 +129,8 @@ def run_row(row_class):
     report = Report()
     try:
         with row_class() as row:
-            try_checks(row, report, _keep_picture)
+            report = Report(lambda number: _keep_failure(row, number))
+            try_checks(row, report, lambda trial: _keep_picture(row))
             if report.failed:
                 row.tell()
     except Exception as error:

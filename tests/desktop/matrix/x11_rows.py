@@ -1,20 +1,27 @@
 """The rows on X11."""
 
+import json
+import os
 import time
 
 from desktop_session import eventually, program
+from picture import Picture
+from row import FIRST_BACKGROUND
 from run import run_named
-from x11_row import X11Row
+from x11_row import X11Row, hexadecimal
+
+NO_WORKSPACES = "no window manager, no workspaces"
+ROOT_PICTURE = "nothing but the root window's picture is below the board"
 
 
 class Alone(X11Row):
     name = "xvfb"
     lacks = {
-        "show_workspace": "no window manager, no workspaces",
-        "one_workspace_only": "no window manager, no workspaces",
+        "show_workspace": NO_WORKSPACES,
+        "one_workspace_only": NO_WORKSPACES,
         "show_desktop": "no window manager shows the desktop",
         "listed": "no window manager lists windows",
-        "restart_shell": "nothing draws the desktop",
+        "restart_shell": ROOT_PICTURE,
     }
 
     def begin(self):
@@ -32,5 +39,216 @@ class Alone(X11Row):
         return True
 
 
+class Xfce(X11Row):
+    name = "xfwm4-xfdesktop"
+    needs = X11Row.needs + ("xfwm4", "xfdesktop", "xfconf-query", "dbus-daemon")
+    manager = ("xfwm4", "--replace", "--compositor=off")
+    # Xfce looks at outputs, of which an Xvfb has one.
+    monitors = ("screen",)
+    lacks = {"second_screen": "Xfce knows the outputs of the server, of which Xvfb has one"}
+
+    def begin(self):
+        self.start_bus("org.xfce.Xfconf")
+        self.start_manager(*self.manager)
+        # Icons are in the desktop's window and not in the root picture: without compositing, the
+        # board cannot show them below itself.
+        self._set("/desktop-icons/style", "-t", "int", "-s", "0")
+        for style in ("color-style", "image-style"):
+            self._set(self.BACKDROP + style, "-t", "int", "-s", "0")
+        self.set_background(FIRST_BACKGROUND)
+        self.start_desktop()
+
+    # What is set for the first workspace serves all.
+    BACKDROP = "/backdrop/screen0/monitorscreen/workspace0/"
+
+    def start_desktop(self):
+        self.shell = self.start("xfdesktop")
+        eventually("xfdesktop stands", self._stands)
+
+    def _stands(self):
+        if '("xfdesktop"' not in self.tree():
+            return False
+        seen = self.picture(self.screens()[0])
+        return seen.pixel(1150, 650) == FIRST_BACKGROUND
+
+    def restart_shell(self):
+        self.shell.end()
+        self.start_desktop()
+
+    def set_background(self, color):
+        parts = [str(round(part / 255, 6)) for part in color] + ["1"]
+        typed = [word for part in parts for word in ("-t", "double", "-s", part)]
+        self._set(self.BACKDROP + "rgba1", *typed)
+
+    def _set(self, name, *typed):
+        self.ask("xfconf-query", "-c", "xfce4-desktop", "-p", name, "-n", *typed)
+
+
+class XfceComposited(Xfce):
+    name = "xfwm4-xfdesktop-composited"
+    manager = ("xfwm4", "--replace", "--compositor=on")
+
+
+class Openbox(X11Row):
+    name = "openbox"
+    needs = X11Row.needs + ("openbox",)
+    manager = ("openbox", "--sm-disable")
+    lacks = {"restart_shell": ROOT_PICTURE}
+
+    def begin(self):
+        self.start_manager(*self.manager)
+
+
+class OpenboxPicom(Openbox):
+    name = "openbox-picom"
+    needs = Openbox.needs + ("picom",)
+
+    def begin(self):
+        super().begin()
+        self.start_picom()
+
+    def start_picom(self):
+        self.start("picom", "--backend", "xrender", "--config", "/dev/null")
+
+
+class OpenboxPcmanfm(Openbox):
+    name = "openbox-pcmanfm"
+    needs = Openbox.needs + ("pcmanfm", "dbus-daemon")
+    lacks = {}
+
+    def begin(self):
+        self.start_bus()
+        super().begin()
+        self.start_desktop()
+        self.set_background(FIRST_BACKGROUND)
+
+    def start_desktop(self):
+        # What is set by a command later is meant for the first monitor alone.
+        color = hexadecimal(FIRST_BACKGROUND)
+        items = "[*]\nwallpaper_mode=color\ndesktop_bg=#%s\ndesktop_shadow=#%s\n" % (color, color)
+        for monitor in range(2):
+            place = ("pcmanfm", "default", "desktop-items-%d.conf" % monitor)
+            if not os.path.exists(self.path(".config", *place)):
+                self.write(items, ".config", *place)
+        self.shell = self.start("pcmanfm", "--desktop")
+        eventually("pcmanfm stands", self._stands)
+
+    def _stands(self):
+        return '("pcmanfm"' in self.tree()
+
+    def restart_shell(self):
+        self.shell.end()
+        self.start_desktop()
+
+    def set_background(self, color):
+        path = self.path("wallpaper-%s.png" % hexadecimal(color))
+        Picture(64, 64, bytes(color) * (64 * 64)).save_png(path)
+        self.ask("pcmanfm", "--set-wallpaper=" + path, "--wallpaper-mode=stretch")
+
+
+I3_CONFIGURATION = """# i3 config file (v4)
+font pango:sans 8
+focus_follows_mouse no
+default_border none
+default_floating_border none
+"""
+
+
+class I3(X11Row):
+    name = "i3"
+    needs = X11Row.needs + ("i3", "i3-msg")
+    manager = ("i3",)
+    lacks = {
+        "restart_shell": ROOT_PICTURE,
+        "show_desktop": "i3 does not put windows aside",
+        "one_workspace_only": "what i3 does not tile belongs to no workspace",
+    }
+
+    def begin(self):
+        self.write(I3_CONFIGURATION, "i3.conf")
+        self.start_manager("i3", "-c", self.path("i3.conf"))
+
+    def message(self, *words):
+        return self.ask("i3-msg", "-s", self._socket(), *words)
+
+    def _socket(self):
+        return self.root_property("I3_SOCKET_PATH").partition("= ")[2].strip('"')
+
+    def reaches_below(self, screen, x, y):
+        """A click on the root window makes i3 turn to the workspace there."""
+        self.message("focus", "output", "DP-2")
+        self.click(screen, x, y)
+        limit = time.monotonic() + 3
+        while self._focused_output() != screen.name:
+            if time.monotonic() > limit:
+                return False
+            time.sleep(0.05)
+        return True
+
+    def _focused_output(self):
+        told = json.loads(self.message("-t", "get_workspaces"))
+        return next((each["output"] for each in told if each["focused"]), None)
+
+    def open_window(self, title, screen):
+        self.message("focus", "output", screen.name)
+        return super().open_window(title, screen)
+
+    def show_workspace(self, index):
+        self.message("focus", "output", "DP-1")
+        self.message("workspace", "1" if index == 0 else "elsewhere")
+
+
+class Marco(X11Row):
+    name = "marco-caja"
+    needs = X11Row.needs + ("marco", "caja", "gsettings", "dbus-daemon")
+    manager = ("marco", "--sm-disable", "--replace", "--no-composite")
+
+    def begin(self):
+        self.start_bus()
+        self.start_manager(*self.manager)
+        self.set_background(FIRST_BACKGROUND)
+        self.start_desktop()
+
+    def start_desktop(self):
+        self.shell = self.start("caja", "--no-default-window", "--force-desktop", "--sm-disable")
+        eventually("caja stands", self._stands)
+
+    def _stands(self):
+        if '("desktop_window" "Caja")' not in self.tree():
+            return False
+        return self.picture(self.screens()[0]).pixel(1150, 650) == FIRST_BACKGROUND
+
+    def restart_shell(self):
+        self.shell.end()
+        self.start_desktop()
+
+    def set_background(self, color):
+        for key, value in (
+            ("picture-filename", "''"),
+            ("color-shading-type", "'solid'"),
+            ("primary-color", "'#%s'" % hexadecimal(color)),
+        ):
+            self.ask("gsettings", "set", "org.mate.background", key, value)
+
+
+class MarcoComposited(Marco):
+    name = "marco-caja-composited"
+    manager = ("marco", "--sm-disable", "--replace", "--composite")
+
+
+class Muffin(X11Row):
+    name = "muffin"
+    needs = X11Row.needs + ("muffin", "dbus-daemon")
+    manager = ("muffin", "--replace", "--sm-disable")
+    lacks = {"restart_shell": ROOT_PICTURE}
+
+    def begin(self):
+        self.start_bus()
+        self.start_manager(*self.manager)
+
+
 if __name__ == "__main__":
-    run_named(Alone)
+    run_named(
+        *(Alone, Xfce, XfceComposited, Openbox, OpenboxPicom, OpenboxPcmanfm),
+        *(I3, Marco, MarcoComposited, Muffin),
+    )
