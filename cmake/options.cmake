@@ -6,12 +6,18 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  # What is precompiled can be cached only where nobody minds macros of the time and the like.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros
+                                  ${CCACHE})
   set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
 add_library(orvane_options INTERFACE)
 target_include_directories(orvane_options INTERFACE "${CMAKE_SOURCE_DIR}/src")
+# What is precompiled can be used only where threads are treated alike; some libraries ask for them.
+# -fpch-preprocess is for the compiler's cache: preprocessed text then names what was precompiled.
+target_compile_options(orvane_options INTERFACE -pthread
+                       $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fpch-preprocess>)
 if(ORVANE_SANITIZE)
   target_compile_options(orvane_options INTERFACE -fsanitize=${ORVANE_SANITIZE}
                          -fno-omit-frame-pointer -fno-sanitize-recover=undefined

@@ -10,8 +10,9 @@ set_target_properties(x11_probe PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BIN
 
 add_library(x11_desktop_harness STATIC x11_block_painter.cpp x11_child_process.cpp x11_observer.cpp
             x11_probe_board.cpp x11_program.cpp x11_session.cpp x11_xfce.cpp)
-target_link_libraries(x11_desktop_harness PUBLIC orvane_logic orvane_common test_paths
-                      PkgConfig::ORVANE_X11_TEST GTest::gtest)
+target_link_libraries(x11_desktop_harness PUBLIC orvane_logic orvane_test_common
+                      test_paths PkgConfig::ORVANE_X11_TEST)
+orvane_take_precompiled_in(orvane_test_headers x11_desktop_harness)
 add_dependencies(x11_desktop_harness x11_probe orvane orvane-reader)
 
 orvane_test(NAME x11_desktop_test
