@@ -16,7 +16,7 @@ packages_headless=(xvfb xfwm4 hsetroot x11-utils imagemagick)
 packages_test=(
   libgtest-dev libgmock-dev libclang-rt-14-dev clang clang-format clang-tidy
   fonts-dejavu-core fonts-noto-core fonts-noto-cjk locales
-  dbus dbus-x11 sway grim swaybg
+  dbus dbus-x11 sway grim swaybg mutter xwayland
   xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
   libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
   gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf
@@ -28,6 +28,10 @@ packages_test=(
 packages_desktops=(
   plasma-workspace plasma-desktop kactivitymanagerd qtwayland5 libkf5globalaccel-bin
   openbox pcmanfm picom i3-wm marco caja mate-settings-daemon-common libglib2.0-bin
+  gnome-shell gnome-shell-extension-desktop-icons-ng nautilus gnome-session-bin python3-dbusmock
+  gir1.2-gdm-1.0 gir1.2-rsvg-2.0 gir1.2-gweather-4.0 gir1.2-ibus-1.0 gir1.2-geoclue-2.0 gir1.2-nm-1.0
+  gir1.2-upowerglib-1.0 gir1.2-accountsservice-1.0 gir1.2-gnomebluetooth-3.0 gir1.2-polkit-1.0
+  gir1.2-gck-1 gir1.2-gcr-3
 )
 
 # What looks at the Debian package.

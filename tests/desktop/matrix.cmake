@@ -30,6 +30,23 @@ if(ORVANE_X11)
   endforeach()
 endif()
 
+# Mutter has no layer shell: the program comes to its Xwayland by itself.
+if(ORVANE_X11)
+  matrix_row(mutter mutter_rows.py desktop)
+
+  add_library(user_unit MODULE user_unit.cpp)
+  target_link_libraries(user_unit PRIVATE orvane_common)
+  set_target_properties(user_unit PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY
+                        "${CMAKE_BINARY_DIR}/tests")
+  foreach(test is_started_when_the_program_asks_for_it shows_a_board_on_every_monitor)
+    add_test(NAME "mutter.Xwayland.${test}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/mutter_program_test.py"
+                     "Xwayland.${test}")
+    set_tests_properties("mutter.Xwayland.${test}" PROPERTIES TIMEOUT 120 LABELS desktop ENVIRONMENT
+                         "${matrix_environment}")
+  endforeach()
+endif()
+
 if(ORVANE_WAYLAND)
   matrix_row(sway sway_rows.py desktop)
   matrix_row(kwin kwin_rows.py desktop)

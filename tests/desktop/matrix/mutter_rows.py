@@ -1,0 +1,155 @@
+"""The row on Mutter alone, whose layers of windows GNOME has, too. It runs in a window of an Xvfb,
+so that what it composes can be seen, and its pointer and keyboard are those of the Xvfb."""
+
+import time
+
+from desktop_session import eventually, program
+from mutter_session import start_bus, start_mutter
+from picture import Picture
+from row import FIRST_BACKGROUND, Screen
+from run import run_named
+from x11_row import TOOLS, X11Row, hexadecimal
+
+
+# The digits of the countdown, on both screens.
+DIGITS = (1700, 90)
+# More than the height of a window's title.
+TITLE = 60
+
+
+def _is_alike(one, other):
+    box = one.differing_box(other)
+    return not box or (box[2] - box[0] <= DIGITS[0] and box[3] - box[1] <= DIGITS[1])
+
+
+class Mutter(X11Row):
+    name = "mutter"
+    needs = TOOLS + ("mutter", "dbus-daemon", "Xwayland")
+    manager = "mutter"
+
+    def __enter__(self):
+        self.desktop = None
+        return super().__enter__()
+
+    def set_monitors(self):
+        """Those of the Xvfb are of no concern."""
+
+    def begin(self):
+        self.outer = self.environment["DISPLAY"]
+        start_bus(self)
+        monitors = {
+            "MUTTER_DEBUG_NUM_DUMMY_MONITORS": "2",
+            "MUTTER_DEBUG_DUMMY_MODE_SPECS": "%dx%d" % self.size,
+        }
+        start_mutter(self, "mutter", "--nested", "--wayland", environment=monitors)
+        eventually("Mutter manages the windows", self.manager_window)
+        self._show_desktop_window(FIRST_BACKGROUND)
+
+    # Mutter draws a picture of its own that cannot be changed, so a neighbour says that it is the
+    # desktop, as file managers do.
+    def _show_desktop_window(self, color):
+        before = self.desktop
+        width, height = self.size
+        place = ("0", "0", str(2 * width), str(height))
+        client = program("tests", "x11_client")
+        self.desktop = self.start(client, "desktop", "desktop", hexadecimal(color), *place)
+        eventually("the desktop is there", lambda: "ready" in self.desktop.lines)
+        if before:
+            before.end()
+        self._wait_for_order()
+
+    # Mutter raises a desktop that is new or was clicked; the board has to follow.
+    def _wait_for_order(self):
+        def is_in_order():
+            windows = self.root_windows("_NET_CLIENT_LIST_STACKING")
+            titles = [self.window_property(each, "WM_NAME") for each in windows]
+            boards = [place for place, title in enumerate(titles) if "Orvane" in title]
+            desktops = [place for place, title in enumerate(titles) if "desktop" in title]
+            return not boards or len(desktops) == 1 and min(boards) > max(desktops)
+
+        eventually("the board is above the desktop", is_in_order, 5)
+
+    def set_background(self, color):
+        if self.desktop:
+            self._show_desktop_window(color)
+
+    def restart_shell(self):
+        self.desktop.end()
+        self._show_desktop_window(FIRST_BACKGROUND)
+
+    # Mutter lets windows come and go slowly, the more so where it paints without a graphics card:
+    # what is asked next would be answered with what was before.
+    def start_board(self):
+        self._wait_for_rest()
+        return super().start_board()
+
+    def show_desktop(self, shown):
+        super().show_desktop(shown)
+        self._wait_for_rest()
+
+    def _wait_for_rest(self):
+        pictures = []
+
+        def rests():
+            time.sleep(0.4)
+            pictures.append(self._all())
+            last = pictures[-3:]
+            return len(last) == 3 and all(_is_alike(last[0], each) for each in last[1:])
+
+        eventually("Mutter has come to rest", rests)
+
+    # ---- By way of the Xvfb
+
+    def ask_outside(self, *command):
+        return self.ask("env", "-u", "XAUTHORITY", "DISPLAY=" + self.outer, *command)
+
+    def screens(self):
+        return [Screen(name, *self.size) for name in self._outputs()]
+
+    def _outputs(self):
+        told = self.ask("xrandr", "--listmonitors").decode()
+        return [line.split()[-1] for line in told.splitlines()[1:]]
+
+    def picture(self, screen):
+        width, height = self.size
+        self.move_to(self.screens()[0], width - 1, height - 1)
+        return self._all().cropped(self.left_of(screen), 0, width, height)
+
+    def _all(self):
+        return Picture.from_ppm(self.ask_outside(program("tests", "x11_client"), "picture"))
+
+    def press_key(self):
+        self.ask_outside("xdotool", "key", "a")
+
+    def open_window(self, title, screen):
+        # What does not fit with its title is made as large as the monitor, and on one of Mutter's
+        # choice.
+        lower = Screen(screen.name, screen.width, screen.height - TITLE)
+        return super().open_window(title, lower)
+
+    def left_of(self, screen):
+        return 0 if screen.name == self._outputs()[0] else self.size[0]
+
+    def move_to(self, screen, x, y):
+        self.ask_outside("xdotool", "mousemove", str(self.left_of(screen) + x), str(y))
+
+    def click(self, screen, x, y, button=1):
+        self.move_to(screen, x, y)
+        self.ask_outside("xdotool", "click", str(button))
+        # The click is taken, and what comes of it seen, a little later.
+        time.sleep(0.2)
+        self._wait_for_order()
+
+    def reaches_below(self, screen, x, y):
+        before = self.desktop.lines.count("released")
+        self.click(screen, x, y)
+        limit = time.monotonic() + 3
+        while self.desktop.lines.count("released") == before:
+            if time.monotonic() > limit:
+                return False
+            time.sleep(0.05)
+        return True
+
+
+if __name__ == "__main__":
+    run_named(Mutter)

@@ -1,0 +1,93 @@
+"""The program itself on a Mutter without any display of its own: several monitors, and an Xwayland
+that is there only when it is asked for."""
+
+import os
+import re
+import shutil
+import unittest
+
+import agenda
+from desktop_session import DesktopSession, eventually, program, run_tests
+from mutter_session import start_bus, start_mutter
+
+
+class MutterSession(DesktopSession):
+    def __init__(self, monitors, environment=None):
+        super().__init__()
+        self.monitors = monitors
+        self.more = environment or (lambda session: {})
+
+    def __enter__(self):
+        try:
+            start_bus(self)
+            command = ["mutter", "--headless", "--wayland"]
+            for monitor in self.monitors:
+                command += ["--virtual-monitor", monitor]
+            self.mutter = start_mutter(self, *command, environment=self.more(self))
+            return self
+        except BaseException as error:
+            self.__exit__(type(error), error, None)
+            raise
+
+    def start_board(self):
+        agenda.add_calendars(self)
+        agenda.set_defaults(self, displayMode="all")
+        return self.start(program("orvane"))
+
+    def has_xwayland(self):
+        return any("Xwayland" in line.split()[0] for line in self.processes() if line)
+
+    def about(self, window):
+        try:
+            return self.ask("xwininfo", "-id", window, "-all").decode()
+        except AssertionError:
+            return ""  # it went away after it was listed
+
+    def boards(self):
+        """The corners of the windows that Mutter manages for the program and shows."""
+        listed = self.ask("xprop", "-root", "_NET_CLIENT_LIST").decode()
+        found = []
+        for window in re.findall(r"0x[0-9a-f]+", listed):
+            told = self.about(window)
+            if '"Orvane"' in told and "IsViewable" in told:
+                corner = re.search(r"upper-left X: +(-?\d+)\s+Absolute upper-left Y: +(-?\d+)", told)
+                found.append((int(corner.group(1)), int(corner.group(2)), told))
+        return sorted(found)
+
+
+def as_started_by_systemd(session):
+    library = session.path("user_unit.so")
+    shutil.copyfile(program("tests", "user_unit.so"), library)
+    os.chmod(library, 0o755)
+    return {"LD_PRELOAD": library}
+
+
+class Xwayland(unittest.TestCase):
+    def is_started_when_the_program_asks_for_it(self):
+        with MutterSession(["1600x900"], as_started_by_systemd) as session:
+            self.assertFalse(session.has_xwayland())
+            running = session.start_board()
+            eventually("Xwayland runs", session.has_xwayland)
+            ((_, _, told),) = eventually("the board is shown", session.boards)
+            for expected in ("Desktop", "Below", "Sticky", "Skip Taskbar", "Skip Pager"):
+                self.assertIn(expected, told)
+            self.assertIn("Client accepts input or input focus: No", told)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def shows_a_board_on_every_monitor(self):
+        with MutterSession(["1600x900", "1280x720", "2560x1440"]) as session:
+            running = session.start_board()
+
+            def all_three():
+                found = session.boards()
+                return found if len(found) == 3 else None
+
+            left = [x for x, _, _ in eventually("three boards are shown", all_three)]
+            for x, begin, width in zip(left, (0, 1600, 2880), (1600, 1280, 2560)):
+                self.assertTrue(begin <= x < begin + width, left)
+            self.assertEqual((running.end(), running.output), (0, ""))
+            eventually("nothing is left", lambda: not session.boards())
+
+
+if __name__ == "__main__":
+    run_tests()
