@@ -33,6 +33,7 @@ endif()
 # Mutter has no layer shell: the program comes to its Xwayland by itself.
 if(ORVANE_X11)
   matrix_row(mutter mutter_rows.py desktop)
+  matrix_row(gnome-shell gnome_shell_rows.py)
 
   add_library(user_unit MODULE user_unit.cpp)
   target_link_libraries(user_unit PRIVATE orvane_common)
