@@ -152,7 +152,7 @@ class GnomeShell(X11Row):
 
     def picture(self, screen):
         path = self.path("shell.png")
-        place = (str(self.left(screen)), "0", str(screen.width), str(screen.height))
+        place = (str(self.left_of(screen)), "0", str(screen.width), str(screen.height))
         service = ("org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot")
         told = self._call(*service, service[0] + ".ScreenshotArea", *place, "false", path)
         require("true" in told, "no picture: " + told)
@@ -170,12 +170,12 @@ class GnomeShell(X11Row):
         lower = Screen(screen.name, screen.width, screen.height - PANEL_AND_TITLE)
         return super().open_window(title, lower)
 
-    def left(self, screen):
+    def left_of(self, screen):
         return 0 if screen.name == "XWAYLAND0" else self.size[0]
 
     def _move_to(self, screen, x, y):
         move = "testPointer.notify_absolute_motion(imports.gi.GLib.get_monotonic_time(), %d, %d)"
-        self.evaluate(move % (self.left(screen) + x, y))
+        self.evaluate(move % (self.left_of(screen) + x, y))
 
     def click(self, screen, x, y, button=1):
         self._move_to(screen, x, y)
