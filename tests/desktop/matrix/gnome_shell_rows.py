@@ -98,6 +98,7 @@ class GnomeShell(X11Row):
         monitor = ("--virtual-monitor", "%dx%d" % (width, height))
         shell = ("gnome-shell", "--headless", "--wayland", "--unsafe-mode", *monitor, *monitor)
         start_mutter(self, *shell)
+        self.set_background(FIRST_BACKGROUND)
         # Programs that the bus starts are to find the display, the file manager above all.
         displays = ("WAYLAND_DISPLAY", "DISPLAY", "XAUTHORITY")
         named = ["%s=%s" % (name, self.environment[name]) for name in displays]
@@ -157,6 +158,9 @@ class GnomeShell(X11Row):
         told = self._call(*service, service[0] + ".ScreenshotArea", *place, "false", path)
         require("true" in told, "no picture: " + told)
         return Picture.from_ppm(self.ask("convert", path, "-depth", "8", "ppm:-"))
+
+    def set_root_picture(self, color):
+        """The shell shows none of the root window's."""
 
     def set_background(self, color):
         key = ("org.gnome.desktop.background", "primary-color")
