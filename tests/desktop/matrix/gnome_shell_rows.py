@@ -94,11 +94,11 @@ class GnomeShell(X11Row):
         return b"login1" in self.ask("gdbus", "call", "--address", address, *target, "--method", names)
 
     def begin(self):
+        self.set_background(FIRST_BACKGROUND)
         width, height = self.size
         monitor = ("--virtual-monitor", "%dx%d" % (width, height))
         shell = ("gnome-shell", "--headless", "--wayland", "--unsafe-mode", *monitor, *monitor)
         start_mutter(self, *shell)
-        self.set_background(FIRST_BACKGROUND)
         # Programs that the bus starts are to find the display, the file manager above all.
         displays = ("WAYLAND_DISPLAY", "DISPLAY", "XAUTHORITY")
         named = ["%s=%s" % (name, self.environment[name]) for name in displays]
