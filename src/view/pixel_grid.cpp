@@ -24,6 +24,14 @@ int distance(int from, int to) {
 
 }  // namespace
 
+std::int64_t areaOf(const std::vector<PixelRect>& rects) {
+  std::int64_t area = 0;
+  for (const auto& rect : rects) {
+    if (!rect.isEmpty()) area += std::int64_t{rect.width} * rect.height;
+  }
+  return area;
+}
+
 PixelRect pixelsCovering(const Rect& points, double scale) {
   if (points.isEmpty()) return {};
   const int left = clamped(std::floor(points.x * scale + tolerance));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstdint>
+#include <vector>
 
 #include "view/geometry.h"
 
@@ -48,6 +50,9 @@ constexpr R intersectionOf(const R& a, const R& b) {
   if (right <= x || bottom <= y) return {};
   return {x, y, right - x, bottom - y};
 }
+
+// How many pixels several rectangles have together; what lies in two of them counts twice.
+std::int64_t areaOf(const std::vector<PixelRect>& rects);
 
 // Every pixel that `points` touches at `scale` pixels per point. Values beyond the range of int
 // are clamped to it.

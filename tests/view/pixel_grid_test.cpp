@@ -19,6 +19,11 @@ TEST(PixelGrid, ARoundingErrorCostsNoPixel) {
   EXPECT_EQ(pixelsCovering({0.1 + 0.2, 0, 0.7, 1}, 10), (PixelRect{3, 0, 7, 10}));
 }
 
+TEST(PixelGrid, TheAreaOfSeveralRectangles) {
+  EXPECT_EQ(areaOf({}), 0);
+  EXPECT_EQ(areaOf({{0, 0, 3, 4}, {9, 9, -2, 5}, {-7, 2, 100'000, 100'000}}), 10'000'000'012);
+}
+
 TEST(PixelGrid, EmptyStaysEmpty) {
   EXPECT_TRUE(pixelsCovering({5, 5, 0, 10}, 1).isEmpty());
   EXPECT_TRUE(pixelsCovering({5, 5, -3, 10}, 1).isEmpty());

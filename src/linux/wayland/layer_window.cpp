@@ -3,14 +3,19 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 #include "linux/wayland/kwin_signs.h"
 #include "linux/wayland/window_levels.h"
 #include "view/glass.h"
+#include "view/pixel_grid.h"
 
 namespace orvane::host::wayland {
 namespace {
+
+// More than a tick paints, in pixels.
+constexpr std::int64_t largePaint = 128 * 1024;
 
 // A surface that has lived this long was not refused.
 constexpr int healthyTicks = 10;
@@ -262,6 +267,7 @@ void LayerWindow::paint(ShmBuffer& buffer) {
   buffer.missing.clear();
   const PaintTarget target{buffer.pixels(), plane_.scale.factor(), plane_.origin};
   neighbours_.painter.paint(scene_->list(), target, onPlane);
+  if (areaOf(onPlane) >= largePaint) buffer.letPagesGo();
 }
 
 // ---- The end of a surface

@@ -69,6 +69,8 @@ ShmBuffer::ShmBuffer(Handle<wl_buffer> buffer, PixelBuffer pixels,
   missing.add(PixelRect{0, 0, pixels_.width, pixels_.height});
 }
 
+void ShmBuffer::letPagesGo() const { madvise(pixels_.data, bytesOf(pixels_), MADV_DONTNEED); }
+
 ShmBuffer::~ShmBuffer() { munmap(pixels_.data, bytesOf(pixels_)); }
 
 }  // namespace orvane::host::wayland

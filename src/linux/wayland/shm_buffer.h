@@ -30,6 +30,9 @@ class ShmBuffer {
   [[nodiscard]] PixelBuffer pixels() const { return pixels_; }
   [[nodiscard]] bool isBusy() const { return busy_; }
   void giveToCompositor() { busy_ = true; }
+  // To be called when much of the picture was drawn: its pages stay with the file that the
+  // compositor sees, but are no longer held by this process until it draws on them again.
+  void letPagesGo() const;
 
   // What was shown since this buffer was last drawn into; all of it, while it is new.
   MissingPixels missing;

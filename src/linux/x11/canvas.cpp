@@ -1,6 +1,17 @@
 #include "linux/x11/canvas.h"
 
+#include <cstdint>
+
+#include "view/pixel_grid.h"
+
 namespace orvane::host::x11 {
+
+namespace {
+
+// More than a tick paints, in pixels.
+constexpr std::int64_t largePaint = 128 * 1024;
+
+}  // namespace
 
 void Canvas::begin(const Extent& extent) {
   extent_ = extent;
@@ -16,6 +27,7 @@ void Canvas::fetchBackdrop() {
   if (!backdrop_) return;
   rootPicture_.fill(*backdrop_,
                     {extent_.screen.x + extent_.area.x, extent_.screen.y + extent_.area.y});
+  backdrop_->letPagesGo();
 }
 
 void Canvas::drop() {
@@ -37,6 +49,10 @@ std::vector<PixelRect> Canvas::paint(const DisplayList& list, double scale,
   target.origin = {extent_.area.x, extent_.area.y};
   if (backdrop_) target.backdrop = &backdrop_->buffer();
   painter_.paint(list, target, damage);
+  if (areaOf(damage) >= largePaint) {
+    pixels_->letPagesGo();
+    if (backdrop_) backdrop_->letPagesGo();
+  }
   for (auto& part : damage) {
     part.x -= extent_.area.x;
     part.y -= extent_.area.y;

@@ -67,6 +67,10 @@ SharedPixels::~SharedPixels() {
   if (attached_ != nullptr) shmdt(attached_);
 }
 
+void SharedPixels::letPagesGo() const {
+  if (mapped_ != nullptr) madvise(mapped_, sizeOf(buffer_), MADV_DONTNEED);
+}
+
 bool SharedPixels::attach() {
   const auto size = sizeOf(buffer_);
   const auto kind = connection_.sharedMemory();

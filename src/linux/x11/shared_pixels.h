@@ -22,6 +22,10 @@ class SharedPixels {
 
   [[nodiscard]] const PixelBuffer& buffer() const { return buffer_; }
 
+  // To be called when much of the picture was read or written: its pages stay with the file that
+  // the server sees, but are no longer held by this process until it comes to them again.
+  void letPagesGo() const;
+
   // Asks the server to copy `part` of the picture to the place `to` of a drawable. It may read the
   // memory a little later: what is painted over before is put again by whoever paints it.
   void put(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth, const PixelRect& part,
