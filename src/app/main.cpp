@@ -55,6 +55,8 @@ constexpr int kNoDesktop = 1;
 
 // How long the desktop may take to answer at the start, when it may itself be starting.
 constexpr std::chrono::seconds kFirstPatience{10};
+// When the first refresh is done and the board has been drawn a few times.
+constexpr std::chrono::seconds kSettling{5};
 // A session bus answers within a few milliseconds or has a problem of its own.
 constexpr std::chrono::milliseconds kBusPatience{500};
 
@@ -239,6 +241,7 @@ int runProgram() {
 
   return app.main([&] {
     if (!running.lock()->settings()->focusMode) desktopIcons->giveBackLeftovers();
+    const auto settled = loop->after(kSettling, &host::letGoOfStartPages);
     loop->run();
   });
 }

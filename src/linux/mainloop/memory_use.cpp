@@ -1,11 +1,48 @@
 #include "linux/mainloop/memory_use.h"
 
+#include <link.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
 #include <cstdlib>
+#include <string_view>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
 
 namespace orvane::host {
+namespace {
+
+// Pages that nobody can have written to are what is in the file.
+bool isOnlyRead(const ElfW(Phdr) & segment) {
+  return segment.p_type == PT_LOAD && (segment.p_flags & PF_W) == 0;
+}
+
+// The pages that lie wholly within the segment. They are looked up at random later, so the kernel
+// need not bring their neighbours along.
+void letGo(std::uintptr_t begin, std::size_t size) {
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto first = (begin + page - 1) / page * page;
+  const auto last = (begin + size) / page * page;
+  if (first >= last) return;
+  auto* const start = reinterpret_cast<void*>(first);  // NOLINT(performance-no-int-to-ptr)
+  madvise(start, last - first, MADV_RANDOM);
+  madvise(start, last - first, MADV_DONTNEED);
+}
+
+int letGoOfLibrary(dl_phdr_info* library, std::size_t, void*) {
+  if (std::string_view(library->dlpi_name).find("/libicu") == std::string_view::npos) return 0;
+  for (int index = 0; index < library->dlpi_phnum; ++index) {
+    const auto& segment = library->dlpi_phdr[index];
+    if (isOnlyRead(segment)) letGo(library->dlpi_addr + segment.p_vaddr, segment.p_memsz);
+  }
+  return 0;
+}
+
+}  // namespace
+
+void letGoOfStartPages() { dl_iterate_phdr(&letGoOfLibrary, nullptr); }
 
 void giveMemoryBackEarly() {
 #ifdef __GLIBC__

@@ -8,4 +8,10 @@ namespace orvane::host {
 // where the C library's allocator cannot be told so.
 void giveMemoryBackEarly();
 
+// Lets go of the pages of ICU's libraries that the start has touched: it reads much of them, with
+// what lies around, that is not needed again, and what is needed comes back from the file when it
+// is used. To be called some time after the start. Without effect where there are no such
+// libraries.
+void letGoOfStartPages();
+
 }  // namespace orvane::host
