@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <compare>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
@@ -85,25 +86,38 @@ std::uint16_t modifiersOf(Combination combination) {
 }
 
 // Tells a key that was pressed from one that is held: while it is held, servers send releases and
-// presses in pairs of the same instant, or presses alone.
+// presses in pairs of the same instant, or presses alone. Until it is released, all other keys come
+// to us, too; they do not count.
 class PressCounter {
  public:
   // Whether the event is the beginning of a press.
   bool isPress(const xcb_generic_event_t& event) {
     const auto kind = event.response_type & 0x7F;
     const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-    if (kind == XCB_KEY_RELEASE) {
-      down_ = false;
-      releasedAt_ = key.time;
+    if (kind == XCB_KEY_RELEASE && held_ == key.detail) {
+      held_.reset();
+      released_ = {key.detail, key.time};
     }
-    if (kind != XCB_KEY_PRESS) return false;
-    const bool repeats = std::exchange(down_, true) || releasedAt_ == key.time;
-    return !repeats;
+    if (kind != XCB_KEY_PRESS || held_) return false;
+    held_ = key.detail;
+    return released_ != std::pair(key.detail, key.time);
   }
 
+  // The release of a key may be missed while grabs change.
+  void forget() { held_.reset(); }
+
  private:
-  bool down_ = false;
-  std::optional<xcb_timestamp_t> releasedAt_;
+  std::optional<xcb_keycode_t> held_;
+  std::pair<xcb_keycode_t, xcb_timestamp_t> released_;
+};
+
+// One grab that the server granted.
+struct Hold {
+  xcb_window_t root = 0;
+  std::uint16_t modifiers = 0;
+  xcb_keycode_t key = 0;
+
+  friend auto operator<=>(const Hold&, const Hold&) = default;
 };
 
 // The grabs on one connection, for as long as the server stays.
@@ -117,6 +131,7 @@ class Grab {
         pressed_(std::move(pressed)),
         lost_(std::move(lost)) {
     grab();
+    handleEvents();  // what came along with the answers wakes nobody
     source_ = g_unix_fd_add(xcb_get_file_descriptor(connection_.get()), G_IO_IN, &onReadable, this);
   }
   Grab(const Grab&) = delete;
@@ -135,19 +150,39 @@ class Grab {
     const std::vector<std::uint16_t> locks = {XCB_MOD_MASK_LOCK,
                                               maskOf(connection, symbols.get(), kNumLock),
                                               maskOf(connection, symbols.get(), kScrollLock)};
-    std::vector<xcb_void_cookie_t> requests;
+    std::set<Hold> wanted;
     for (auto root = xcb_setup_roots_iterator(xcb_get_setup(connection)); root.rem > 0;
          xcb_screen_next(&root)) {
-      xcb_ungrab_key(connection, XCB_GRAB_ANY, root.data->root, XCB_MOD_MASK_ANY);
       for (const auto code : keycodes(symbols.get())) {
         for (const auto mix : mixes(locks)) {
-          requests.push_back(xcb_grab_key_checked(connection, 0, root.data->root,
-                                                  static_cast<std::uint16_t>(modifiers_ | mix),
-                                                  code, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+          wanted.insert({root.data->root, static_cast<std::uint16_t>(modifiers_ | mix), code});
         }
       }
     }
-    tellRefusals(requests);
+    change(wanted);
+  }
+
+  // What stays is left alone: the key may be down just now, and a change of the mapping is often
+  // told only because another keyboard is typed on.
+  void change(const std::set<Hold>& wanted) {
+    auto* connection = connection_.get();
+    const auto before = std::exchange(held_, {});
+    for (const auto& hold : before) {
+      if (wanted.contains(hold)) {
+        held_.insert(hold);
+      } else {
+        xcb_ungrab_key(connection, hold.key, hold.root, hold.modifiers);
+        counter_.forget();
+      }
+    }
+    std::vector<std::pair<Hold, xcb_void_cookie_t>> requests;
+    for (const auto& hold : wanted) {
+      if (held_.contains(hold)) continue;
+      requests.emplace_back(hold,
+                            xcb_grab_key_checked(connection, 0, hold.root, hold.modifiers, hold.key,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+    takeAnswers(requests);
   }
 
   // On a layout that has no such letter, the place of the key on an ANSI keyboard counts.
@@ -159,10 +194,11 @@ class Grab {
 
   // Some of a combination's mixes may be free although another program holds the plain one; one
   // refusal is enough to say so, once.
-  void tellRefusals(const std::vector<xcb_void_cookie_t>& requests) {
+  void takeAnswers(const std::vector<std::pair<Hold, xcb_void_cookie_t>>& requests) {
     bool refused = false;
-    for (const auto& request : requests) {
+    for (const auto& [hold, request] : requests) {
       const ReplyPtr<xcb_generic_error_t> error(xcb_request_check(connection_.get(), request));
+      if (!error) held_.insert(hold);
       refused = refused || error;
     }
     if (!refused || std::exchange(toldRefusal_, true)) return;
@@ -184,13 +220,18 @@ class Grab {
     return G_SOURCE_CONTINUE;
   }
 
-  // Grabbing anew waits for answers, and may bring further events along.
+  // A change of the mapping is told by several events at once. Grabbing anew waits for answers, and
+  // may bring further events along.
   int handleEvents() {
     int presses = 0;
-    while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-      if (counter_.isPress(*event)) ++presses;
-      if ((event->response_type & 0x7F) == XCB_MAPPING_NOTIFY) grab();
-    }
+    bool isOutdated = false;
+    do {
+      if (std::exchange(isOutdated, false)) grab();
+      while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+        if (counter_.isPress(*event)) ++presses;
+        isOutdated = isOutdated || (event->response_type & 0x7F) == XCB_MAPPING_NOTIFY;
+      }
+    } while (isOutdated);
     return presses;
   }
 
@@ -199,6 +240,7 @@ class Grab {
   const xcb_keysym_t keysym_;
   const Pressed pressed_;
   const std::function<void()> lost_;
+  std::set<Hold> held_;
   PressCounter counter_;
   guint source_ = 0;
   bool toldRefusal_ = false;
