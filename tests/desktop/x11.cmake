@@ -24,3 +24,21 @@ orvane_test(NAME x11_beat_test
   SOURCES x11_beat_test.cpp
   LIBRARIES x11_desktop_harness
   PROPERTIES LABELS desktop RUN_SERIAL TRUE)
+
+# xfce_test(CLASS test …): the program as a part of Xfce, each test known to ctest.
+function(xfce_test class)
+  foreach(test ${ARGN})
+    set(name "xfce.${class}.${test}")
+    add_test(NAME "${name}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/xfce_shell_test.py"
+                     "${class}.${test}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
+                         "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+  endforeach()
+endfunction()
+
+xfce_test(HotKey toggles_focus_mode)
+xfce_test(Instance is_one_and_activated_by_a_second_start)
+xfce_test(Actions do_what_they_are_called)
+xfce_test(Icons are_hidden_while_focus_mode_is_on keep_the_style_of_the_user)
+xfce_test(StatusItem opens_its_menu comes_back_with_the_panel)

@@ -1,0 +1,163 @@
+"""The program as a part of Xfce: its key, its one instance, its actions, its status item, and the
+desktop's icons."""
+
+import os
+import unittest
+
+from desktop_session import eventually, program, run_tests
+from xfce_session import NAME, WATCHER, XfceSession
+
+HOT_KEY = "super+shift+z"
+
+
+def keep(picture, name):
+    """For whoever wants to look at it."""
+    folder = os.environ.get("ORVANE_PICTURES")
+    if folder:
+        picture.save_png(os.path.join(folder, name + ".png"))
+
+
+class HotKey(unittest.TestCase):
+    def toggles_focus_mode(self):
+        with XfceSession() as xfce:
+            running = xfce.start_program()
+            xfce.press(HOT_KEY)
+            eventually("focus mode is on", lambda: xfce.focus_mode() is True)
+            xfce.press(HOT_KEY)
+            eventually("focus mode is off", lambda: xfce.focus_mode() is False)
+            xfce.press("Num_Lock")
+            xfce.press(HOT_KEY)
+            eventually("focus mode is on under NumLock", lambda: xfce.focus_mode() is True)
+            xfce.press("Caps_Lock")
+            xfce.press(HOT_KEY)
+            eventually("focus mode is off under both locks", lambda: xfce.focus_mode() is False)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
+
+
+class Instance(unittest.TestCase):
+    def is_one_and_activated_by_a_second_start(self):
+        with XfceSession() as xfce:
+            first = xfce.start_program()
+            # What the settings are shown by goes to the desktop's notifications.
+            monitor = xfce.start("dbus-monitor", "--session", "member=Activate")
+            eventually("calls are watched", lambda: "NameAcquired" in monitor.output or monitor.lines)
+            second = xfce.start(program("orvane"))
+            self.assertEqual(second.process.wait(timeout=10), 0)
+            self.assertEqual(second.output, "")
+            eventually("the first is activated", lambda: "member=Activate" in monitor.output)
+            self.assertTrue(first.is_running())
+            self.assertEqual(len(xfce.windows(NAME)), 1)
+            self.assertEqual(first.end(), 0)
+
+
+class Actions(unittest.TestCase):
+    def do_what_they_are_called(self):
+        with XfceSession() as xfce:
+            running = xfce.start_program()
+            xfce.action("toggle-focus")
+            eventually("focus mode is on", lambda: xfce.focus_mode() is True)
+            xfce.action("toggle-focus")
+            eventually("focus mode is off", lambda: xfce.focus_mode() is False)
+            xfce.action("refresh-now")
+            xfce.action("settings")
+            self.assertTrue(running.is_running())
+            xfce.action("quit")
+            self.assertEqual(running.process.wait(timeout=10), 0)
+            self.assertFalse(xfce.has_owner(NAME))
+            self.assertEqual(running.output, "")
+
+
+class Icons(unittest.TestCase):
+    def are_hidden_while_focus_mode_is_on(self):
+        self._hide_and_show(None)
+
+    def keep_the_style_of_the_user(self):
+        self._hide_and_show("1")
+
+    def _hide_and_show(self, style):
+        with XfceSession() as xfce:
+            if style:
+                command = ("xfconf-query", "-c", "xfce4-desktop", "-p", "/desktop-icons/style")
+                xfce.ask(*command, "-n", "-t", "int", "-s", style)
+            xfce.start_desktop()
+            shown = xfce.resting_picture()
+            xfce.set_defaults(hideDesktopIconsInFocus=True)
+            running = xfce.start_program()
+            xfce.action("toggle-focus")
+            eventually("the icons are off", lambda: xfce.icon_style() == "0")
+            # The board may stand over them, so what is behind is looked at when it has gone.
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(xfce.icon_style(), "0")
+            keep(shown, "shown-%s" % style)
+            hidden = xfce.resting_picture()
+            if style is None:
+                self.assertNotEqual(hidden, shown)
+            keep(hidden, "hidden-%s" % style)
+            running = xfce.start_program()
+            xfce.action("toggle-focus")
+            eventually("the style is the user's", lambda: xfce.icon_style() == style)
+            self.assertEqual(running.end(), 0)
+            again = xfce.resting_picture()
+            keep(again, "shown-again-%s" % style)
+            self.assertEqual(again.differing_box(shown), None)
+
+
+class StatusItem(unittest.TestCase):
+    def _item(self, xfce, bare):
+        """The middle of the place that the item takes in the panel."""
+        eventually("the panel knows the item", lambda: "StatusNotifierItem" in xfce.status_items())
+        box = eventually("the item is seen", lambda: xfce.panel_picture().differing_box(bare))
+        left, top, right, bottom = box
+        self.assertLess(right - left, 60)
+        keep(xfce.panel_picture(), "item")
+        return (left + right) // 2, (top + bottom) // 2
+
+    def _resting_panel(self, xfce):
+        xfce.resting_picture()
+        return xfce.panel_picture()
+
+    def _choose(self, xfce, item, *keys):
+        """Opens the item's menu by a click, and goes through it by keys."""
+        x, y = (str(value) for value in item)
+        before = xfce.windows("wrapper-2.0")
+        xfce.ask("xdotool", "mousemove", x, y, "click", "1")
+        eventually("the menu opens", lambda: len(xfce.windows("wrapper-2.0")) > len(before))
+        eventually("the menu is drawn", lambda: xfce.picture().pixel(int(x) + 8, 60) != (0, 0, 0))
+        keep(xfce.picture(), "menu")
+        for key in keys:
+            xfce.press(key)
+
+    def opens_its_menu(self):
+        with XfceSession() as xfce:
+            xfce.start_panel()
+            bare = self._resting_panel(xfce)
+            running = xfce.start_program()
+            item = self._item(xfce, bare)
+            monitor = xfce.start("dbus-monitor", "--session", "interface=com.canonical.dbusmenu")
+            eventually("calls are watched", lambda: monitor.lines)
+            self._choose(xfce, item, "Down", "Down", "Return")
+            # The second item of the menu is "Refresh Now".
+            eventually("the item is chosen", lambda: "clicked" in monitor.output)
+            self.assertTrue(running.is_running())
+            self._choose(xfce, item, "Up", "Return")
+            self.assertEqual(running.process.wait(timeout=20), 0)
+            self.assertEqual(running.output, "")
+            eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
+
+    def comes_back_with_the_panel(self):
+        with XfceSession() as xfce:
+            panel = xfce.start_panel()
+            bare = self._resting_panel(xfce)
+            running = xfce.start_program()
+            self._item(xfce, bare)
+            panel.end()
+            eventually("nobody watches", lambda: not xfce.has_owner(WATCHER))
+            xfce.start_panel()
+            self._item(xfce, bare)
+            self.assertEqual(running.end(), 0)
+            eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
+
+
+if __name__ == "__main__":
+    run_tests()
