@@ -2,6 +2,7 @@
 desktop's icons."""
 
 import os
+import time
 import unittest
 
 from desktop_session import eventually, program, run_tests
@@ -157,6 +158,20 @@ class StatusItem(unittest.TestCase):
             self._item(xfce, bare)
             self.assertEqual(running.end(), 0)
             eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
+
+    def asks_nobody_while_nobody_watches(self):
+        with XfceSession() as xfce:
+            monitor = xfce.start("dbus-monitor", "--session", "type=method_call")
+            eventually("calls are watched", lambda: monitor.lines)
+            running = xfce.start_program()
+            eventually("the watcher is looked for", lambda: WATCHER in monitor.output)
+            asked = monitor.output.count(WATCHER)
+            # Longer than it waits with a watcher that refuses.
+            end = time.monotonic() + 5
+            eventually("some seconds pass", lambda: time.monotonic() > end)
+            self.assertEqual(monitor.output.count(WATCHER), asked)
+            self.assertEqual(running.end(), 0)
+            self.assertEqual(running.output, "")
 
 
 if __name__ == "__main__":
