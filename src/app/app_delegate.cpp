@@ -5,7 +5,6 @@
 
 #include "dashboard/wallpaper_dashboard_view.h"
 #include "foundation/fatal_error.h"
-#include "settings/settings_view.h"
 
 namespace orvane {
 namespace {
@@ -144,8 +143,14 @@ std::unique_ptr<NSWindowController> AppDelegate::makeSettingsWindow() {
   window->titlebarAppearsTransparent = true;
   window->isReleasedWhenClosed = false;
   window->center();
-  window->setContentView(std::make_shared<SettingsView>(settings_, taskManager()));
+  window->setContentView(makeSettingsView());
   return std::make_unique<NSWindowController>(window);
+}
+
+std::shared_ptr<SettingsView> AppDelegate::makeSettingsView() {
+  return SettingsView::create(settings_, taskManager(),
+                              {environment_.windowServer, environment_.notificationCenter,
+                               environment_.mainActor, environment_.locale});
 }
 
 void AppDelegate::refreshNow() {

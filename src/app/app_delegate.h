@@ -25,6 +25,7 @@
 #include "platform/sm_app_service.h"
 #include "platform/user_defaults.h"
 #include "settings/dashboard_settings.h"
+#include "settings/settings_view.h"
 #include "wallpaper/wallpaper_window_controller.h"
 
 namespace orvane {
@@ -62,6 +63,8 @@ class AppDelegate : public NSActionTarget, public std::enable_shared_from_this<A
   // Brings the one settings window to the front; the first call makes it. Where the host can show
   // no such window, nothing comes of it.
   void openSettings();
+  // A content of its own for a settings window.
+  [[nodiscard]] std::shared_ptr<SettingsView> makeSettingsView();
   // Asks for a refresh of the agenda, and brings the board back to its place.
   void refreshNow();
   void quit();

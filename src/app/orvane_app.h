@@ -20,7 +20,7 @@ class OrvaneApp {
 
   // The content of the settings scene.
   [[nodiscard]] std::shared_ptr<SettingsView> body() const {
-    return std::make_shared<SettingsView>(appDelegate_->settings(), appDelegate_->taskManager());
+    return appDelegate_->makeSettingsView();
   }
 
   // Tells the delegate of the launch, runs the loop until the program is asked to end, and tells

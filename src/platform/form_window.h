@@ -1,17 +1,29 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 
+#include "foundation/subscription.h"
+#include "platform/form.h"
 #include "platform/ns_window.h"
 
 namespace orvane {
 
-// What a form window shows. Each host takes from it what it needs to draw it.
+// What a form window shows, and where the user's edits go. Main thread only.
 class FormView {
  public:
   virtual ~FormView() = default;
+
+  // As of now.
+  [[nodiscard]] virtual Form form() const = 0;
+  // Carries out an edit at once. One that the form, as it is now, does not offer changes nothing:
+  // an unknown or disabled control, a value of another type, out of range or not among the choices.
+  virtual void edit(const FormEdit& edit) = 0;
+  // Tells, in a later turn of the loop and once for all that happened until then, that form() may
+  // answer something else, or that an edit was not carried out as it came.
+  [[nodiscard]] virtual Subscription onChange(std::function<void()> observer) = 0;
 };
 
 struct FormWindowStyleMask {

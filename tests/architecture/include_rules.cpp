@@ -29,7 +29,13 @@ const std::map<std::string, Folders, std::less<>>& arrows() {
   return map;
 }
 
-// The form of the settings stands above what it edits, alone in its folder.
+// The form of the settings stands above what it edits, alone in its folder: settings_view.h and the
+// files that it is divided into.
+bool isSettingsForm(std::string_view path) {
+  return path.starts_with("settings/settings_view.") || path.starts_with("settings/settings_view_");
+}
+
+// What it may look at, besides its own folder.
 const Folders& belowTheSettingsForm() {
   static const Folders folders = {"foundation", "platform",  "view", "agenda",
                                   "dashboard",  "wallpaper", "focus"};
@@ -166,7 +172,7 @@ bool allowedInLogic(std::string_view path, const Include& include) {
   const std::string target = firstPart(include.name);
   if (include.name.find('/') == std::string::npos) return false;
   if (own == target) return true;
-  if (path.starts_with("settings/settings_view.")) return belowTheSettingsForm().contains(target);
+  if (isSettingsForm(path)) return belowTheSettingsForm().contains(target);
   const auto found = arrows().find(own);
   return found != arrows().end() && found->second.contains(target);
 }
