@@ -1,6 +1,10 @@
 #include <algorithm>
 #include <map>
+#include <string>
+#include <string_view>
+#include <type_traits>
 #include <utility>
+#include <variant>
 
 #include "foundation/utf8.h"
 #include "settings/color_hex.h"

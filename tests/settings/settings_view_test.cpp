@@ -110,12 +110,13 @@ TEST_F(SettingsViewTest, AllIsThereForASelectionWithoutOptions) {
 }
 
 TEST_F(SettingsViewTest, NamesArePassedThrough) {
-  const std::string long_(5000, 'x');
-  offerCalendars({{"1", ""}, {"2", long_}, {"3", "🎉 Party"}, {"4", "יומן עבודה"}, {"5", "a\nb"}});
+  const std::string longName(5000, 'x');
+  offerCalendars(
+      {{"1", ""}, {"2", longName}, {"3", "🎉 Party"}, {"4", "יומן עבודה"}, {"5", "a\nb"}});
   const auto rows = calendars().rows;
   ASSERT_EQ(rows.size(), 5U);
   EXPECT_EQ(rows[0].label, "");
-  EXPECT_EQ(rows[1].label, long_);
+  EXPECT_EQ(rows[1].label, longName);
   EXPECT_EQ(rows[2].label, "🎉 Party");
   EXPECT_EQ(rows[3].label, "יומן עבודה");
   EXPECT_EQ(rows[4].label, "a\nb");
