@@ -35,7 +35,7 @@ double luminance(const SRGB& color) {
 
 // As the Web Content Accessibility Guidelines define it, from 1 to 21.
 double contrast(const SRGB& below, const Color& text) {
-  const auto [dark, light] = std::minmax(luminance(below), luminance(over(below, text)));
+  const auto [dark, light] = std::minmax({luminance(below), luminance(over(below, text))});
   return (light + 0.05) / (dark + 0.05);
 }
 

@@ -39,23 +39,20 @@ void callStarting(GDBusConnection* connection, const Method& method, GVariant* a
            std::move(answered));
 }
 
-// What the library had queued when the watch ended still arrives; it finds nobody.
 SignalWatch::SignalWatch(GDBusConnection* connection, const Method& signal, Heard heard)
-    : connection_(shared(connection)), heard_(std::make_shared<Heard>(std::move(heard))) {
-  using Shared = std::shared_ptr<Heard>;
+    : connection_(shared(connection)), heard_(std::move(heard)) {
   const GDBusSignalCallback onSignal = [](GDBusConnection*, const char*, const char*, const char*,
-                                          const char*, GVariant* arguments, gpointer data) {
-    const Shared kept = *static_cast<Shared*>(data);
-    if (const auto call = *kept) call(arguments);
+                                          const char*, GVariant* arguments, gpointer self) {
+    const auto call = static_cast<SignalWatch*>(self)->heard_;
+    if (call) call(arguments);
   };
-  const GDestroyNotify drop = [](gpointer data) { delete static_cast<Shared*>(data); };
   subscription_ = g_dbus_connection_signal_subscribe(
       connection, signal.destination.c_str(), signal.interface.c_str(), signal.name.c_str(),
-      signal.path.c_str(), nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onSignal, new Shared(heard_), drop);
+      signal.path.c_str(), nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
 }
 
+// The library checks that a subscription is still there before it hands on what it had queued.
 SignalWatch::~SignalWatch() {
-  *heard_ = nullptr;
   g_dbus_connection_signal_unsubscribe(connection_.get(), subscription_);
 }
 

@@ -43,7 +43,7 @@ class SignalWatch {
 
  private:
   const ObjectPtr<GDBusConnection> connection_;
-  const std::shared_ptr<Heard> heard_;
+  const Heard heard_;
   guint subscription_ = 0;
 };
 

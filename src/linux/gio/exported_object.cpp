@@ -16,10 +16,6 @@ NodeInfoPtr parsedDescription(const std::string& description) {
   return info;
 }
 
-using SharedHandlers = std::shared_ptr<ExportedObject::Handlers>;
-
-void dropHandlers(gpointer handlers) { delete static_cast<SharedHandlers*>(handlers); }
-
 }  // namespace
 
 CallError unknownMethod(const std::string& message) {
@@ -35,15 +31,15 @@ ExportedObject::ExportedObject(GDBusConnection* connection, const std::string& p
     : connection_(shared(connection)),
       path_(path),
       description_(parsedDescription(description)),
-      handlers_(std::make_shared<Handlers>(std::move(handlers))) {
+      handlers_(std::move(handlers)) {
   static const GDBusInterfaceVTable entries = {&onCall, &onProperty, nullptr, {}};
   registration_ = g_dbus_connection_register_object(
-      connection, path.c_str(), description_->interfaces[0], &entries,
-      new SharedHandlers(handlers_), &dropHandlers, nullptr);
+      connection, path.c_str(), description_->interfaces[0], &entries, this, nullptr, nullptr);
 }
 
+// The library delivers nothing to an object that is not registered any more, also not what it had
+// queued before.
 ExportedObject::~ExportedObject() {
-  *handlers_ = {};
   if (registration_ != 0) g_dbus_connection_unregister_object(connection_.get(), registration_);
 }
 
@@ -55,9 +51,8 @@ void ExportedObject::emit(const std::string& signal, GVariant* arguments) const 
 
 void ExportedObject::onCall(GDBusConnection*, const char*, const char*, const char*,
                             const char* method, GVariant* arguments,
-                            GDBusMethodInvocation* invocation, gpointer handlers) {
-  const SharedHandlers kept = *static_cast<SharedHandlers*>(handlers);
-  const auto call = kept->call;
+                            GDBusMethodInvocation* invocation, gpointer self) {
+  const auto call = static_cast<ExportedObject*>(self)->handlers_.call;
   auto reply = call ? call(method, arguments) : CallReply(unknownMethod("The object is gone."));
   if (const auto* error = std::get_if<CallError>(&reply)) {
     g_dbus_method_invocation_return_dbus_error(invocation, error->name.c_str(),
@@ -68,9 +63,9 @@ void ExportedObject::onCall(GDBusConnection*, const char*, const char*, const ch
 }
 
 GVariant* ExportedObject::onProperty(GDBusConnection*, const char*, const char*, const char*,
-                                     const char* property, GError** error, gpointer handlers) {
-  const SharedHandlers kept = *static_cast<SharedHandlers*>(handlers);
-  auto value = kept->property ? kept->property(property) : nullptr;
+                                     const char* property, GError** error, gpointer self) {
+  const auto& read = static_cast<ExportedObject*>(self)->handlers_.property;
+  auto value = read ? read(property) : nullptr;
   if (!value) {
     g_set_error(error, G_DBUS_ERROR, G_DBUS_ERROR_UNKNOWN_PROPERTY, "There is no property %s.",
                 property);

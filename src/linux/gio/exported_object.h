@@ -54,8 +54,7 @@ class ExportedObject {
   const ObjectPtr<GDBusConnection> connection_;
   const std::string path_;
   const NodeInfoPtr description_;
-  // Shared with calls under way, which may reach us after the end.
-  const std::shared_ptr<Handlers> handlers_;
+  const Handlers handlers_;
   guint registration_ = 0;
 };
 

@@ -21,8 +21,8 @@ class NameWatch {
   ~NameWatch();
 
  private:
-  struct Observers;
-  const std::shared_ptr<Observers> observers_;
+  const std::function<void(const std::string& owner)> appeared_;
+  const std::function<void()> vanished_;
   guint watch_ = 0;
 };
 

@@ -90,7 +90,9 @@ class StatusBarTest : public testing::Test {
     menu.addItem({"Quit", "quit", "q", false, target_});
     item_->setMenu(menu);
     // The name is asked for on one connection, and the item looked for on another.
-    if (onBus_) EXPECT_TRUE(eventually([&] { return isThere(); }));
+    if (onBus_) {
+      EXPECT_TRUE(eventually([&] { return isThere(); }));
+    }
   }
   [[nodiscard]] static std::string itemName() {
     return "org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-1";
