@@ -37,8 +37,10 @@ org_kde_kwin_fake_input* plugIn(wl_display* display) {
   static const wl_registry_listener listener = {announced,
                                                 [](void*, wl_registry*, std::uint32_t) {}};
   org_kde_kwin_fake_input* input = nullptr;
-  wl_registry_add_listener(wl_display_get_registry(display), &listener, &input);
+  wl_registry* registry = wl_display_get_registry(display);
+  wl_registry_add_listener(registry, &listener, &input);
   wl_display_roundtrip(display);
+  wl_registry_destroy(registry);
   if (!input) fail("the compositor takes no input from programs");
   org_kde_kwin_fake_input_authenticate(input, "kwin_input", "tests");
   return input;
@@ -85,6 +87,7 @@ int main(int count, char** arguments) {
     while (wl_display_dispatch(display) >= 0) {
     }
   }
+  org_kde_kwin_fake_input_destroy(input);
   wl_display_disconnect(display);
   return 0;
 }

@@ -187,6 +187,8 @@ int main(int count, char** words) {
   }
   Client client;
   client.connection = xcb_connect(nullptr, nullptr);
+  const std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> ends(client.connection,
+                                                                            &xcb_disconnect);
   if (xcb_connection_has_error(client.connection) != 0) fail("no display");
   client.screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection)).data;
   if (isPicture) return writePicture(client);
