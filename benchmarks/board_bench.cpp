@@ -54,12 +54,6 @@ Screen screenOf(const benchmark::State& state) {
   return state.range(0) == 1 ? Screen{{1920, 1080}, 1} : Screen{{1920, 1080}, 2};
 }
 
-double areaOf(const std::vector<PixelRect>& rects) {
-  double area = 0;
-  for (const auto& rect : rects) area += static_cast<double>(rect.width) * rect.height;
-  return area;
-}
-
 // What a window does each second: the body at the new instant, its layout, the comparison with what
 // is shown, and the painting of what differs.
 void oneTick(benchmark::State& state) {
@@ -77,7 +71,7 @@ void oneTick(benchmark::State& state) {
     const auto damage = scene.update(ExampleBoard::start + second, screen.size);
     const auto pixels = surface.pixels(damage);
     drawing.painter->paint(scene.list(), surface.target(), pixels);
-    painted += areaOf(pixels);
+    painted += static_cast<double>(areaOf(pixels));
   }
   state.counters["pixels"] = benchmark::Counter(painted, benchmark::Counter::kAvgIterations);
 }
