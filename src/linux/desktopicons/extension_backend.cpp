@@ -40,37 +40,37 @@ Names split(const std::string& text) {
 
 class ExtensionBackend final : public IconBackend {
  public:
-  explicit ExtensionBackend(SettingsValue disabled) : disabled_(std::move(disabled)) {}
+  explicit ExtensionBackend(SettingsValue disabled) : disabledList_(std::move(disabled)) {}
 
   [[nodiscard]] std::string name() const override { return "gnome-extensions"; }
 
   // What is written down is the names that were added, and whether there was a list at all.
   void capture(std::function<void(std::optional<IconState>)> captured) override {
-    const auto now = disabled_.texts();
+    const auto now = disabledList_.texts();
     Names added;
     for (const std::string extension : kIconExtensions) {
       if (!contains(now, extension)) added.push_back(extension);
     }
-    captured(IconState{disabled_.userText().empty() ? "unset" : "set", joined(added)});
+    captured(IconState{disabledList_.userText().empty() ? "unset" : "set", joined(added)});
   }
 
   void hide(const IconState& state, std::function<void(bool)> done) override {
-    auto names = disabled_.texts();
+    auto names = disabledList_.texts();
     for (const auto& extension : split(state.written)) {
       if (!contains(names, extension)) names.push_back(extension);
     }
-    done(disabled_.setTexts(names));
+    done(disabledList_.setTexts(names));
   }
 
   void giveBack(const IconState& state, std::function<void(bool)> done) override {
-    auto names = disabled_.texts();
+    auto names = disabledList_.texts();
     for (const auto& extension : split(state.written)) std::erase(names, extension);
     const bool wasUnset = names.empty() && state.before == "unset";
-    done(wasUnset ? disabled_.set("") : disabled_.setTexts(names));
+    done(wasUnset ? disabledList_.set("") : disabledList_.setTexts(names));
   }
 
  private:
-  const SettingsValue disabled_;
+  const SettingsValue disabledList_;
 };
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <deque>
 #include <memory>
+#include <optional>
 
 #include "linux/desktopicons/icon_backend.h"
 #include "linux/desktopicons/icon_memory.h"

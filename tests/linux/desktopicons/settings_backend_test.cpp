@@ -87,9 +87,9 @@ TEST(SettingsBackendTest, WhatIsNotInstalledIsNoDesktop) {
 class ExtensionBackendTest : public testing::Test {
  protected:
   using Texts = std::vector<std::string>;
-  void TearDown() override { EXPECT_TRUE(disabled_->set("")); }
+  void TearDown() override { EXPECT_TRUE(disabledList_->set("")); }
 
-  std::optional<SettingsValue> disabled_ =
+  std::optional<SettingsValue> disabledList_ =
       SettingsValue::find("org.gnome.shell", "disabled-extensions");
   std::unique_ptr<IconBackend> backend_ = makeExtensionBackend();
   const Texts icons_ = {"ding@rastersoft.com", "gtk4-ding@smedius.gitlab.com",
@@ -99,34 +99,35 @@ class ExtensionBackendTest : public testing::Test {
 TEST_F(ExtensionBackendTest, AnUnsetListIsUnsetAgain) {
   const auto state = captured(*backend_);
   EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabled_->texts(), icons_);
+  EXPECT_EQ(disabledList_->texts(), icons_);
   EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabled_->userText(), "");
+  EXPECT_EQ(disabledList_->userText(), "");
 }
 
 TEST_F(ExtensionBackendTest, AnEmptyListStaysSet) {
-  ASSERT_TRUE(disabled_->setTexts({}));
+  ASSERT_TRUE(disabledList_->setTexts({}));
   const auto state = captured(*backend_);
   EXPECT_TRUE(hidden(*backend_, state));
   EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabled_->userText(), "@as []");
+  EXPECT_EQ(disabledList_->userText(), "@as []");
 }
 
 TEST_F(ExtensionBackendTest, OthersInTheListStay) {
-  ASSERT_TRUE(disabled_->setTexts({"dock@example.org", icons_[0]}));
+  ASSERT_TRUE(disabledList_->setTexts({"dock@example.org", icons_[0]}));
   const auto state = captured(*backend_);
   EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabled_->texts(), (Texts{"dock@example.org", icons_[0], icons_[1], icons_[2]}));
-  ASSERT_TRUE(disabled_->setTexts({"dock@example.org", icons_[0], icons_[1], icons_[2], "new@x"}));
+  EXPECT_EQ(disabledList_->texts(), (Texts{"dock@example.org", icons_[0], icons_[1], icons_[2]}));
+  ASSERT_TRUE(
+      disabledList_->setTexts({"dock@example.org", icons_[0], icons_[1], icons_[2], "new@x"}));
   EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabled_->texts(), (Texts{"dock@example.org", icons_[0], "new@x"}));
+  EXPECT_EQ(disabledList_->texts(), (Texts{"dock@example.org", icons_[0], "new@x"}));
 }
 
 TEST_F(ExtensionBackendTest, HidingTwiceAddsOnce) {
   const auto state = captured(*backend_);
   EXPECT_TRUE(hidden(*backend_, state));
   EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabled_->texts(), icons_);
+  EXPECT_EQ(disabledList_->texts(), icons_);
 }
 
 }  // namespace
