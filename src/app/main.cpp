@@ -137,21 +137,27 @@ host::HotKeyOptions hotKeyOptions() {
   return options;
 }
 
-// What others may ask of the running program over the bus.
-std::vector<host::ApplicationAction> exportedActions(const std::function<AppDelegate*()>& running) {
-  const auto action = [running](std::string name, void (*perform)(AppDelegate&)) {
-    return host::ApplicationAction{std::move(name), [running, perform] {
-                                     if (auto* delegate = running()) perform(*delegate);
-                                   }};
+// What others may ask of the running program over the bus, which lasts longer than the program.
+host::ApplicationOptions applicationOptions(GDBusConnection* bus,
+                                            const std::weak_ptr<AppDelegate>& running) {
+  const auto with = [&running](void (*perform)(AppDelegate&)) {
+    return [&running, perform] {
+      if (const auto delegate = running.lock()) perform(*delegate);
+    };
   };
-  return {action("settings", [](AppDelegate& delegate) { delegate.openSettings(); }),
-          action("refresh-now", [](AppDelegate& delegate) { delegate.refreshNow(); }),
-          action("toggle-focus",
-                 [](AppDelegate& delegate) {
-                   auto& settings = *delegate.settings();
-                   settings.focusMode = !settings.focusMode.get();
-                 }),
-          action("quit", [](AppDelegate& delegate) { delegate.quit(); })};
+  const auto openSettings = with([](AppDelegate& delegate) { delegate.openSettings(); });
+  host::ApplicationOptions options;
+  options.connection = bus;
+  options.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
+  options.startedByBus = environmentVariable("DBUS_STARTER_ADDRESS").has_value();
+  options.activate = openSettings;
+  options.actions = {{"settings", openSettings},
+                     {"refresh-now", with([](AppDelegate& delegate) { delegate.refreshNow(); })},
+                     {"toggle-focus", with([](AppDelegate& delegate) {
+                        delegate.focusHotKeyController()->toggleFocusMode();
+                      })},
+                     {"quit", with([](AppDelegate& delegate) { delegate.quit(); })}};
+  return options;
 }
 
 void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '\n'; }
@@ -167,15 +173,7 @@ int runProgram() {
   std::weak_ptr<AppDelegate> running;
   const auto bus =
       host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
-  host::ApplicationOptions claim;
-  claim.connection = bus.get();
-  claim.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
-  claim.startedByBus = environmentVariable("DBUS_STARTER_ADDRESS").has_value();
-  claim.activate = [&running] {
-    if (const auto delegate = running.lock()) delegate->openSettings();
-  };
-  claim.actions = exportedActions([&running] { return running.lock().get(); });
-  const auto instance = host::claimInstance(std::move(claim), *loop);
+  const auto instance = host::claimInstance(applicationOptions(bus.get(), running), *loop);
   if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
 
   NotificationCenter notifications;
@@ -197,7 +195,8 @@ int runProgram() {
   std::for_each(failures.begin(), failures.end(), say);
   if (!failures.empty()) return kNoDesktop;
 
-  const auto userDefaults = host::makeUserDefaults(host::userDefaultsPath(), *loop);
+  const auto userDefaults =
+      host::makeUserDefaults(host::userDefaultsPath(environmentVariable), *loop);
   const auto appService = host::makeAutostartService(
       {host::autostartEntryPath(environmentVariable), programPath().string()});
   const auto application = host::makeApplication([&loop] { loop->quit(kSuccess); });

@@ -34,6 +34,8 @@ class FocusHotKeyController : public std::enable_shared_from_this<FocusHotKeyCon
   FocusHotKeyController& operator=(const FocusHotKeyController&) = delete;
   ~FocusHotKeyController();
 
+  // What the key does, for other ways to ask for it. Nothing when the settings are gone.
+  void toggleFocusMode() const;
   // Whether the icons are hidden because this program asked for it, whatever came of the asking.
   [[nodiscard]] bool iconsHiddenByApp() const { return iconsHiddenByApp_; }
 
@@ -43,7 +45,6 @@ class FocusHotKeyController : public std::enable_shared_from_this<FocusHotKeyCon
 
   void registerHotKey();
   static OSStatus hotKeyPressed(void* userData);
-  void toggleFocusMode() const;
   void followFocusMode();
   void syncDesktopIcons(bool focusModeEnabled);
   static void setDesktopIconsHidden(bool hidden, AppleScripts& scripts);
