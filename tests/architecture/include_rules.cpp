@@ -182,7 +182,8 @@ bool allowedInAdapter(std::string_view path, const Include& include) {
   const std::string target = firstPart(include.name);
   if (target != "linux") return target == "foundation" || target == "platform" || target == "view";
   const std::string adapter = adapterOf(include.name);
-  return adapter == adapterOf(path) || adapter == "linux/wire" || adapter == "linux/gio";
+  return adapter == adapterOf(path) || adapter == "linux/wire" || adapter == "linux/gio" ||
+         adapter == "linux/files";
 }
 
 bool namesAnAdaptedLibrary(const std::string& line) {

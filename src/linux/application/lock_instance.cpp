@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
+
 namespace orvane::host::application {
 namespace {
 
@@ -20,21 +22,6 @@ namespace fs = std::filesystem;
 
 // What a further start sends. One byte that means nothing else.
 constexpr char kActivate = 'a';
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  [[nodiscard]] int get() const { return number_; }
-  explicit operator bool() const { return number_ >= 0; }
-
- private:
-  int number_;
-};
 
 std::optional<sockaddr_un> addressOf(const fs::path& socket) {
   sockaddr_un address{};
@@ -45,19 +32,19 @@ std::optional<sockaddr_un> addressOf(const fs::path& socket) {
   return address;
 }
 
-Descriptor openSocket() {
-  return Descriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+FileDescriptor openSocket() {
+  return FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
-// Null descriptor where the socket cannot be had: further starts are then guarded against all the
+// None where the socket cannot be had: further starts are then guarded against all the
 // same, and only not heard of.
-Descriptor listenAt(const fs::path& path) {
+FileDescriptor listenAt(const fs::path& path) {
   const auto address = addressOf(path);
   auto socket = openSocket();
-  if (!address || !socket) return Descriptor(-1);
+  if (!address || !socket) return FileDescriptor();
   ::unlink(path.c_str());  // of an instance that is gone: the lock is ours
   const auto* generic = reinterpret_cast<const sockaddr*>(&*address);
-  return ::bind(socket.get(), generic, sizeof *address) == 0 ? std::move(socket) : Descriptor(-1);
+  return ::bind(socket.get(), generic, sizeof *address) == 0 ? std::move(socket) : FileDescriptor();
 }
 
 bool tellAt(const fs::path& path) {
@@ -70,7 +57,7 @@ bool tellAt(const fs::path& path) {
 
 class LockInstance final : public Instance {
  public:
-  LockInstance(Descriptor lock, Descriptor socket, fs::path socketPath,
+  LockInstance(FileDescriptor lock, FileDescriptor socket, fs::path socketPath,
                std::function<void()> activate, MainActor& mainActor)
       : lock_(std::move(lock)),
         socket_(std::move(socket)),
@@ -100,8 +87,8 @@ class LockInstance final : public Instance {
     });
   }
 
-  const Descriptor lock_;
-  const Descriptor socket_;
+  const FileDescriptor lock_;
+  const FileDescriptor socket_;
   const fs::path socketPath_;
   const std::function<void()> activate_;
   MainActor& mainActor_;
@@ -114,7 +101,7 @@ class LockInstance final : public Instance {
 InstanceClaim claimByLock(ApplicationOptions options, MainActor& mainActor) {
   const auto lockPath = options.runtimeFolder / "orvane.lock";
   const auto socketPath = options.runtimeFolder / "orvane.socket";
-  Descriptor lock(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  FileDescriptor lock(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!lock) {
     std::cerr << "orvane: A second start cannot be told, because " << lockPath
               << " cannot be opened: " << std::strerror(errno) << '\n';

@@ -3,26 +3,25 @@
 namespace orvane::host {
 namespace {
 
-std::optional<std::string> absolutePath(const Environment& environment, const std::string& name) {
-  auto value = environment(name);
-  if (!value || value->empty() || value->front() != '/') return std::nullopt;
-  while (value->size() > 1 && value->back() == '/') value->pop_back();
-  return value;
+// Without the slash that a user may have written after it, so that paths can be compared as texts.
+std::string spelled(const std::filesystem::path& folder) {
+  std::string text = folder;
+  while (text.size() > 1 && text.back() == '/') text.pop_back();
+  return text;
 }
 
 }  // namespace
 
 std::vector<std::string> calendarRoots(const Environment& environment) {
   const auto home = absolutePath(environment, "HOME");
-  auto share = absolutePath(environment, "XDG_DATA_HOME");
-  if (!share && home) share = *home + "/.local/share";
+  const auto share = baseDirectory(environment, "XDG_DATA_HOME", ".local/share");
 
   std::vector<std::string> roots;
-  if (share) roots.push_back(*share + "/orvane/calendars");
-  if (home) roots.push_back(*home + "/.calendars");
+  if (share) roots.push_back(spelled(*share) + "/orvane/calendars");
+  if (home) roots.push_back(spelled(*home) + "/.calendars");
   if (share) {
     for (const char* tool : {"/calendars", "/khal/calendars", "/vdirsyncer/calendars"}) {
-      roots.push_back(*share + tool);
+      roots.push_back(spelled(*share) + tool);
     }
   }
   return roots;

@@ -1,14 +1,11 @@
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-namespace orvane::host {
+#include "linux/files/base_directory.h"
 
-// The value of an environment variable, nothing when it is not set.
-using Environment = std::function<std::optional<std::string>(const std::string& name)>;
+namespace orvane::host {
 
 // Where calendars are looked for, the program's own place first, then those of the usual
 // calendar-sync tools. A base directory that is not absolute does not count (XDG Base Directory

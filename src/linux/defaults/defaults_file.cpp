@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-#include "linux/defaults/replace_file.h"
+#include "linux/files/replace_file.h"
 
 namespace orvane::host {
 namespace {

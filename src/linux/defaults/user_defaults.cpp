@@ -66,22 +66,9 @@ std::unique_ptr<FileUserDefaults> makeUserDefaults(std::filesystem::path path, M
   return std::make_unique<JsonFileUserDefaults>(std::move(path), actor);
 }
 
-std::filesystem::path userDefaultsPath(
-    const std::function<std::optional<std::string>(const char* name)>& environment) {
-  std::filesystem::path base = environment("XDG_CONFIG_HOME").value_or("");
-  if (!base.is_absolute()) {
-    const std::filesystem::path home = environment("HOME").value_or("");
-    if (!home.is_absolute()) return {};
-    base = home / ".config";
-  }
-  return base / "orvane" / "defaults.json";
-}
-
-std::filesystem::path userDefaultsPath() {
-  return userDefaultsPath([](const char* name) -> std::optional<std::string> {
-    const char* value = std::getenv(name);
-    return value ? std::optional<std::string>(value) : std::nullopt;
-  });
+std::filesystem::path userDefaultsPath(const Environment& environment) {
+  const auto base = baseDirectory(environment, "XDG_CONFIG_HOME", ".config");
+  return base ? *base / "orvane" / "defaults.json" : std::filesystem::path();
 }
 
 }  // namespace orvane::host

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "foundation/main_actor.h"
+#include "linux/files/base_directory.h"
 #include "platform/user_defaults.h"
 
 namespace orvane::host {
@@ -27,8 +26,6 @@ class FileUserDefaults : public UserDefaults {
 
 // Where the defaults of this user lie: orvane/defaults.json in $XDG_CONFIG_HOME, which counts only
 // where it is absolute, else in ~/.config. Empty for a user without a home.
-[[nodiscard]] std::filesystem::path userDefaultsPath(
-    const std::function<std::optional<std::string>(const char* name)>& environment);
-[[nodiscard]] std::filesystem::path userDefaultsPath();
+[[nodiscard]] std::filesystem::path userDefaultsPath(const Environment& environment);
 
 }  // namespace orvane::host

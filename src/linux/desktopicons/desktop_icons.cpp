@@ -88,13 +88,9 @@ std::unique_ptr<DesktopIcons> makeDesktopIcons(const DesktopIconsOptions& option
   return std::make_unique<Icons>(options);
 }
 
-fs::path desktopIconsStatePath(
-    const std::function<std::optional<std::string>(const std::string& name)>& environment) {
-  const fs::path file = fs::path("orvane") / "desktop-icons";
-  const fs::path configured = environment("XDG_STATE_HOME").value_or("");
-  if (configured.is_absolute()) return configured / file;
-  const fs::path home = environment("HOME").value_or("");
-  return home.is_absolute() ? home / ".local/state" / file : fs::path();
+fs::path desktopIconsStatePath(const Environment& environment) {
+  const auto base = baseDirectory(environment, "XDG_STATE_HOME", ".local/state");
+  return base ? *base / "orvane" / "desktop-icons" : fs::path();
 }
 
 }  // namespace orvane::host

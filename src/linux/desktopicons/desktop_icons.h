@@ -5,11 +5,10 @@
 #include <gio/gio.h>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
+#include "linux/files/base_directory.h"
 #include "platform/ns_apple_script.h"
 
 namespace orvane::host {
@@ -32,7 +31,6 @@ class DesktopIcons : public AppleScripts {
 
 // Where this user's choice is remembered: orvane/desktop-icons in $XDG_STATE_HOME, which counts
 // only where it is absolute, else in ~/.local/state. Empty for a user without a home.
-[[nodiscard]] std::filesystem::path desktopIconsStatePath(
-    const std::function<std::optional<std::string>(const std::string& name)>& environment);
+[[nodiscard]] std::filesystem::path desktopIconsStatePath(const Environment& environment);
 
 }  // namespace orvane::host

@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "linux/files/replace_file.h"
 #include "linux/gio/handles.h"
 
 namespace orvane::host::desktopicons {
@@ -21,14 +22,9 @@ KeyFilePtr load(const fs::path& file) {
 }
 
 bool save(GKeyFile* records, const fs::path& file) {
-  std::error_code refused;
-  fs::create_directories(file.parent_path(), refused);
   gsize length = 0;
   const gio::TextPtr text(g_key_file_to_data(records, &length, nullptr));
-  constexpr auto safely = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
-                                                             G_FILE_SET_CONTENTS_DURABLE);
-  return g_file_set_contents_full(file.c_str(), text.get(), static_cast<gssize>(length), safely,
-                                  0600, nullptr);
+  return makeFolders(file.parent_path()) == 0 && replaceFile(file, {text.get(), length}) == 0;
 }
 
 }  // namespace

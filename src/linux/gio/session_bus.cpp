@@ -38,9 +38,9 @@ struct Attempt {
 
 std::string sessionBusAddress(const Environment& environment) {
   if (auto address = environment("DBUS_SESSION_BUS_ADDRESS")) return *address;
-  const fs::path runtime = environment("XDG_RUNTIME_DIR").value_or("");
-  if (!runtime.is_absolute()) return {};
-  const fs::path socket = runtime / "bus";
+  const auto runtime = absolutePath(environment, "XDG_RUNTIME_DIR");
+  if (!runtime) return {};
+  const fs::path socket = *runtime / "bus";
   std::error_code unknown;
   if (!fs::is_socket(socket, unknown)) return {};
   const TextPtr escaped(g_dbus_address_escape_value(socket.c_str()));

@@ -1,15 +1,12 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
-#include <optional>
 #include <string>
 
+#include "linux/files/base_directory.h"
 #include "linux/gio/handles.h"
 
 namespace orvane::host::gio {
-
-using Environment = std::function<std::optional<std::string>(const std::string& name)>;
 
 // Where the session bus listens: $DBUS_SESSION_BUS_ADDRESS, else the socket "bus" in
 // $XDG_RUNTIME_DIR if it is there. A bus is never started for us. Empty: there is none.

@@ -4,6 +4,7 @@
 #include <system_error>
 #include <utility>
 
+#include "linux/files/replace_file.h"
 #include "linux/gio/handles.h"
 #include "linux/login/autostart_entry.h"
 
@@ -14,6 +15,7 @@ namespace fs = std::filesystem;
 
 // Far more than any desktop entry; what is larger is not read.
 constexpr std::uintmax_t kLargestEntry = 64 * 1024;
+constexpr mode_t kReadableByAll = 0644;
 
 class AutostartService final : public SMAppService {
  public:
@@ -27,13 +29,9 @@ class AutostartService final : public SMAppService {
 
   [[nodiscard]] bool registerService() override {
     if (options_.entry.empty()) return false;
-    std::error_code refused;
-    fs::create_directories(options_.entry.parent_path(), refused);
     const auto entry = login::entryStarting(options_.program, contents());
-    constexpr auto safely = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
-                                                               G_FILE_SET_CONTENTS_DURABLE);
-    return g_file_set_contents_full(options_.entry.c_str(), entry.data(),
-                                    static_cast<gssize>(entry.size()), safely, 0644, nullptr);
+    return makeFolders(options_.entry.parent_path()) == 0 &&
+           replaceFile(options_.entry, entry, kReadableByAll) == 0;
   }
 
   // An entry that is not there is as good as removed.
@@ -66,13 +64,9 @@ std::unique_ptr<SMAppService> makeAutostartService(AutostartOptions options) {
   return std::make_unique<AutostartService>(std::move(options));
 }
 
-fs::path autostartEntryPath(
-    const std::function<std::optional<std::string>(const std::string& name)>& environment) {
-  const fs::path entry = fs::path("autostart") / "org.orvane.Orvane.desktop";
-  const fs::path configured = environment("XDG_CONFIG_HOME").value_or("");
-  if (configured.is_absolute()) return configured / entry;
-  const fs::path home = environment("HOME").value_or("");
-  return home.is_absolute() ? home / ".config" / entry : fs::path();
+fs::path autostartEntryPath(const Environment& environment) {
+  const auto base = baseDirectory(environment, "XDG_CONFIG_HOME", ".config");
+  return base ? *base / "autostart" / "org.orvane.Orvane.desktop" : fs::path();
 }
 
 }  // namespace orvane::host

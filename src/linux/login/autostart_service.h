@@ -2,11 +2,10 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
+#include "linux/files/base_directory.h"
 #include "platform/sm_app_service.h"
 
 namespace orvane::host {
@@ -22,7 +21,6 @@ struct AutostartOptions {
 
 // Where this user's entry lies: autostart/org.orvane.Orvane.desktop in $XDG_CONFIG_HOME, which
 // counts only where it is absolute, else in ~/.config. Empty for a user without a home.
-[[nodiscard]] std::filesystem::path autostartEntryPath(
-    const std::function<std::optional<std::string>(const std::string& name)>& environment);
+[[nodiscard]] std::filesystem::path autostartEntryPath(const Environment& environment);
 
 }  // namespace orvane::host

@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "foundation/main_actor.h"
+#include "linux/files/file_descriptor.h"
 #include "linux/mainloop/fd_source.h"
-#include "linux/mainloop/file_descriptor.h"
 #include "linux/mainloop/timer_queue.h"
 
 namespace orvane::host {

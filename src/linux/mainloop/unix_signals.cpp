@@ -10,8 +10,8 @@
 #include <memory>
 #include <system_error>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/mainloop/fd_source.h"
-#include "linux/mainloop/file_descriptor.h"
 
 namespace orvane::host {
 namespace {

@@ -8,9 +8,9 @@
 #include <system_error>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/mainloop/clocks.h"
 #include "linux/mainloop/fd_source.h"
-#include "linux/mainloop/file_descriptor.h"
 
 namespace orvane::host {
 namespace {

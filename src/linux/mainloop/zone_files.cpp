@@ -13,8 +13,8 @@
 #include <system_error>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/mainloop/fd_source.h"
-#include "linux/mainloop/file_descriptor.h"
 
 namespace orvane::host {
 namespace {

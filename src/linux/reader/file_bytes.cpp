@@ -6,23 +6,11 @@
 
 #include <cerrno>
 
+#include "linux/files/file_descriptor.h"
+
 namespace orvane::ical {
 
 namespace {
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  [[nodiscard]] int number() const { return number_; }
-
- private:
-  int number_;
-};
 
 // Reads to the end, and at most one byte more than allowed, which tells that there is more.
 std::optional<std::string> readUpTo(int descriptor, std::size_t expected, std::size_t mostBytes) {
@@ -47,14 +35,14 @@ std::optional<std::string> readUpTo(int descriptor, std::size_t expected, std::s
 
 FileBytes readRegularFile(const std::string& path, std::size_t mostBytes) {
   // Without O_NONBLOCK, opening a pipe that nobody writes to would never return.
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  const host::FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
-  if (file.number() < 0 || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+  if (file.get() < 0 || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
     return {};
   }
   const auto size = static_cast<std::size_t>(status.st_size);
   if (size > mostBytes) return {std::nullopt, true};
-  auto text = readUpTo(file.number(), size, mostBytes);
+  auto text = readUpTo(file.get(), size, mostBytes);
   if (text && text->size() > mostBytes) return {std::nullopt, true};
   return {std::move(text), false};
 }

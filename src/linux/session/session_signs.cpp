@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstddef>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "linux/session/bus_address.h"
@@ -52,10 +54,9 @@ class FolderAndBus final : public SessionSigns {
 
 }  // namespace
 
-std::unique_ptr<SessionSigns> makeSessionSigns(
-    const std::function<std::optional<std::string>(const std::string&)>& variable) {
-  const auto address = variable("DBUS_SESSION_BUS_ADDRESS");
-  return std::make_unique<FolderAndBus>(variable("XDG_RUNTIME_DIR"),
+std::unique_ptr<SessionSigns> makeSessionSigns(const Environment& environment) {
+  const auto address = environment("DBUS_SESSION_BUS_ADDRESS");
+  return std::make_unique<FolderAndBus>(environment("XDG_RUNTIME_DIR"),
                                         address ? localBusSocket(*address) : std::nullopt);
 }
 

@@ -1,10 +1,9 @@
 // linux/session/ knows by what a user's session can be told to be over.
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <optional>
-#include <string>
+
+#include "linux/files/base_directory.h"
 
 namespace orvane::host {
 
@@ -19,8 +18,6 @@ class SessionSigns {
   [[nodiscard]] virtual bool hasEnded() const = 0;
 };
 
-// `variable` answers the value of a variable of the environment.
-[[nodiscard]] std::unique_ptr<SessionSigns> makeSessionSigns(
-    const std::function<std::optional<std::string>(const std::string&)>& variable);
+[[nodiscard]] std::unique_ptr<SessionSigns> makeSessionSigns(const Environment& environment);
 
 }  // namespace orvane::host

@@ -7,22 +7,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "linux/files/file_descriptor.h"
+
 namespace orvane::host::wayland {
 namespace {
-
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int fd) : fd_(fd) {}
-  ~FileDescriptor() {
-    if (fd_ >= 0) close(fd_);
-  }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  [[nodiscard]] int get() const { return fd_; }
-
- private:
-  int fd_;
-};
 
 std::size_t bytesOf(const PixelBuffer& pixels) {
   return static_cast<std::size_t>(pixels.stride) * static_cast<std::size_t>(pixels.height);

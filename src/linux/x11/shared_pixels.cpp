@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/x11/answers.h"
 
 namespace orvane::host::x11 {
@@ -20,21 +21,6 @@ std::size_t sizeOf(const PixelBuffer& buffer) {
 bool succeeded(const Connection& connection, xcb_void_cookie_t asked) {
   return wasServed(connection.handle(), asked);
 }
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  [[nodiscard]] int number() const { return number_; }
-  int release() { return std::exchange(number_, -1); }
-
- private:
-  int number_;
-};
 
 bool isLittleEndian() {
   const std::uint16_t one = 1;
@@ -79,9 +65,9 @@ bool SharedPixels::attach() {
 }
 
 bool SharedPixels::attachDescriptor(std::size_t size) {
-  Descriptor file(memfd_create("orvane-pixels", MFD_CLOEXEC));
-  if (file.number() < 0 || ftruncate(file.number(), static_cast<off_t>(size)) != 0) return false;
-  void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.number(), 0);
+  FileDescriptor file(memfd_create("orvane-pixels", MFD_CLOEXEC));
+  if (file.get() < 0 || ftruncate(file.get(), static_cast<off_t>(size)) != 0) return false;
+  void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
   if (memory == MAP_FAILED) return false;
   const auto segment = xcb_generate_id(connection_.handle());
   // xcb closes the descriptor once it is sent.

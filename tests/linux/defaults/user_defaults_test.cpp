@@ -288,7 +288,7 @@ TEST_F(UserDefaultsTest, APlaceThatCannotBeIsSurvivedAndToldOnce) {
 TEST(UserDefaultsPath, LiesWhereTheUserKeepsConfiguration) {
   std::map<std::string, std::string> variables;
   const auto where = [&] {
-    return userDefaultsPath([&](const char* name) -> std::optional<std::string> {
+    return userDefaultsPath([&](const std::string& name) -> std::optional<std::string> {
       const auto found = variables.find(name);
       return found == variables.end() ? std::nullopt : std::optional(found->second);
     });

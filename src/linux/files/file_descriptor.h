@@ -23,6 +23,8 @@ class FileDescriptor {
   }
 
   [[nodiscard]] int get() const { return number_; }
+  // Gives it away: whoever gets the number closes it.
+  [[nodiscard]] int release() { return std::exchange(number_, -1); }
   explicit operator bool() const { return number_ >= 0; }
 
  private:

@@ -1,4 +1,4 @@
-#include "linux/defaults/replace_file.h"
+#include "linux/files/replace_file.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -23,14 +23,14 @@ int writeAll(int descriptor, std::string_view text) {
   return 0;
 }
 
-mode_t modeFor(const fs::path& target) {
+mode_t modeFor(const fs::path& target, mode_t ofNewFiles) {
   struct stat status {};
-  return ::stat(target.c_str(), &status) == 0 ? status.st_mode & 07777 : 0600;
+  return ::stat(target.c_str(), &status) == 0 ? status.st_mode & 07777 : ofNewFiles;
 }
 
-int fill(int descriptor, const fs::path& target, const std::string& text) {
+int fill(int descriptor, mode_t mode, const std::string& text) {
   if (const int error = writeAll(descriptor, text)) return error;
-  if (::fchmod(descriptor, modeFor(target)) != 0) return errno;
+  if (::fchmod(descriptor, mode) != 0) return errno;
   return ::fsync(descriptor) == 0 ? 0 : errno;
 }
 
@@ -53,11 +53,11 @@ int makeFolders(const fs::path& folder) {
   return ::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
 }
 
-int replaceFile(const fs::path& target, const std::string& text) {
+int replaceFile(const fs::path& target, const std::string& text, mode_t ofNewFiles) {
   std::string name = target.string() + ".XXXXXX";
   const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
   if (descriptor < 0) return errno;
-  int error = fill(descriptor, target, text);
+  int error = fill(descriptor, modeFor(target, ofNewFiles), text);
   if (::close(descriptor) != 0 && error == 0) error = errno;
   if (error == 0 && ::rename(name.c_str(), target.c_str()) != 0) error = errno;
   if (error != 0) {
