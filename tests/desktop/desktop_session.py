@@ -113,23 +113,30 @@ class DesktopSession:
             os.killpg(running.process.pid, signal.SIGKILL)
         except ProcessLookupError:
             pass
+        for pipe in (running.process.stdin, running.process.stdout):
+            if pipe is not None:
+                pipe.close()
 
     def path(self, *parts):
         return os.path.join(self.folder, *parts)
 
     def write(self, text, *parts):
         """A file of the user's, at once whole under its name."""
-        folder = self.folder
-        for part in parts[:-1]:
-            folder = os.path.join(folder, part)
-            if not os.path.isdir(folder):
-                os.mkdir(folder)
-                self._give(folder)
+        self.make_folder(*parts[:-1])
         unfinished = self.path("unfinished")
         with open(unfinished, "w", encoding="utf-8", newline="") as file:
             file.write(text)
         self._give(unfinished)
         os.rename(unfinished, self.path(*parts))
+
+    def make_folder(self, *parts):
+        folder = self.folder
+        for part in parts:
+            folder = os.path.join(folder, part)
+            if not os.path.isdir(folder):
+                os.mkdir(folder)
+                self._give(folder)
+        return folder
 
     def _give(self, path):
         if self._owner:
@@ -150,17 +157,18 @@ class DesktopSession:
                 continue
         return found
 
-    def start(self, *command, environment=None):
-        """Starts a program of the system, or of the build when it is named by `program()`."""
+    def start(self, *command, environment=None, stdin=subprocess.DEVNULL, stdout=None):
+        """Starts a program of the system, or of the build when it is named by `program()`. What it
+        writes is kept, unless its standard output goes elsewhere."""
         command = (self.within_reach(command[0]),) + command[1:]
         self._count += 1
         output_path = self.path("output-%d" % self._count)
         with open(output_path, "wb") as output:
             process = subprocess.Popen(
                 self._as_user + list(command),
-                stdin=subprocess.DEVNULL,
-                stdout=output,
-                stderr=subprocess.STDOUT,
+                stdin=stdin,
+                stdout=stdout or output,
+                stderr=output,
                 env={**self.environment, **(environment or {})},
                 cwd=self.folder,
                 start_new_session=True,

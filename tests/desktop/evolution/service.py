@@ -1,0 +1,175 @@
+"""The desktop's calendar service: a private session bus with the real registry of accounts and the
+real calendar factory, and a client of theirs that creates, changes and removes what they hold."""
+
+import json
+import os
+import select
+import signal
+import subprocess
+
+from desktop_session import eventually
+
+REGISTRY = "org.gnome.evolution.dataserver.Sources5"
+FACTORY = "org.gnome.evolution.dataserver.Calendar8"
+PROGRAMS = {
+    REGISTRY: "/usr/libexec/evolution-source-registry",
+    FACTORY: "/usr/libexec/evolution-calendar-factory",
+}
+# Long, since services that start on a busy machine take their time.
+START = 60
+
+BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path=%(bus)s</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>%(services)s</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+# Nothing outside of the session: no settings, keys, proxies or networks of the machine's.
+ENVIRONMENT = {
+    "GSETTINGS_BACKEND": "memory",
+    "GIO_USE_VFS": "local",
+    "GIO_USE_NETWORK_MONITOR": "base",
+    "GIO_USE_PROXY_RESOLVER": "dummy",
+    "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/dev/null/none",
+    "NO_AT_BRIDGE": "1",
+}
+
+SOURCE = """[Data Source]
+DisplayName=%(title)s
+Enabled=true
+Parent=local-stub
+
+[%(extension)s]
+BackendName=local
+Selected=true
+"""
+EXTENSIONS = {"calendar": "Calendar", "tasks": "Task List"}
+STORED_AS = {"calendar": ("calendar", "calendar.ics"), "tasks": ("tasks", "tasks.ics")}
+
+
+class Evolution:
+    """On the session's own bus, which it starts; nothing of the service runs yet. The session must
+    be left before this is forgotten."""
+
+    def __init__(self, session):
+        self.session = session
+        self.running = {}
+        self._client = None
+        self._start_bus()
+
+    def _start_bus(self):
+        session = self.session
+        session.make_folder("services")
+        paths = {"bus": session.path("session-bus"), "services": session.path("services")}
+        session.write(BUS % paths, "bus.conf")
+        session.start("dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf"))
+        eventually("there is a bus", lambda: os.path.exists(paths["bus"]))
+        session.environment.update(ENVIRONMENT)
+        session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + paths["bus"]
+
+    # The service.
+
+    def make_activatable(self):
+        """The bus starts the service for those who ask for it, from now on."""
+        for name, path in PROGRAMS.items():
+            text = "[D-BUS Service]\nName=%s\nExec=%s\n" % (name, path)
+            self.session.write(text, "services", name + ".service")
+        eventually("it can be started", lambda: FACTORY in self.client.call("activatable_names"))
+
+    def run(self, *names):
+        """Starts the service, or only those of its programs that are named."""
+        for name in names or (REGISTRY, FACTORY):
+            self.running[name] = self.session.start(PROGRAMS[name])
+        for name in names or (REGISTRY, FACTORY):
+            eventually("%s is there" % name, lambda each=name: self.client.call("pid", name=each), START)
+
+    def signal(self, name, how):
+        """To the program that has the name, however it was started."""
+        os.kill(self.pid(name), how)
+
+    def pid(self, name):
+        return self.client.call("pid", name=name)
+
+    def kill(self, name=FACTORY):
+        pid = self.pid(name)
+        os.kill(pid, signal.SIGKILL)
+        eventually("%s is gone" % name, lambda: self.pid(name) != pid)
+
+    # What it holds before it runs.
+
+    def prepare(self, uid, title, kind="calendar", text=None):
+        """A local calendar or task list as it lies in the user's folders; nothing may run yet that
+        knows of it. `text` is an iCalendar object."""
+        settings = SOURCE % {"title": title, "extension": EXTENSIONS[kind]}
+        self.session.write(settings, ".config", "evolution", "sources", uid + ".source")
+        if text is not None:
+            folder, name = STORED_AS[kind]
+            self.session.write(text, ".local", "share", "evolution", folder, uid, name)
+
+    # What it holds while it runs.
+
+    @property
+    def client(self):
+        if self._client is None:
+            self._client = Client(self.session)
+        return self._client
+
+    def create(self, uid, title, kind="calendar", **more):
+        self.client.call("create", uid=uid, title=title, kind=kind, **more)
+
+    def alter(self, uid, **properties):
+        """Properties: title, enabled, selected."""
+        self.client.call("alter", uid=uid, **properties)
+
+    def remove(self, uid):
+        self.client.call("remove", uid=uid)
+
+    def add(self, uid, component):
+        """Answers the identifier of the new item."""
+        return self.client.call("add", uid=uid, text=component)
+
+    def receive(self, uid, text):
+        """An iCalendar object with its zones and overrides, as from a message or an import."""
+        self.client.call("receive", uid=uid, text=text)
+
+    def change(self, uid, component):
+        self.client.call("change", uid=uid, text=component)
+
+    def drop(self, uid, item, occurrence=None):
+        self.client.call("drop", uid=uid, item=item, occurrence=occurrence)
+
+    def components(self, uid):
+        return self.client.call("components", uid=uid)
+
+    def refresh(self, uid):
+        self.client.call("refresh", uid=uid)
+
+
+class Client:
+    """A process of the session's user that does as it is told, one line a time."""
+
+    def __init__(self, session):
+        path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "client.py")
+        pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE}
+        self._process = session.start(session.within_reach(path), **pipes).process
+
+    def call(self, action, **arguments):
+        """Answers what the action answers; fails as it fails."""
+        request = json.dumps({"do": action, "with": arguments})
+        self._process.stdin.write(request.encode() + b"\n")
+        self._process.stdin.flush()
+        if not select.select([self._process.stdout], [], [], START)[0]:
+            raise AssertionError("%s is not answered" % request[:200])
+        answer = json.loads(self._process.stdout.readline() or '{"error": "the client ended"}')
+        if "error" in answer:
+            raise AssertionError("%s: %s" % (request[:200], answer["error"]))
+        return answer["value"]
