@@ -35,6 +35,7 @@ class ByteWriter {
     for (const T& value : values) writeOne(value);
   }
 
+  [[nodiscard]] const std::string& bytes() const { return bytes_; }
   // What was written, framed: a tag that tells the kinds of message apart, the length, the bytes.
   [[nodiscard]] std::string framed(std::uint32_t tag) const {
     ByteWriter frame;
