@@ -25,6 +25,7 @@ class DisplaySource::Source {
     memory(source_)->owner = this;
     g_source_set_name(source_, "Wayland display");
     fd_ = g_source_add_unix_fd(source_, wl_display_get_fd(display_), readable);
+    g_source_set_can_recurse(source_, TRUE);  // nothing turns the loop in between, so no wake-ups
     g_source_attach(source_, nullptr);
   }
   ~Source() {

@@ -103,6 +103,7 @@ EventSource::EventSource(Connection& connection, std::function<void()> onLost) {
   source_->tag =
       g_source_add_unix_fd(source, xcb_get_file_descriptor(connection.handle()), G_IO_IN);
   g_source_set_name(source, "X11 events");
+  g_source_set_can_recurse(source, TRUE);  // nothing turns the loop in between, so no wake-ups
   g_source_attach(source, nullptr);
 }
 
