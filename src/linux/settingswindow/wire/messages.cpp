@@ -111,13 +111,14 @@ json jsonOf(const Show& show) {
           {"style", jsonOf(show.style)},
           {"state", jsonOf(show.state)},
           {"activationToken", show.activationToken},
-          {"form", formwire::jsonOf(show.form)}};
+          {"form", formwire::jsonOf(show.form)},
+          {"centered", show.isCentered}};
 }
 
 Show readShow(const JsonReader& in) {
   return {in.at("sequence").count(), in.at("lastEdit").count(), in.at("title").text(),
           readStyle(in.at("style")), readState(in.at("state")), in.at("activationToken").text(),
-          readForm(in.at("form"))};
+          readForm(in.at("form")),   in.at("centered").flag()};
 }
 
 json jsonOf(const Update& update) {
@@ -179,13 +180,6 @@ struct FrameOfBoard {
     if (update.form && !isWithinLimits(*update.form)) return std::nullopt;
     return framed(jsonOf(update), kMostBoardBytes);
   }
-  std::optional<std::string> operator()(const Present& present) const {
-    return framed(json{{"is", "present"}, {"activationToken", present.activationToken}},
-                  kMostBoardBytes);
-  }
-  std::optional<std::string> operator()(const Quit&) const {
-    return framed(json{{"is", "quit"}}, kMostBoardBytes);
-  }
 };
 
 struct JsonOfWindow {
@@ -205,8 +199,6 @@ struct JsonOfWindow {
 std::optional<BoardMessage> readBoardMessage(const std::string& is, const JsonReader& in) {
   if (is == "show") return readShow(in);
   if (is == "update") return readUpdate(in);
-  if (is == "present") return Present{in.at("activationToken").text()};
-  if (is == "quit") return Quit{};
   return std::nullopt;
 }
 

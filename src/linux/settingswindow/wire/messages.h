@@ -4,17 +4,19 @@
 //
 // A conversation:
 //  - The board starts the program with the socket as the descriptor `kSocket` and writes Show. The
-//    program ends at once when the board's end of the socket is closed, and when it reads something
-//    that it does not understand.
-//  - Show puts the window up, whether the program has just started or hid the window before. Update
-//    changes what is in it, Present brings it to the front, Quit ends the program.
+//    program ends at once, with status 0, when the board closes its end of the socket, and with
+//    kExitNonsense when it reads something that is no message.
+//  - Show puts the window up and in front, whether the program has just started, hid the window
+//    before or shows it already; in the last case it stays where and as large as it is. Update
+//    changes what is in it.
 //  - When the user closes the window, the program hides it, writes State and Closed, and waits: for
-//    another Show, which shows the same window again, or for Quit. While it is hidden it is told
+//    another Show, which shows the same window again, or for its end. While it is hidden it is told
 //    nothing else; what was under way when it was closed may still arrive.
-//  - The board writes Show, Update and Preview with ever larger sequence numbers, and says no more
-//    of what is shown before the last of them was acknowledged. So the window may take its time,
-//    and is then told only how things stand. Every sequence number is acknowledged, in order, once
-//    its content was taken over, also while the window is hidden. A program that acknowledges
+//  - The board writes Show, Update and Preview with ever larger sequence numbers, and writes no
+//    more of them before the last one was acknowledged. So the window may take its time, and is
+//    then told only how things stand. Every sequence number is acknowledged, in order, once its
+//    content was taken over, also while the window is hidden. A Closed that the window wrote before
+//    it acknowledged a Show is older than that Show, which counts. A program that acknowledges
 //    nothing for many seconds is ended.
 //  - The window numbers the user's edits 1, 2, 3 … from the program's start on. Show and Update
 //    tell in `lastEdit` the last one that the board had carried out when the form was as they say.
@@ -74,6 +76,8 @@ struct Show {
   // What lets the window take the focus (XDG activation token or startup id); may be empty.
   std::string activationToken;
   Form form;
+  // Wanted in the middle of the screen while no position is told, as far as a window may say so.
+  bool isCentered = false;
   friend bool operator==(const Show&, const Show&) = default;
 };
 
@@ -96,16 +100,7 @@ struct Preview {
   friend bool operator==(const Preview&, const Preview&) = default;
 };
 
-struct Present {
-  std::string activationToken;
-  friend bool operator==(const Present&, const Present&) = default;
-};
-
-struct Quit {
-  friend bool operator==(const Quit&, const Quit&) = default;
-};
-
-using BoardMessage = std::variant<Show, Update, Preview, Present, Quit>;
+using BoardMessage = std::variant<Show, Update, Preview>;
 
 // ---- From the window
 

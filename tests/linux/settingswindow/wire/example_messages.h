@@ -24,13 +24,10 @@ inline std::vector<BoardMessage> exampleBoardMessages() {
                {true, false, true, true},
                exampleState(),
                "token",
-               fakes::exampleForm()},
-          Show{},
-          Update{2, 7, fakes::exampleForm()},
-          Update{std::numeric_limits<std::uint64_t>::max(), 8, std::nullopt},
-          examplePreview(),
-          Present{"token \u2026"},
-          Quit{}};
+               fakes::exampleForm(),
+               true},
+          Show{}, Update{2, 7, fakes::exampleForm()},
+          Update{std::numeric_limits<std::uint64_t>::max(), 8, std::nullopt}, examplePreview()};
 }
 
 inline std::vector<WindowMessage> exampleWindowMessages() {
