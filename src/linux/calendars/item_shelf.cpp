@@ -85,13 +85,12 @@ void ItemShelf::put(const std::string& name, wire::FileAnswer* answer) {
   if (item == items_.end() || item->name != hash) return;
   item->isDue = false;
   const bool wasGood = item->state == ItemState::good && (item->holdsEvents || item->holdsTasks);
-  if (answer == nullptr || answer->outcome == wire::ReadOutcome::tooLarge) {
-    drop(*item, ItemState::bad);
-  } else if (answer->outcome == wire::ReadOutcome::unreadable) {
+  const bool wasRead = answer != nullptr && answer->outcome != wire::ReadOutcome::tooLarge;
+  if (wasRead && answer->outcome == wire::ReadOutcome::unreadable) {
     drop(*item, ItemState::unreadable);
-  } else if (answer->outcome == wire::ReadOutcome::good) {
+  } else if (wasRead && answer->outcome == wire::ReadOutcome::good) {
     keep(*item, *answer);
-  } else if (wasGood && !item->isSuspect) {
+  } else if (wasRead && wasGood && !item->isSuspect) {
     item->isSuspect = true;
   } else {
     drop(*item, ItemState::bad);

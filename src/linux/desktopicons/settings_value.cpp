@@ -77,6 +77,7 @@ std::vector<std::string> SettingsValue::texts() const {
 bool SettingsValue::setTexts(const std::vector<std::string>& texts) const {
   if (!g_settings_is_writable(settings_.get(), key_.c_str())) return false;
   std::vector<const char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (const auto& text : texts) pointers.push_back(text.c_str());
   pointers.push_back(nullptr);
   return g_settings_set_strv(settings_.get(), key_.c_str(), pointers.data());

@@ -11,7 +11,7 @@ std::optional<std::filesystem::path> absolutePath(const Environment& environment
 std::optional<std::filesystem::path> baseDirectory(const Environment& environment,
                                                    const std::string& name,
                                                    const std::string& inHome) {
-  if (const auto configured = absolutePath(environment, name)) return configured;
+  if (auto configured = absolutePath(environment, name)) return configured;
   const auto home = absolutePath(environment, "HOME");
   return home ? std::optional(*home / inHome) : std::nullopt;
 }

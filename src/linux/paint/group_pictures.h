@@ -28,14 +28,14 @@ class GroupPictures {
   // The picture of a piece that is kept. `draw` is given a context with the plane's pixels as its
   // units where it was not known. Valid until the next call.
   template <class Draw>
-  cairo_surface_t* picture(Piece piece, Draw draw) {
+  cairo_surface_t* picture(const Piece& piece, Draw draw) {
     if (const SurfaceHandle* known = pictures_.find(piece)) return known->get();
     SurfaceHandle surface = emptyPicture(piece.area);
     const CairoHandle cr(cairo_create(surface.get()));
     cairo_translate(cr.get(), -piece.area.x, -piece.area.y);
     draw(cr.get());
     const std::size_t cost = costOf(piece.area);
-    return pictures_.insert(std::move(piece), std::move(surface), cost).get();
+    return pictures_.insert(piece, std::move(surface), cost).get();
   }
 
  private:
