@@ -51,6 +51,7 @@ void CairoPainter::paint(const DisplayList& list, const PaintTarget& target,
   if (!pixels.data || !(target.scale > 0) || !std::isfinite(target.scale)) return;
   const PixelRect buffer{target.origin.x, target.origin.y, pixels.width, pixels.height};
   std::vector<PixelRect> areas;
+  areas.reserve(damage.size());
   for (const PixelRect& rect : damage) areas.push_back(meeting(rect, buffer));
 
   const SurfaceHandle surface = surfaceOver(pixels);

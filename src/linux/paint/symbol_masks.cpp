@@ -89,7 +89,8 @@ void SymbolMasks::draw(cairo_t* cr, const SymbolItem& symbol, const Rect& frame,
   const int top = toPixels(frame.y + symbolDrop(symbol.font), scale * partsOfPixel);
   const int part = (top % partsOfPixel + partsOfPixel) % partsOfPixel;
   const Key key{symbol.name, symbol.font.size, symbol.font.weight, scale, part};
-  cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), (top - part) / partsOfPixel);
+  const int row = (top - part) / partsOfPixel;
+  cairo_mask_surface(cr, mask(key), toPixels(frame.x, scale), row);
 }
 
 }  // namespace orvane::host
