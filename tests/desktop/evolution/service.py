@@ -62,6 +62,7 @@ class Evolution:
 
     def __init__(self, session):
         self.session = session
+        self.bus = None
         self.running = {}
         self._client = None
         self._start_bus()
@@ -71,7 +72,8 @@ class Evolution:
         session.make_folder("services")
         paths = {"bus": session.path("session-bus"), "services": session.path("services")}
         session.write(BUS % paths, "bus.conf")
-        session.start("dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf"))
+        command = ["dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf")]
+        self.bus = session.start(*command)
         eventually("there is a bus", lambda: os.path.exists(paths["bus"]))
         session.environment.update(ENVIRONMENT)
         session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + paths["bus"]
@@ -122,6 +124,10 @@ class Evolution:
         if self._client is None:
             self._client = Client(self.session)
         return self._client
+
+    def restart_client(self):
+        """It has none of the service's state then."""
+        self._client = None
 
     def create(self, uid, title, kind="calendar", **more):
         self.client.call("create", uid=uid, title=title, kind=kind, **more)

@@ -1,0 +1,91 @@
+"""What the program publishes, as the agenda probe tells it, and how two agendas are compared."""
+
+import json
+import time
+
+from desktop_session import eventually, program
+
+# Long, since everything may be busy.
+PATIENCE = 60
+
+# For a program that is to know of no service.
+NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/dev/null/none"}
+
+
+class Probe:
+    """A running program with a store of its own; `options` are those of the agenda probe."""
+
+    def __init__(self, session, *options, environment=None):
+        reader = session.within_reach(program("orvane-reader"))
+        command = [program("tests", "agenda_probe"), reader, *options]
+        self.started = time.monotonic()
+        self.running = session.start(*command, environment=environment)
+
+    def publications(self):
+        """All so far: (seconds on the monotonic clock, agenda)."""
+        whole = [line for line in self.running.output.split("\n")[:-1] if line.startswith('{"at"')]
+        return [(told["at"], told["agenda"]) for told in map(json.loads, whole)]
+
+    def said(self):
+        """What it wrote beside its publications."""
+        return [line for line in self.running.lines if not line.startswith('{"at"')]
+
+    @property
+    def agenda(self):
+        """The latest."""
+        told = self.publications()
+        return told[-1][1] if told else None
+
+    def when(self, what, condition, seconds=PATIENCE):
+        """Waits for an agenda that the condition is true of; answers when it was published, and it."""
+
+        def look():
+            assert self.running.is_running(), self.running.output[-2000:]
+            told = self.publications()
+            return told[-1] if told and condition(told[-1][1]) else None
+
+        return eventually(what, look, seconds)
+
+    def settled(self):
+        """The agenda when the first refresh is over."""
+        is_over = lambda agenda: not agenda["isRefreshing"] and agenda["calendarAuthorizationState"] != "unknown"
+        return self.when("the first refresh is over", is_over)[1]
+
+
+def titles(agenda, of="events"):
+    return [item["title"] for item in agenda[of]]
+
+
+def options(agenda, of="calendarOptions"):
+    return [option["title"] for option in agenda[of]]
+
+
+def without(item, *fields):
+    return {name: value for name, value in item.items() if name not in fields}
+
+
+def compared(agenda, calendars):
+    """What two agendas with these calendars must agree on: by calendar everything that is published
+    of it, but for identifiers."""
+    kept = {title: [] for title in calendars}
+    for kind, fields in (
+        ("events", ("id", "calendarIdentifier", "calendarTitle")),
+        ("reminders", ("id", "calendarIdentifier", "calendarTitle")),
+    ):
+        for item in agenda[kind]:
+            kept.setdefault(item["calendarTitle"], []).append({"kind": kind, **without(item, *fields)})
+    for kind in ("calendarOptions", "reminderListOptions"):
+        for option in agenda[kind]:
+            kept.setdefault(option["title"], []).append({"kind": kind, **without(option, "id", "title")})
+    order = lambda item: json.dumps(item, sort_keys=True)
+    return {title: sorted(items, key=order) for title, items in kept.items()}
+
+
+def differences(one, other, calendars):
+    """Those of the calendars of which two agendas tell different things: title → (one's, other's)."""
+    ones, others = compared(one, calendars), compared(other, calendars)
+    return {
+        title: (ones.get(title), others.get(title))
+        for title in calendars
+        if ones.get(title) != others.get(title)
+    }
