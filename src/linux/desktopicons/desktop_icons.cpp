@@ -6,6 +6,7 @@
 #include "linux/desktopicons/extension_backend.h"
 #include "linux/desktopicons/icon_script.h"
 #include "linux/desktopicons/icon_switch.h"
+#include "linux/desktopicons/plasma_backend.h"
 #include "linux/desktopicons/settings_backend.h"
 #include "linux/desktopicons/xfconf_backend.h"
 
@@ -31,6 +32,7 @@ std::unique_ptr<IconBackend> backendFor(const DesktopIconsOptions& options) {
       return makeSettingsBackend(
           {"budgie", "org.buddiesofbudgie.budgie-desktop-view", "show", "false"});
     case DesktopKind::plasma:
+      return options.connection ? makePlasmaBackend(options.connection) : nullptr;
     case DesktopKind::none:
       break;
   }

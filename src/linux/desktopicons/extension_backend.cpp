@@ -54,19 +54,19 @@ class ExtensionBackend final : public IconBackend {
     captured(IconState{disabledList_.userText().empty() ? "unset" : "set", joined(added)});
   }
 
-  void hide(const IconState& state, std::function<void(bool)> done) override {
+  void hide(const IconState& state, std::function<void(Outcome)> done) override {
     auto names = disabledList_.texts();
     for (const auto& extension : split(state.written)) {
       if (!contains(names, extension)) names.push_back(extension);
     }
-    done(disabledList_.setTexts(names));
+    done(outcomeOf(disabledList_.setTexts(names)));
   }
 
-  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+  void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     auto names = disabledList_.texts();
     for (const auto& extension : split(state.written)) std::erase(names, extension);
     const bool wasUnset = names.empty() && state.before == "unset";
-    done(wasUnset ? disabledList_.set("") : disabledList_.setTexts(names));
+    done(outcomeOf(wasUnset ? disabledList_.set("") : disabledList_.setTexts(names)));
   }
 
  private:

@@ -14,9 +14,13 @@ struct IconState {
   friend bool operator==(const IconState&, const IconState&) = default;
 };
 
+// What came of a change. Refused: nothing was changed. Unknown: the desktop did not answer in time,
+// and may carry it out yet.
+enum class Outcome { done, refused, unknown };
+
 // Where one kind of desktop keeps whether it shows icons. Everything is answered in a later turn or
-// at once, exactly once, and within a second; an answer of failure means that nothing was changed.
-// Destroying the backend drops what is under way. Main thread only.
+// at once, exactly once, and within seconds. Destroying the backend drops what is under way. Main
+// thread only.
 class IconBackend {
  public:
   virtual ~IconBackend() = default;
@@ -26,10 +30,10 @@ class IconBackend {
   // How the icons stand, and what hiding them would write. Nothing where the desktop cannot be
   // asked or has no icons to hide.
   virtual void capture(std::function<void(std::optional<IconState>)> captured) = 0;
-  virtual void hide(const IconState& state, std::function<void(bool done)> done) = 0;
+  virtual void hide(const IconState& state, std::function<void(Outcome)> done) = 0;
   // Gives back what was there before, unless somebody else has changed it since; that counts as
   // done too.
-  virtual void giveBack(const IconState& state, std::function<void(bool done)> done) = 0;
+  virtual void giveBack(const IconState& state, std::function<void(Outcome)> done) = 0;
 };
 
 }  // namespace orvane::host::desktopicons

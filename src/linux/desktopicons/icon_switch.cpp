@@ -31,12 +31,12 @@ void IconSwitch::finished() {
 // therefore nearer to what the user chose.
 void IconSwitch::hide() {
   if (const auto known = memory_.find(backend_->name())) {
-    return backend_->hide(*known, [this](bool) { finished(); });
+    return backend_->hide(*known, [this](Outcome) { finished(); });
   }
   backend_->capture([this](const std::optional<IconState>& state) {
     if (!state || !memory_.remember(backend_->name(), *state)) return finished();
-    backend_->hide(*state, [this](bool done) {
-      if (!done) memory_.forget(backend_->name());
+    backend_->hide(*state, [this](Outcome outcome) {
+      if (outcome == Outcome::refused) memory_.forget(backend_->name());
       finished();
     });
   });
@@ -46,8 +46,8 @@ void IconSwitch::hide() {
 void IconSwitch::giveBack() {
   const auto known = memory_.find(backend_->name());
   if (!known) return finished();
-  backend_->giveBack(*known, [this](bool done) {
-    if (done) memory_.forget(backend_->name());
+  backend_->giveBack(*known, [this](Outcome outcome) {
+    if (outcome == Outcome::done) memory_.forget(backend_->name());
     finished();
   });
 }

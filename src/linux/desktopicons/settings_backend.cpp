@@ -17,12 +17,12 @@ class SettingsBackend final : public IconBackend {
   void capture(std::function<void(std::optional<IconState>)> captured) override {
     captured(IconState{value_.userText(), key_.hidden});
   }
-  void hide(const IconState& state, std::function<void(bool)> done) override {
-    done(value_.set(state.written));
+  void hide(const IconState& state, std::function<void(Outcome)> done) override {
+    done(outcomeOf(value_.set(state.written)));
   }
-  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+  void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     const bool isOurs = value_.text() == value_.normalized(state.written);
-    done(!isOurs || value_.set(state.before));
+    done(outcomeOf(!isOurs || value_.set(state.before)));
   }
 
  private:

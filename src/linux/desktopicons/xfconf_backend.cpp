@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "linux/desktopicons/call_outcome.h"
 #include "linux/gio/call.h"
 
 namespace orvane::host::desktopicons {
@@ -31,13 +32,14 @@ class XfconfBackend final : public IconBackend {
     });
   }
 
-  void hide(const IconState&, std::function<void(bool)> done) override {
+  void hide(const IconState&, std::function<void(Outcome)> done) override {
     write(kHidden, std::move(done));
   }
 
-  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+  void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     read([this, state, done = std::move(done)](const Text& now) {
-      if (now != state.written) return done(now.has_value());
+      if (!now) return done(Outcome::unknown);
+      if (now != state.written) return done(Outcome::done);
       write(state.before, done);
     });
   }
@@ -64,9 +66,9 @@ class XfconfBackend final : public IconBackend {
     return failure.remoteName() == kNoProperty ? Text(kUnset) : std::nullopt;
   }
 
-  void write(const std::string& style, std::function<void(bool)> done) const {
-    const auto answered = [done = std::move(done)](GVariant* results, const gio::Failure&) {
-      done(results != nullptr);
+  void write(const std::string& style, std::function<void(Outcome)> done) const {
+    const auto answered = [done = std::move(done)](GVariant* results, const gio::Failure& failure) {
+      done(outcomeOf(results, failure));
     };
     if (style == kUnset) {
       call("ResetProperty", g_variant_new("(ssb)", kChannel, kProperty, FALSE), answered);

@@ -17,10 +17,15 @@ class FakeDesktop {
  public:
   std::string style = "2";
   bool refuses = false;
+  bool isSlow = false;  // what it does, it does not tell in time
   bool holds = false;
   Texts log;
   std::vector<std::function<void()>> held;
 
+  [[nodiscard]] Outcome outcome() const {
+    if (isSlow) return Outcome::unknown;
+    return refuses ? Outcome::refused : Outcome::done;
+  }
   void answer(std::function<void()> work) {
     if (!holds) return work();
     held.push_back(std::move(work));
@@ -43,18 +48,18 @@ class FakeBackend final : public IconBackend {
       captured(desktop_.refuses ? std::nullopt : std::optional(IconState{desktop_.style, "0"}));
     });
   }
-  void hide(const IconState& state, std::function<void(bool)> done) override {
+  void hide(const IconState& state, std::function<void(Outcome)> done) override {
     desktop_.log.push_back("hide " + state.written);
     desktop_.answer([this, state, done] {
       if (!desktop_.refuses) desktop_.style = state.written;
-      done(!desktop_.refuses);
+      done(desktop_.outcome());
     });
   }
-  void giveBack(const IconState& state, std::function<void(bool)> done) override {
+  void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     desktop_.log.push_back("give back " + state.before);
     desktop_.answer([this, state, done] {
       if (!desktop_.refuses && desktop_.style == state.written) desktop_.style = state.before;
-      done(!desktop_.refuses);
+      done(desktop_.outcome());
     });
   }
 
@@ -156,6 +161,27 @@ TEST_F(IconSwitchTest, WhatCannotBeRememberedIsNotHidden) {
 TEST_F(IconSwitchTest, ADesktopThatDoesNotAnswerIsNotHidden) {
   desktop_.refuses = true;
   hide();
+  EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(IconSwitchTest, WhatIsRefusedIsNotRemembered) {
+  desktop_.holds = true;
+  hide();
+  desktop_.answerNext();  // the capture
+  desktop_.refuses = true;
+  desktop_.answerNext();
+  EXPECT_EQ(desktop_.style, "2");
+  EXPECT_FALSE(fs::exists(file()));
+}
+
+TEST_F(IconSwitchTest, ADesktopThatHidesLaterThanItShouldIsGivenBack) {
+  desktop_.isSlow = true;
+  hide();
+  EXPECT_EQ(desktop_.style, "0");
+  EXPECT_TRUE(fs::exists(file()));
+  desktop_.isSlow = false;
+  show();
+  EXPECT_EQ(desktop_.style, "2");
   EXPECT_FALSE(fs::exists(file()));
 }
 

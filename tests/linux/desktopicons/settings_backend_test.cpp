@@ -35,12 +35,12 @@ IconState captured(IconBackend& backend) {
 }
 bool hidden(IconBackend& backend, const IconState& state) {
   bool done = false;
-  backend.hide(state, [&](bool answer) { done = answer; });
+  backend.hide(state, [&](Outcome outcome) { done = outcome == Outcome::done; });
   return done;
 }
 bool givenBack(IconBackend& backend, const IconState& state) {
   bool done = false;
-  backend.giveBack(state, [&](bool answer) { done = answer; });
+  backend.giveBack(state, [&](Outcome outcome) { done = outcome == Outcome::done; });
   return done;
 }
 
