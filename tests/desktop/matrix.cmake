@@ -34,6 +34,7 @@ endif()
 if(ORVANE_X11)
   matrix_row(mutter mutter_rows.py desktop)
   matrix_row(gnome-shell gnome_shell_rows.py)
+  matrix_row(icons-gnome-shell icon_rows.py)
 
   add_library(user_unit MODULE user_unit.cpp)
   # It is loaded into a program of the system's, so it must not need a sanitizer's runtime.
@@ -53,6 +54,7 @@ if(ORVANE_WAYLAND)
   matrix_row(sway sway_rows.py desktop)
   matrix_row(kwin kwin_rows.py desktop)
   matrix_row(kwin-plasma kwin_rows.py)
+  matrix_row(icons-plasma icon_rows.py)
 endif()
 
 # The checks themselves are tried on a desktop of paper.
