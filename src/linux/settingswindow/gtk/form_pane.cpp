@@ -1,0 +1,135 @@
+#include "linux/settingswindow/gtk/form_pane.h"
+
+#include <cmath>
+
+namespace orvane::window {
+namespace {
+
+constexpr int kHeaderSymbolHeight = 40;
+// Between the tabs' labels and what belongs to them.
+constexpr int kTabSpacing = 8;
+constexpr unsigned kTurnMilliseconds = 120;
+
+int points(double length) { return static_cast<int>(std::lround(length)); }
+
+const char* classOf(FormTextStyle style) {
+  switch (style) {
+    case FormTextStyle::title:
+      return "orvane-title";
+    case FormTextStyle::headline:
+      return "orvane-headline";
+    case FormTextStyle::callout:
+      return "orvane-callout";
+    case FormTextStyle::caption:
+      return "orvane-caption";
+    case FormTextStyle::body:
+      return "orvane-body";
+  }
+  return "orvane-body";
+}
+
+Gtk::Label& makeText(const FormText& text) {
+  auto* label = Gtk::make_managed<Gtk::Label>(text.text);
+  label->set_xalign(0);
+  label->set_wrap();
+  label->add_css_class(classOf(text.style));
+  if (text.isSemibold) label->add_css_class("orvane-semibold");
+  if (text.isSecondary) label->add_css_class("orvane-secondary");
+  return *label;
+}
+
+}  // namespace
+
+FormPane::FormPane(const Form& form, const FormHands& hands, std::function<void()> done)
+    : Gtk::Box(Gtk::Orientation::VERTICAL, points(form.spacing)),
+      hands_(hands),
+      doneLabel_(mnemonics_.mark(form.footer.done.label)),
+      symbol_(form.header.symbol, kHeaderSymbolHeight),
+      tabs_(form.tabs, mnemonics_, [this](const std::string& tag) { chooseTab(tag); }) {
+  set_margin_start(points(form.padding));
+  set_margin_end(points(form.padding));
+  set_margin_bottom(points(form.padding));
+  addHeader(form);
+  addTabs(form);
+  addFooter(form);
+  done_.signal_clicked().connect(std::move(done));
+}
+
+void FormPane::addHeader(const Form& form) {
+  symbol_.add_css_class("orvane-accent");
+  auto& texts = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
+  texts.append(makeText(form.header.title));
+  texts.append(makeText(form.header.subtitle));
+  header_.append(symbol_);
+  header_.append(texts);
+  append(header_);
+}
+
+void FormPane::addTabs(const Form& form) {
+  for (const auto& tab : form.tabs) {
+    auto& page = pageOf_[tab.tag];
+    page = std::make_unique<FormPage>(form, tab, mnemonics_, hands_);
+    pages_.add(*page, tab.tag);
+  }
+  pages_.set_transition_type(Gtk::StackTransitionType::CROSSFADE);
+  pages_.set_transition_duration(kTurnMilliseconds);
+  pages_.set_vexpand();
+  pages_.add_css_class("orvane-pages");
+  auto& box = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kTabSpacing);
+  box.append(tabs_);
+  box.append(pages_);
+  append(box);
+  show({false, form.selectedTab, {}});
+}
+
+void FormPane::addFooter(const Form& form) {
+  auto& note = makeText(form.footer.note);
+  note.set_hexpand();
+  done_.set_use_underline();
+  done_.set_label(doneLabel_);
+  done_.set_sensitive(form.footer.done.isEnabled);
+  if (form.footer.done.isDefaultAction) done_.add_css_class("suggested-action");
+  done_.add_css_class("orvane-done");
+  done_.set_valign(Gtk::Align::CENTER);
+  footer_.append(note);
+  footer_.append(done_);
+  append(footer_);
+}
+
+ControlWidget* FormPane::control(const std::string& key) const {
+  for (const auto& [tag, page] : pageOf_) {
+    if (auto* control = page->control(key)) return control;
+  }
+  return nullptr;
+}
+
+void FormPane::chooseTab(const std::string& tag) {
+  pages_.set_visible_child(tag);
+  hands_.edit({Form::selectedTabKey, tag});
+}
+
+void FormPane::show(const FormChanges& changes) {
+  if (changes.selectedTab && pageOf_.contains(*changes.selectedTab)) {
+    tabs_.choose(*changes.selectedTab);
+    pages_.set_visible_child(*changes.selectedTab);
+  }
+  for (const auto& changed : changes.controls) {
+    if (auto* place = control(changed.key)) place->show(changed);
+  }
+}
+
+void FormPane::showPicture(const std::string& key, const Glib::RefPtr<Gdk::Texture>& picture) {
+  if (auto* place = control(key)) place->showPicture(picture);
+}
+
+FormPane::ScrollPositions FormPane::scrollPositions() const {
+  ScrollPositions positions;
+  for (const auto& [tag, page] : pageOf_) {
+    for (const auto& [key, position] : page->scrollPositions()) {
+      positions[key.empty() ? tag : tag + '/' + key] = position;
+    }
+  }
+  return positions;
+}
+
+}  // namespace orvane::window

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <gtkmm/headerbar.h>
+#include <gtkmm/window.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "linux/settingswindow/gtk/control_widget.h"
+#include "linux/settingswindow/gtk/form_pane.h"
+#include "linux/settingswindow/wire/messages.h"
+#include "platform/form.h"
+
+namespace orvane::window {
+
+// The window itself: its frame, its keys, and a pane with the form. As large as the form says, its
+// title bar included where that is transparent.
+class SettingsWindow final : public Gtk::Window {
+ public:
+  struct Hands {
+    FormHands form;
+    // The user closed it, which has hidden it already.
+    std::function<void()> closed;
+    // It scrolled, or its screen has another scale.
+    std::function<void()> moved;
+  };
+
+  explicit SettingsWindow(Hands hands);
+
+  void setStyle(const std::string& title, const formwire::WindowStyle& style);
+  // A form of other controls than the one before, or the first one.
+  void make(const Form& form);
+  void show(const FormChanges& changes);
+  void showPicture(const std::string& key, const Glib::RefPtr<Gdk::Texture>& picture);
+
+  [[nodiscard]] std::map<std::string, double> scrollOffsets() const;
+  // Applied as soon as there is that much to scroll.
+  void setScrollOffsets(std::map<std::string, double> offsets);
+
+ private:
+  void useTitleBar(const formwire::WindowStyle& style);
+  bool pressed(guint key, Gdk::ModifierType modifiers);
+  bool pressedReturn();
+  bool leave();
+  void restoreScroll(const std::string& name);
+
+  const Hands hands_;
+  std::unique_ptr<Gtk::HeaderBar> titleBar_;
+  std::unique_ptr<FormPane> pane_;
+  std::map<std::string, double> wantedOffsets_;
+  bool isReturnDone_ = false;
+};
+
+}  // namespace orvane::window

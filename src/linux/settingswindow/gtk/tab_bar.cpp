@@ -1,0 +1,84 @@
+#include "linux/settingswindow/gtk/tab_bar.h"
+
+#include <gtkmm/eventcontrollerkey.h>
+#include <gtkmm/label.h>
+
+#include <algorithm>
+
+#include "linux/settingswindow/gtk/accessible.h"
+#include "linux/settingswindow/gtk/symbol_image.h"
+
+namespace orvane::window {
+namespace {
+
+constexpr int kSymbolHeight = 18;
+
+}  // namespace
+
+TabBar::TabBar(const std::vector<FormTab>& tabs, Mnemonics& mnemonics, Chosen chosen)
+    : tell_(std::move(chosen)) {
+  setAccessibleRole(*this, Gtk::Accessible::Role::TAB_LIST);
+  set_homogeneous();
+  add_css_class("orvane-tabs");
+  for (const auto& tab : tabs) add(tab, mnemonics);
+  auto keys = Gtk::EventControllerKey::create();
+  keys->signal_key_pressed().connect(
+      [this](guint value, guint, Gdk::ModifierType) { return key(value); }, false);
+  add_controller(keys);
+}
+
+void TabBar::add(const FormTab& tab, Mnemonics& mnemonics) {
+  auto button = std::make_unique<Gtk::ToggleButton>();
+  setAccessibleRole(*button, Gtk::Accessible::Role::TAB);
+  setAccessibleLabel(*button, tab.label);
+  auto& content = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
+  content.set_halign(Gtk::Align::CENTER);
+  content.append(*Gtk::make_managed<SymbolImage>(tab.symbol, kSymbolHeight));
+  auto& label = *Gtk::make_managed<Gtk::Label>();
+  label.set_use_underline();
+  label.set_label(mnemonics.mark(tab.label));
+  label.set_mnemonic_widget(*button);
+  label.set_ellipsize(Pango::EllipsizeMode::END);
+  content.append(label);
+  button->set_child(content);
+  if (!tabs_.empty()) button->set_group(*tabs_.front().button);
+  button->signal_toggled().connect(
+      [this, tag = tab.tag, &button = *button] { toggled(tag, button); });
+  append(*button);
+  tabs_.push_back({tab.tag, std::move(button)});
+}
+
+void TabBar::toggled(const std::string& tag, const Gtk::ToggleButton& button) {
+  if (!button.get_active()) return;
+  chosen_ = tag;
+  if (!isShowing_) tell_(tag);
+}
+
+void TabBar::choose(const std::string& tag) {
+  isShowing_ = true;
+  for (auto& tab : tabs_) {
+    if (tab.tag == tag) tab.button->set_active();
+  }
+  isShowing_ = false;
+}
+
+void TabBar::step(int by) {
+  const auto at = std::find_if(tabs_.begin(), tabs_.end(),
+                               [this](const Tab& tab) { return tab.tag == chosen_; });
+  const auto count = static_cast<std::ptrdiff_t>(tabs_.size());
+  if (at == tabs_.end()) return;
+  auto& next = tabs_[static_cast<std::size_t>(((at - tabs_.begin()) + by + count) % count)];
+  const bool hadFocus = at->button->has_focus();
+  next.button->set_active();
+  if (hadFocus) next.button->grab_focus();
+}
+
+// Along the bar by arrow keys, as reading goes.
+bool TabBar::key(guint value) {
+  const bool isReversed = get_direction() == Gtk::TextDirection::RTL;
+  if (value == GDK_KEY_Right || value == GDK_KEY_KP_Right) return step(isReversed ? -1 : 1), true;
+  if (value == GDK_KEY_Left || value == GDK_KEY_KP_Left) return step(isReversed ? 1 : -1), true;
+  return false;
+}
+
+}  // namespace orvane::window

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gtkmm/box.h>
+#include <gtkmm/togglebutton.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "linux/settingswindow/gtk/mnemonics.h"
+#include "platform/form.h"
+
+namespace orvane::window {
+
+// The tabs' labels with their symbols, of which one is chosen.
+class TabBar final : public Gtk::Box {
+ public:
+  using Chosen = std::function<void(const std::string& tag)>;
+
+  TabBar(const std::vector<FormTab>& tabs, Mnemonics& mnemonics, Chosen chosen);
+
+  // Tells nobody. An unknown tag leaves all as it is.
+  void choose(const std::string& tag);
+  // As the user would with the keyboard: the tab so many further on, around the ends.
+  void step(int by);
+  [[nodiscard]] const std::string& chosen() const { return chosen_; }
+
+ private:
+  struct Tab {
+    std::string tag;
+    std::unique_ptr<Gtk::ToggleButton> button;
+  };
+
+  void add(const FormTab& tab, Mnemonics& mnemonics);
+  void toggled(const std::string& tag, const Gtk::ToggleButton& button);
+  bool key(guint value);
+
+  const Chosen tell_;
+  std::vector<Tab> tabs_;
+  std::string chosen_;
+  bool isShowing_ = false;
+};
+
+}  // namespace orvane::window
