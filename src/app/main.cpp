@@ -1,4 +1,4 @@
-// The composition of the program: the only file that names every adapter.
+// The composition of the program: with main_desktop.cpp the only file that names adapters.
 
 #include <algorithm>
 #include <chrono>
@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/main_desktop.h"
 #include "app/orvane_app.h"
 #include "app/returning_desktop.h"
 #include "linux/application/host_application.h"
@@ -39,12 +40,6 @@
 #include "linux/session/session_signs.h"
 #include "linux/settingswindow/settings_notice.h"
 #include "linux/statusitem/status_bar.h"
-#ifdef ORVANE_WAYLAND
-#include "linux/wayland/wayland_desktop.h"
-#endif
-#ifdef ORVANE_X11
-#include "linux/x11/x11_desktop.h"
-#endif
 
 namespace {
 
@@ -59,17 +54,6 @@ constexpr std::chrono::seconds kFirstPatience{10};
 constexpr std::chrono::seconds kSettling{5};
 // A session bus answers within a few milliseconds or has a problem of its own.
 constexpr std::chrono::milliseconds kBusPatience{500};
-
-#if defined(ORVANE_WAYLAND) && defined(ORVANE_X11)
-constexpr const char* kNothingNamed =
-    "there is no desktop to show the dashboard on: neither WAYLAND_DISPLAY nor DISPLAY is set";
-#elif defined(ORVANE_WAYLAND)
-constexpr const char* kNothingNamed =
-    "there is no desktop to show the dashboard on: WAYLAND_DISPLAY is not set";
-#else
-constexpr const char* kNothingNamed =
-    "there is no desktop to show the dashboard on: DISPLAY is not set";
-#endif
 
 std::optional<std::string> environmentVariable(const std::string& name) {
   const char* value = std::getenv(name.c_str());
@@ -89,41 +73,6 @@ std::string readerPath() {
   std::error_code unknown;
   if (std::filesystem::exists(folder / kReader, unknown)) return folder / kReader;
   return (folder / ORVANE_LIBEXEC_DIR / kReader).lexically_normal();
-}
-
-// Everything that a desktop's windows lean on.
-struct Stage {
-  MainActor& mainActor;
-  PeriodicSchedule& schedule;
-  NotificationCenter& notifications;
-  const TextMeasurer& measurer;
-  Painter& painter;
-};
-
-// The desktop that the environment names: the Wayland compositor where it has the layer shell, else
-// the X server.
-ReturningDesktop::Opened openDesktop(const Stage& stage, const ReturningDesktop::Attempt& attempt) {
-  std::vector<std::string> failures;
-#ifdef ORVANE_WAYLAND
-  if (environmentVariable("WAYLAND_DISPLAY")) {
-    auto desktop =
-        host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
-                                  stage.measurer, stage.painter, attempt.onLost, attempt.patience});
-    if (desktop.server) return {std::move(desktop.server), {}};
-    failures.push_back(desktop.failure);
-  }
-#endif
-#ifdef ORVANE_X11
-  if (environmentVariable("DISPLAY")) {
-    auto desktop =
-        host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications, stage.measurer,
-                              stage.painter, attempt.onLost, attempt.patience});
-    if (desktop.server) return {std::move(desktop.server), {}};
-    failures.push_back(desktop.failure);
-  }
-#endif
-  if (failures.empty()) failures.emplace_back(kNothingNamed);
-  return {nullptr, std::move(failures)};
 }
 
 // Under Wayland only the portal hears keys that go to native windows.
@@ -162,86 +111,137 @@ host::ApplicationOptions applicationOptions(GDBusConnection* bus,
 
 void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '\n'; }
 
+// What stands from the first line to the last. What workers and suspended work may still use stands
+// before the loop, so that it ends after.
+struct Base {
+  // First of all, since the fonts' configuration is read in the background from here on.
+  const std::shared_ptr<host::Typesetter> typesetter = host::makeTypesetter();
+  const std::unique_ptr<host::SystemCalendar> calendar = host::makeCalendar();
+  const std::unique_ptr<host::SystemLocale> locale = host::makeLocale();
+  const std::unique_ptr<host::MainLoop> loop = host::makeMainLoop();
+
+  [[nodiscard]] std::function<void()> quitting() const {
+    return [&loop = *loop] { loop.quit(kSuccess); };
+  }
+};
+
+// By what the board is drawn, and when.
+struct Drawing {
+  explicit Drawing(const Base& base)
+      : measurer(host::makeTextMeasurer(base.typesetter)),
+        painter(host::makePainter(base.typesetter)) {}
+
+  const std::unique_ptr<PeriodicSchedule> schedule = host::makePeriodicSchedule();
+  const std::unique_ptr<TextMeasurer> measurer;
+  const std::unique_ptr<Painter> painter;
+};
+
+// What the program uses of the desktop besides its windows.
+struct Services {
+  Services(const Base& base, GDBusConnection* bus, Painter& painter)
+      : userDefaults(
+            host::makeUserDefaults(host::userDefaultsPath(environmentVariable), *base.loop)),
+        application(host::makeApplication(base.quitting())),
+        statusBar(host::makeStatusBar({bus, *base.loop, painter})),
+        settingsWindows(host::makeSettingsNotice(bus)),
+        hotKeys(host::makeEventHotKeys(hotKeyOptions(), *base.loop)),
+        desktopIcons(
+            host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus,
+                                    host::desktopIconsStatePath(environmentVariable)})) {}
+
+  const std::unique_ptr<UserDefaults> userDefaults;
+  const std::unique_ptr<SMAppService> appService = host::makeAutostartService(
+      {host::autostartEntryPath(environmentVariable), programPath().string()});
+  const std::unique_ptr<NSApplication> application;
+  const std::unique_ptr<NSStatusBar> statusBar;
+  const std::unique_ptr<FormWindowServer> settingsWindows;
+  const std::unique_ptr<EventHotKeys> hotKeys;
+  const std::unique_ptr<host::DesktopIcons> desktopIcons;
+};
+
+ReturningDesktop::Environment desktopEnvironment(const Base& base, const Stage& stage,
+                                                 const host::SessionSigns& session) {
+  return {
+      stage.mainActor, stage.notifications,
+      [&stage](const auto& attempt) { return openDesktop(environmentVariable, stage, attempt); },
+      [&session] { return session.hasEnded(); },
+      [quit = base.quitting()](const std::string& sentence) {
+        say(sentence);
+        quit();
+      }};
+}
+
+bool opens(ReturningDesktop& desktop) {
+  const auto failures = desktop.open(kFirstPatience);
+  std::for_each(failures.begin(), failures.end(), say);
+  return failures.empty();
+}
+
+std::shared_ptr<host::EventStore> makeEventStore(const Base& base,
+                                                 NotificationCenter& notifications) {
+  host::FolderOptions folders;
+  folders.roots = host::calendarRoots(environmentVariable);
+  folders.readerPath = readerPath();
+  folders.localTimeZone = [&calendar = *base.calendar] { return calendar.timeZoneName(); };
+  host::EventStoreOptions options;
+  options.providers.push_back(host::makeFolderProvider(std::move(folders), *base.loop));
+  options.instantOf = [&calendar = *base.calendar](const auto& due) { return calendar.date(due); };
+  return host::makeEventStore(std::move(options), *base.loop, notifications);
+}
+
+// Tells everyone who goes by the clocks, the zone or the day when those change.
+std::unique_ptr<host::ClockWatcher> watchClocks(const Base& base,
+                                                const std::weak_ptr<host::EventStore>& eventStore) {
+  host::ClockWatcherOptions options;
+  options.startOfNextDay = [&calendar = *base.calendar](Date date) {
+    return calendar.startOfNextDay(date);
+  };
+  return host::makeClockWatcher(*base.loop, std::move(options),
+                                [&base, &eventStore](host::ClockChange change) {
+                                  if (change == host::ClockChange::zone) {
+                                    base.calendar->systemChanged();
+                                    base.locale->systemChanged();
+                                  }
+                                  if (const auto store = eventStore.lock()) store->systemChanged();
+                                });
+}
+
 int runProgram() {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
-  // First of all, since the fonts' configuration is read in the background from here on.
-  const auto typesetter = host::makeTypesetter();
-  // What workers and suspended work may still use stands before the loop, so that it ends after.
-  const auto calendar = host::makeCalendar();
-  const auto locale = host::makeLocale();
-  const auto loop = host::makeMainLoop();
+  const Base base;
   std::weak_ptr<AppDelegate> running;
   const auto bus =
       host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
-  const auto instance = host::claimInstance(applicationOptions(bus.get(), running), *loop);
+  const auto instance = host::claimInstance(applicationOptions(bus.get(), running), *base.loop);
   if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
 
   NotificationCenter notifications;
-  const auto schedule = host::makePeriodicSchedule();
-  const auto measurer = host::makeTextMeasurer(typesetter);
-  const auto painter = host::makePainter(typesetter);
+  const Drawing drawing(base);
+  const Stage stage{*base.loop, *drawing.schedule, notifications, *drawing.measurer,
+                    *drawing.painter};
   const auto session = host::makeSessionSigns(environmentVariable);
+  ReturningDesktop desktop(desktopEnvironment(base, stage, *session));
+  if (!opens(desktop)) return kNoDesktop;
 
-  const Stage stage{*loop, *schedule, notifications, *measurer, *painter};
-  ReturningDesktop desktop(
-      {*loop, notifications,
-       [&stage](const ReturningDesktop::Attempt& attempt) { return openDesktop(stage, attempt); },
-       [&session] { return session->hasEnded(); },
-       [&loop](const std::string& sentence) {
-         say(sentence);
-         loop->quit(kSuccess);
-       }});
-  const auto failures = desktop.open(kFirstPatience);
-  std::for_each(failures.begin(), failures.end(), say);
-  if (!failures.empty()) return kNoDesktop;
-
-  const auto userDefaults =
-      host::makeUserDefaults(host::userDefaultsPath(environmentVariable), *loop);
-  const auto appService = host::makeAutostartService(
-      {host::autostartEntryPath(environmentVariable), programPath().string()});
-  const auto application = host::makeApplication([&loop] { loop->quit(kSuccess); });
-  const auto statusBar = host::makeStatusBar({bus.get(), *loop, *painter});
-  const auto settingsWindows = host::makeSettingsNotice(bus.get());
-  const auto hotKeys = host::makeEventHotKeys(hotKeyOptions(), *loop);
-  const auto desktopIcons =
-      host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus.get(),
-                              host::desktopIconsStatePath(environmentVariable)});
+  const Services services(base, bus.get(), *drawing.painter);
   std::weak_ptr<host::EventStore> eventStore;
-  const auto makeEventStore = [&]() -> std::shared_ptr<EKEventStore> {
-    host::EventStoreOptions options;
-    host::FolderOptions folders;
-    folders.roots = host::calendarRoots(environmentVariable);
-    folders.readerPath = readerPath();
-    folders.localTimeZone = [&calendar] { return calendar->timeZoneName(); };
-    options.providers.push_back(host::makeFolderProvider(std::move(folders), *loop));
-    options.instantOf = [&calendar](const DateComponents& due) { return calendar->date(due); };
-    std::shared_ptr<host::EventStore> store =
-        host::makeEventStore(std::move(options), *loop, notifications);
-    eventStore = store;
-    return store;
-  };
-  const OrvaneApp app({application.get(), *statusBar, *settingsWindows, *hotKeys, *desktopIcons,
-                       *userDefaults, *appService, desktop, notifications, *loop, *calendar,
-                       *locale, makeEventStore});
+  const OrvaneApp app({services.application.get(), *services.statusBar, *services.settingsWindows,
+                       *services.hotKeys, *services.desktopIcons, *services.userDefaults,
+                       *services.appService, desktop, notifications, *base.loop, *base.calendar,
+                       *base.locale, [&] {
+                         const auto store = makeEventStore(base, notifications);
+                         eventStore = store;
+                         return store;
+                       }});
   running = app.appDelegate();
-
-  host::ClockWatcherOptions clocks;
-  clocks.startOfNextDay = [&calendar](Date date) { return calendar->startOfNextDay(date); };
-  const auto clockWatcher =
-      host::makeClockWatcher(*loop, std::move(clocks), [&](host::ClockChange change) {
-        if (change == host::ClockChange::zone) {
-          calendar->systemChanged();
-          locale->systemChanged();
-        }
-        if (const auto store = eventStore.lock()) store->systemChanged();
-      });
-  const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(kSuccess); });
-  const auto onInterrupt = loop->onSignal(SIGINT, [&loop] { loop->quit(kSuccess); });
+  const auto clockWatcher = watchClocks(base, eventStore);
+  const auto onTerminate = base.loop->onSignal(SIGTERM, base.quitting());
+  const auto onInterrupt = base.loop->onSignal(SIGINT, base.quitting());
 
   return app.main([&] {
-    if (!running.lock()->settings()->focusMode) desktopIcons->giveBackLeftovers();
-    const auto settled = loop->after(kSettling, &host::letGoOfStartPages);
-    loop->run();
+    if (!running.lock()->settings()->focusMode) services.desktopIcons->giveBackLeftovers();
+    const auto settled = base.loop->after(kSettling, &host::letGoOfStartPages);
+    base.loop->run();
   });
 }
 

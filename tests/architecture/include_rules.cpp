@@ -193,7 +193,10 @@ bool namesAnAdaptedLibrary(const std::string& line) {
   return std::regex_search(line, pattern);
 }
 
-bool mayIncludeAnything(std::string_view path) { return path == "app/main.cpp"; }
+// main.cpp and the files that it is divided into.
+bool mayIncludeAnything(std::string_view path) {
+  return path == "app/main.cpp" || path.starts_with("app/main_");
+}
 
 bool allows(std::string_view path, const Include& include) {
   return isInLinux(path) ? allowedInAdapter(path, include) : allowedInLogic(path, include);

@@ -59,6 +59,7 @@ TEST(IncludeRules, AllowWhatTheMapAllows) {
       {"app/app_delegate.h", "#include \"dashboard/wallpaper_dashboard_view.h\""},
       {"app/main.cpp", "#include \"linux/mainloop/main_loop.h\""},
       {"app/main.cpp", "#include <unistd.h>"},
+      {"app/main_desktop.cpp", "#include \"linux/x11/x11_desktop.h\""},
       {"linux/x11/a.h", "#include <xcb/xcb.h>"},
       {"linux/x11/a.h", "#include \"linux/x11/connection.h\""},
       {"linux/calendars/a.cpp", "#include \"linux/wire/reader_messages.h\""},

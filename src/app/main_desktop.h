@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/returning_desktop.h"
+#include "foundation/main_actor.h"
+#include "linux/files/base_directory.h"
+#include "platform/notification_center.h"
+#include "platform/periodic_schedule.h"
+#include "view/painter.h"
+#include "view/text_measurer.h"
+
+namespace orvane {
+
+// What the windows of every desktop lean on. All of it outlives them.
+struct Stage {
+  MainActor& mainActor;
+  PeriodicSchedule& schedule;
+  NotificationCenter& notifications;
+  const TextMeasurer& measurer;
+  Painter& painter;
+};
+
+// The desktop that the environment names: the Wayland compositor where it has the layer shell, else
+// the X server.
+[[nodiscard]] ReturningDesktop::Opened openDesktop(const host::Environment& environment,
+                                                   const Stage& stage,
+                                                   const ReturningDesktop::Attempt& attempt);
+
+}  // namespace orvane
