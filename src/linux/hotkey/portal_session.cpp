@@ -27,23 +27,20 @@ std::string lookUpText(GVariant* dictionary, const char* key) {
 
 }  // namespace
 
-PortalSession::PortalSession(GDBusConnection* connection, std::string owner, std::string trigger,
-                             Pressed pressed)
-    : connection_(gio::shared(connection)),
-      owner_(std::move(owner)),
-      trigger_(std::move(trigger)),
-      pressed_(std::move(pressed)) {
+PortalSession::PortalSession(GDBusConnection* connection, PortalSessionOptions options)
+    : connection_(gio::shared(connection)), options_(std::move(options)) {
   introduce();
 }
 
 // A program that is not sandboxed tells who it is. Portals from before that was asked for do not
 // know the method, and one that heard it already refuses it: both go on all the same.
 void PortalSession::introduce() {
-  const gio::Method method{owner_, kPath, kRegistry, "Register"};
+  const gio::Method method{options_.owner, kPath, kRegistry, "Register"};
   gio::call(connection_.get(), method, g_variant_new_parsed("(%s, @a{sv} {})", kApplication),
             kCallLimit, calls_, [this](GVariant*, const gio::Failure&) { createSession(); });
 }
 
+// Some desktops keep the user's key under the session's token, so it is always the same one.
 void PortalSession::createSession() {
   auto* options = g_variant_new_parsed(
       "({'handle_token': <'orvane_create'>, 'session_handle_token': <'orvane'>},)");
@@ -59,27 +56,38 @@ void PortalSession::bindShortcut(const std::string& sessionHandle) {
   auto* arguments = g_variant_new_parsed(
       "(%o, [(%s, {'description': <%s>, 'preferred_trigger': <%s>})], '', "
       "{'handle_token': <'orvane_bind'>})",
-      sessionHandle.c_str(), kShortcut, kDescription, trigger_.c_str());
-  request("BindShortcuts", "orvane_bind", arguments, [](GVariant*) {});
+      sessionHandle.c_str(), kShortcut, kDescription, options_.trigger.c_str());
+  request("BindShortcuts", "orvane_bind", arguments, [this](GVariant*) { isGranted_ = true; });
 }
 
 void PortalSession::listen(const std::string& sessionHandle) {
-  const gio::Method activated{owner_, kPath, kGlobalShortcuts, "Activated"};
+  const gio::Method activated{options_.owner, kPath, kGlobalShortcuts, "Activated"};
   const auto heard = [this, sessionHandle](GVariant* arguments) {
     if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(osta{sv})"))) return;
     const char* session = nullptr;
     const char* shortcut = nullptr;
     g_variant_get_child(arguments, 0, "&o", &session);
     g_variant_get_child(arguments, 1, "&s", &shortcut);
-    if (session == sessionHandle && std::string(kShortcut) == shortcut) pressed_();
+    if (session == sessionHandle && std::string(kShortcut) == shortcut) options_.pressed();
   };
   activations_ = std::make_unique<gio::SignalWatch>(connection_.get(), activated, heard);
+  const gio::Method closed{options_.owner, sessionHandle, "org.freedesktop.portal.Session",
+                           "Closed"};
+  end_ = std::make_unique<gio::SignalWatch>(connection_.get(), closed,
+                                            [this](GVariant*) { onClosed(); });
+}
+
+// Whoever is told may destroy this.
+void PortalSession::onClosed() {
+  if (!std::exchange(isGranted_, false)) return;
+  const auto closed = options_.closed;
+  closed();
 }
 
 // The request's path is known beforehand, so that a quick response is not missed.
 void PortalSession::request(const std::string& method, const std::string& token,
                             GVariant* arguments, std::function<void(GVariant* results)> granted) {
-  const gio::Method response{owner_, requestPath(token), "org.freedesktop.portal.Request",
+  const gio::Method response{options_.owner, requestPath(token), "org.freedesktop.portal.Request",
                              "Response"};
   response_ = std::make_unique<gio::SignalWatch>(
       connection_.get(), response, [granted = std::move(granted)](GVariant* answer) {
@@ -90,8 +98,8 @@ void PortalSession::request(const std::string& method, const std::string& token,
         const gio::VariantPtr owner(results);
         if (refusal == 0) granted(results);
       });
-  gio::call(connection_.get(), {owner_, kPath, kGlobalShortcuts, method}, arguments, kCallLimit,
-            calls_, nullptr);
+  gio::call(connection_.get(), {options_.owner, kPath, kGlobalShortcuts, method}, arguments,
+            kCallLimit, calls_, nullptr);
 }
 
 std::string PortalSession::requestPath(const std::string& token) const {

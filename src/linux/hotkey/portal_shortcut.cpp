@@ -14,6 +14,10 @@ namespace {
 
 constexpr const char* kPortal = "org.freedesktop.portal.Desktop";
 constexpr std::chrono::milliseconds kConnectLimit{500};
+constexpr std::chrono::seconds kShortLife{10};
+constexpr int kMostShortLives = 3;
+
+using Clock = std::chrono::steady_clock;
 
 class PortalShortcut final : public HotKeySource {
  public:
@@ -22,7 +26,11 @@ class PortalShortcut final : public HotKeySource {
         trigger_(std::move(trigger)),
         pressed_(std::move(pressed)),
         watch_(
-            connection_.get(), kPortal, [this](const std::string& owner) { bind(owner); },
+            connection_.get(), kPortal,
+            [this](const std::string& owner) {
+              shortLives_ = 0;
+              bind(owner);
+            },
             [this] { session_.reset(); }) {
     startPortal();
   }
@@ -30,7 +38,19 @@ class PortalShortcut final : public HotKeySource {
  private:
   void bind(const std::string& owner) {
     session_.reset();
-    session_ = std::make_unique<PortalSession>(connection_.get(), owner, trigger_, pressed_);
+    bound_ = Clock::now();
+    session_ = std::make_unique<PortalSession>(
+        connection_.get(),
+        PortalSessionOptions{owner, trigger_, pressed_, [this, owner] { rebind(owner); }});
+  }
+
+  // A desktop that has slept or started its compositor anew closes sessions. One that closes all
+  // that it grants does not want them.
+  void rebind(const std::string& owner) {
+    const bool wasShort = Clock::now() - bound_ < kShortLife;
+    shortLives_ = wasShort ? shortLives_ + 1 : 0;
+    if (shortLives_ > kMostShortLives) return session_.reset();
+    bind(owner);
   }
 
   // The portal is started on demand by whoever calls it first; watching alone would not start it.
@@ -45,6 +65,8 @@ class PortalShortcut final : public HotKeySource {
   const gio::ObjectPtr<GDBusConnection> connection_;
   const std::string trigger_;
   const Pressed pressed_;
+  Clock::time_point bound_;
+  int shortLives_ = 0;
   std::unique_ptr<PortalSession> session_;
   const gio::NameWatch watch_;
 };

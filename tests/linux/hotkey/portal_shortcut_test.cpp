@@ -212,6 +212,41 @@ TEST_F(PortalShortcutTest, RestartedPortalIsBoundAgain) {
   EXPECT_TRUE(hearsJustOnePress());
 }
 
+TEST_F(PortalShortcutTest, SessionThatTheDesktopClosesIsBoundAgain) {
+  startPortal();
+  bind();
+  ASSERT_TRUE(eventuallyBound());
+  settle();
+  portal_->closeSession(portal_->session() + "_of_others");
+  settle();
+  EXPECT_EQ(portal_->count("BindShortcuts"), 1U);
+  portal_->closeSession(portal_->session());
+  EXPECT_TRUE(eventually([&] { return portal_->count("BindShortcuts") == 2; }));
+  EXPECT_TRUE(hearsJustOnePress());
+}
+
+TEST_F(PortalShortcutTest, SessionThatIsClosedWithoutAGrantIsLetGo) {
+  startPortal({.bindResponse = 1});
+  bind();
+  ASSERT_TRUE(eventuallyBound());
+  settle();
+  portal_->closeSession(portal_->session());
+  settle();
+  EXPECT_EQ(portal_->count("CreateSession"), 1U);
+}
+
+TEST_F(PortalShortcutTest, DesktopThatClosesWhatItGrantsIsLetGoInTheEnd) {
+  startPortal();
+  bind();
+  for (std::size_t session = 1; session <= 4; ++session) {
+    ASSERT_TRUE(eventually([&] { return portal_->count("BindShortcuts") == session; }));
+    settle();
+    portal_->closeSession(portal_->session());
+  }
+  settle();
+  EXPECT_EQ(portal_->count("CreateSession"), 4U);
+}
+
 TEST_F(PortalShortcutTest, NewPortalGrantsWhatTheLastOneRefused) {
   startPortal({.createResponse = 1});
   bind();

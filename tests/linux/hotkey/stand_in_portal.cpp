@@ -124,6 +124,10 @@ void StandInPortal::activate(const std::string& session, const std::string& shor
   send("Activated", "(objectpath '" + session + "', '" + shortcut + "', uint64 1, @a{sv} {})");
 }
 
+void StandInPortal::closeSession(const std::string& path) const {
+  emit(path, "org.freedesktop.portal.Session", "Closed", "(@a{sv} {},)");
+}
+
 void StandInPortal::send(const std::string& signal, const std::string& arguments) const {
   emit(kPath, "org.freedesktop.portal.GlobalShortcuts", signal, arguments);
 }

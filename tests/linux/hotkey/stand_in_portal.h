@@ -45,6 +45,8 @@ class StandInPortal {
   void send(const std::string& signal, const std::string& arguments) const;
   void respond(const std::string& path, const std::string& arguments) const;
   void activate(const std::string& session, const std::string& shortcut) const;
+  // As if the session's end came from the desktop.
+  void closeSession(const std::string& path) const;
 
  private:
   static void onCall(GDBusConnection*, const char* sender, const char* path, const char* interface,
