@@ -70,6 +70,7 @@ std::optional<Outcome> problemOfFolders(const SnapshotOptions& options) {
 
 std::vector<std::string> absolutePaths(const std::vector<std::string>& folders) {
   std::vector<std::string> paths;
+  paths.reserve(folders.size());
   for (const auto& folder : folders) paths.push_back(std::filesystem::absolute(folder).string());
   return paths;
 }

@@ -104,7 +104,7 @@ View symbol(std::string name) { return makeView(detail::SymbolNode{std::move(nam
 
 View spacer(double minLength) { return makeView(detail::SpacerNode{minLength}); }
 
-View filled(Shape shape, Fill fill) { return makeView(detail::FillNode{shape, std::move(fill)}); }
+View filled(Shape shape, Fill fill) { return makeView(detail::FillNode{shape, fill}); }
 
 View stroked(Shape shape, Color color, double lineWidth) {
   return makeView(detail::StrokeNode{shape, color, lineWidth});

@@ -162,7 +162,7 @@ std::int64_t WallpaperWindowController::boardLevel() const {
 
 std::vector<NSScreen> WallpaperWindowController::targetScreens() const {
   if (displayMode_ == DashboardDisplayMode::main) return mainScreenAlone();
-  const auto screens = environment_.windowServer.screens();
+  auto screens = environment_.windowServer.screens();
   if (displayMode_ == DashboardDisplayMode::all) return screens;
   const auto chosen = std::find_if(screens.begin(), screens.end(), [&](const NSScreen& screen) {
     return screenID(screen) == selectedDisplayID_;

@@ -45,7 +45,7 @@ std::optional<std::string> socketOf(std::string_view address) {
   while (!address.empty()) {
     auto value = nextPart(address, ',');
     const auto key = nextPart(value, '=');
-    const auto name = unescaped(value);
+    auto name = unescaped(value);
     if (!name || name->empty()) continue;
     if (key == "path") return name;
     if (key == "abstract") return '\0' + *name;

@@ -67,6 +67,7 @@ bool hasSymbol(const std::string& name) {
 
 std::vector<IconPixels> symbolPixels(const std::string& name, Painter& painter) {
   std::vector<IconPixels> all;
+  all.reserve(kSides.size());
   for (const int side : kSides) all.push_back(painted(name, side, painter));
   return all;
 }

@@ -20,7 +20,7 @@ constexpr const char* kSilent = "The Wayland compositor does not answer.";
 // As wayland's own rule has it: relative to the runtime folder. Empty where there is none.
 std::string socketPath() {
   const char* display = std::getenv("WAYLAND_DISPLAY");
-  const std::string name = display ? display : "wayland-0";
+  std::string name = display ? display : "wayland-0";
   if (name.starts_with('/')) return name;
   const char* folder = std::getenv("XDG_RUNTIME_DIR");
   return folder && *folder == '/' ? std::string(folder) + "/" + name : std::string();

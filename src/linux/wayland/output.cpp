@@ -86,8 +86,11 @@ Rect Output::frame() const {
   }
   const int width = told_.sideways ? told_.pixelHeight : told_.pixelWidth;
   const int height = told_.sideways ? told_.pixelWidth : told_.pixelHeight;
+  // Whole points, as compositors that tell no logical size lay out their outputs.
+  const int logicalWidth = width / told_.scale;
+  const int logicalHeight = height / told_.scale;
   return {static_cast<double>(told_.x), static_cast<double>(told_.y),
-          static_cast<double>(width / told_.scale), static_cast<double>(height / told_.scale)};
+          static_cast<double>(logicalWidth), static_cast<double>(logicalHeight)};
 }
 
 }  // namespace orvane::host::wayland

@@ -8,6 +8,7 @@ namespace {
 
 std::vector<OutputDescription> descriptionsOf(const std::vector<const Output*>& outputs) {
   std::vector<OutputDescription> descriptions;
+  descriptions.reserve(outputs.size());
   for (const Output* output : outputs) descriptions.push_back(*output->description());
   return descriptions;
 }
@@ -60,7 +61,7 @@ std::vector<const Output*> OutputSet::ready() const {
 }
 
 std::vector<const Output*> OutputSet::screenOutputs() const {
-  const auto all = ready();
+  auto all = ready();
   if (!onePlane_) return all;
   const auto descriptions = descriptionsOf(all);
   std::vector<const Output*> outputs;

@@ -144,6 +144,7 @@ void DesktopWindow::render(Date now) {
   const bool areaChanged = area_.update(windowAreaFor(needed, screen), screen, now);
   if (areaChanged || !canvas_.isReady() || !board_) return renderAll(area_.area());
   std::vector<PixelRect> parts;
+  parts.reserve(damage.size());
   for (const auto& rect : damage) parts.push_back(pixelsCovering(rect, scale_));
   paint(parts);
   board_->show();

@@ -4,6 +4,7 @@
 #include <sys/shm.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -86,7 +87,7 @@ bool SharedPixels::attachSegment(std::size_t size) {
   const int id = shmget(IPC_PRIVATE, size, IPC_CREAT | 0600);
   if (id < 0) return false;
   void* memory = shmat(id, nullptr, 0);
-  const bool isMapped = memory != reinterpret_cast<void*>(-1);
+  const bool isMapped = reinterpret_cast<std::intptr_t>(memory) != -1;
   const auto segment = isMapped ? xcb_generate_id(connection_.handle()) : 0;
   const bool isAttached =
       isMapped && succeeded(connection_, xcb_shm_attach_checked(connection_.handle(), segment,
