@@ -38,6 +38,7 @@
 #include "linux/paint/painter.h"
 #include "linux/paint/text_measurer.h"
 #include "linux/session/session_signs.h"
+#include "linux/settingswindow/form_windows.h"
 #include "linux/settingswindow/settings_notice.h"
 #include "linux/statusitem/status_bar.h"
 
@@ -65,14 +66,13 @@ std::filesystem::path programPath() {
   return std::filesystem::read_symlink("/proc/self/exe", unknown);
 }
 
-// The reader lies beside the program in a build folder, and in the folder for programs that nobody
-// starts by hand when both are installed.
-std::string readerPath() {
-  constexpr const char* kReader = "orvane-reader";
+// Helpers lie beside the program in a build folder, and in the folder for programs that nobody
+// starts by hand when they are installed.
+std::string helperPath(const char* helper) {
   const auto folder = programPath().parent_path();
   std::error_code unknown;
-  if (std::filesystem::exists(folder / kReader, unknown)) return folder / kReader;
-  return (folder / ORVANE_LIBEXEC_DIR / kReader).lexically_normal();
+  if (std::filesystem::exists(folder / helper, unknown)) return folder / helper;
+  return (folder / ORVANE_LIBEXEC_DIR / helper).lexically_normal();
 }
 
 // Under Wayland only the portal hears keys that go to native windows.
@@ -136,14 +136,26 @@ struct Drawing {
   const std::unique_ptr<Painter> painter;
 };
 
+std::unique_ptr<FormWindowServer> makeSettingsWindows(const Base& base, const Drawing& drawing,
+                                                      host::SettingsNotice& notice) {
+  host::FormWindowsOptions options;
+  options.programPath = helperPath("orvane-settings");
+  options.tell = [&notice](const std::string& title, const std::string& sentence) {
+    notice.say(title, sentence);
+  };
+  options.drawPreview = host::previewDrawing(*drawing.measurer, *drawing.painter);
+  return host::makeFormWindows(std::move(options), *base.loop);
+}
+
 // What the program uses of the desktop besides its windows.
 struct Services {
-  Services(const Base& base, GDBusConnection* bus, Painter& painter)
+  Services(const Base& base, const Drawing& drawing, GDBusConnection* bus)
       : userDefaults(
             host::makeUserDefaults(host::userDefaultsPath(environmentVariable), *base.loop)),
         application(host::makeApplication(base.quitting())),
-        statusBar(host::makeStatusBar({bus, *base.loop, painter})),
-        settingsWindows(host::makeSettingsNotice(bus)),
+        statusBar(host::makeStatusBar({bus, *base.loop, *drawing.painter})),
+        settingsNotice(host::makeSettingsNotice(bus)),
+        settingsWindows(makeSettingsWindows(base, drawing, *settingsNotice)),
         hotKeys(host::makeEventHotKeys(hotKeyOptions(), *base.loop)),
         desktopIcons(
             host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus,
@@ -154,6 +166,7 @@ struct Services {
       {host::autostartEntryPath(environmentVariable), programPath().string()});
   const std::unique_ptr<NSApplication> application;
   const std::unique_ptr<NSStatusBar> statusBar;
+  const std::unique_ptr<host::SettingsNotice> settingsNotice;
   const std::unique_ptr<FormWindowServer> settingsWindows;
   const std::unique_ptr<EventHotKeys> hotKeys;
   const std::unique_ptr<host::DesktopIcons> desktopIcons;
@@ -181,7 +194,7 @@ std::shared_ptr<host::EventStore> makeEventStore(const Base& base,
                                                  NotificationCenter& notifications) {
   host::FolderOptions folders;
   folders.roots = host::calendarRoots(environmentVariable);
-  folders.readerPath = readerPath();
+  folders.readerPath = helperPath("orvane-reader");
   folders.localTimeZone = [&calendar = *base.calendar] { return calendar.timeZoneName(); };
   host::EventStoreOptions options;
   options.providers.push_back(host::makeFolderProvider(std::move(folders), *base.loop));
@@ -223,7 +236,7 @@ int runProgram() {
   ReturningDesktop desktop(desktopEnvironment(base, stage, *session));
   if (!opens(desktop)) return kNoDesktop;
 
-  const Services services(base, bus.get(), *drawing.painter);
+  const Services services(base, drawing, bus.get());
   std::weak_ptr<host::EventStore> eventStore;
   const OrvaneApp app({services.application.get(), *services.statusBar, *services.settingsWindows,
                        *services.hotKeys, *services.desktopIcons, *services.userDefaults,

@@ -1,68 +1,54 @@
 #include "linux/settingswindow/settings_notice.h"
 
+#include <chrono>
 #include <iostream>
-#include <utility>
 
 #include "linux/gio/call.h"
 
 namespace orvane::host {
 namespace {
 
-constexpr const char* kSentence = "The settings window is not installed.";
 constexpr std::chrono::seconds kCallLimit{5};
 
-// A window of which only the notification is ever seen. A further showing replaces it, so that
-// notifications do not pile up.
-class NoticeWindow final : public FormWindow {
+void sayOnTerminal(const std::string& sentence) { std::cerr << "orvane: " << sentence << '\n'; }
+
+class DesktopNotification final : public SettingsNotice {
  public:
-  explicit NoticeWindow(GDBusConnection* connection)
+  explicit DesktopNotification(GDBusConnection* connection)
       : connection_(connection ? gio::shared(connection) : nullptr) {}
 
-  void center() override {}
-  void setContentView(std::shared_ptr<FormView> view) override { view_ = std::move(view); }
-  void show() override {}
-  void makeKeyAndOrderFront() override {
-    if (!connection_ || g_dbus_connection_is_closed(connection_.get())) return sayOnTerminal();
+  void say(const std::string& title, const std::string& sentence) override {
+    if (!connection_ || g_dbus_connection_is_closed(connection_.get())) {
+      return sayOnTerminal(sentence);
+    }
     const gio::Method notify{"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
                              "org.freedesktop.Notifications", "Notify"};
     gio::callStarting(connection_.get(), notify,
                       g_variant_new_parsed("('Orvane', %u, 'org.orvane.Orvane', %s, %s, @as [], "
                                            "{'desktop-entry': <'org.orvane.Orvane'>}, -1)",
-                                           shownBefore_, title.c_str(), kSentence),
-                      kCallLimit, calls_,
-                      [this](GVariant* results, const gio::Failure&) { shown(results); });
+                                           shownBefore_, title.c_str(), sentence.c_str()),
+                      kCallLimit, calls_, [this, sentence](GVariant* results, const gio::Failure&) {
+                        shown(results, sentence);
+                      });
   }
 
  private:
-  void shown(GVariant* results) {
-    if (!results || !g_variant_is_of_type(results, G_VARIANT_TYPE("(u)"))) return sayOnTerminal();
+  void shown(GVariant* results, const std::string& sentence) {
+    if (!results || !g_variant_is_of_type(results, G_VARIANT_TYPE("(u)"))) {
+      return sayOnTerminal(sentence);
+    }
     g_variant_get(results, "(u)", &shownBefore_);
   }
-  static void sayOnTerminal() { std::cerr << "orvane: " << kSentence << '\n'; }
 
   const gio::ObjectPtr<GDBusConnection> connection_;
   const gio::Cancellation calls_;
-  std::shared_ptr<FormView> view_;
   guint32 shownBefore_ = 0;
-};
-
-class SettingsNotice final : public FormWindowServer {
- public:
-  explicit SettingsNotice(GDBusConnection* connection) : connection_(connection) {}
-
-  [[nodiscard]] std::shared_ptr<FormWindow> makeFormWindow(Rect, unsigned, NSBackingStoreType,
-                                                           bool) override {
-    return std::make_shared<NoticeWindow>(connection_);
-  }
-
- private:
-  GDBusConnection* const connection_;
 };
 
 }  // namespace
 
-std::unique_ptr<FormWindowServer> makeSettingsNotice(GDBusConnection* connection) {
-  return std::make_unique<SettingsNotice>(connection);
+std::unique_ptr<SettingsNotice> makeSettingsNotice(GDBusConnection* connection) {
+  return std::make_unique<DesktopNotification>(connection);
 }
 
 }  // namespace orvane::host

@@ -1,16 +1,23 @@
-// settingswindow/ shows the form of the settings.
 #pragma once
 
 #include <gio/gio.h>
 
 #include <memory>
-
-#include "platform/form_window.h"
+#include <string>
 
 namespace orvane::host {
 
-// Where the settings window's program is not installed: a desktop notification says so each time
-// the window is asked for, and without a session bus a line on standard error.
-[[nodiscard]] std::unique_ptr<FormWindowServer> makeSettingsNotice(GDBusConnection* connection);
+// Where a person learns why there is no settings window. Main thread only.
+class SettingsNotice {
+ public:
+  virtual ~SettingsNotice() = default;
+
+  // A desktop notification, which replaces the one before it; a line on standard error where there
+  // is no session bus, or nobody on it who shows notifications.
+  virtual void say(const std::string& title, const std::string& sentence) = 0;
+};
+
+// Null: there is no session bus.
+[[nodiscard]] std::unique_ptr<SettingsNotice> makeSettingsNotice(GDBusConnection* connection);
 
 }  // namespace orvane::host

@@ -10,6 +10,8 @@ namespace {
 
 using gio::eventually;
 
+constexpr const char* kSentence = "The settings window is not installed.";
+
 constexpr const char* kNotifications = R"xml(
 <node>
   <interface name="org.freedesktop.Notifications">
@@ -22,7 +24,7 @@ constexpr const char* kNotifications = R"xml(
   </interface>
 </node>)xml";
 
-TEST(SettingsNoticeTest, EachShowingIsOneNotificationThatReplacesTheLast) {
+TEST(SettingsNoticeTest, WhatIsSaidIsANotificationThatReplacesTheLast) {
   const gio::PrivateBus bus;
   const auto ours = bus.connect();
   const auto desktop = bus.connect();
@@ -42,29 +44,23 @@ TEST(SettingsNoticeTest, EachShowingIsOneNotificationThatReplacesTheLast) {
   const guint name =
       g_bus_own_name_on_connection(desktop.get(), "org.freedesktop.Notifications",
                                    G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
-  const auto server = makeSettingsNotice(ours.get());
-  const auto window =
-      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
-  window->title = "Orvane Settings";
+  const auto notice = makeSettingsNotice(ours.get());
   gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
-  window->show();
-  window->makeKeyAndOrderFront();
+  notice->say("Orvane Settings", kSentence);
   EXPECT_TRUE(eventually([&] { return shown.size() == 1; }));
   gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
-  window->makeKeyAndOrderFront();
+  notice->say("Orvane Settings", "Another.");
   EXPECT_TRUE(eventually([&] { return shown.size() == 2; }));
   EXPECT_EQ(shown,
             (std::vector<std::string>{"0 Orvane Settings: The settings window is not installed.",
-                                      "7 Orvane Settings: The settings window is not installed."}));
+                                      "7 Orvane Settings: Another."}));
   g_bus_unown_name(name);
 }
 
 TEST(SettingsNoticeTest, WithoutABusALineIsSaid) {
-  const auto server = makeSettingsNotice(nullptr);
-  const auto window =
-      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
+  const auto notice = makeSettingsNotice(nullptr);
   testing::internal::CaptureStderr();
-  window->makeKeyAndOrderFront();
+  notice->say("Orvane Settings", kSentence);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "orvane: The settings window is not installed.\n");
 }
@@ -72,11 +68,9 @@ TEST(SettingsNoticeTest, WithoutABusALineIsSaid) {
 TEST(SettingsNoticeTest, WithoutANotificationServiceALineIsSaid) {
   const gio::PrivateBus bus;
   const auto ours = bus.connect();
-  const auto server = makeSettingsNotice(ours.get());
-  const auto window =
-      server->makeFormWindow({0, 0, 760, 620}, 0, NSBackingStoreType::buffered, false);
+  const auto notice = makeSettingsNotice(ours.get());
   testing::internal::CaptureStderr();
-  window->makeKeyAndOrderFront();
+  notice->say("Orvane Settings", kSentence);
   gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
   gio::ask(ours.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),

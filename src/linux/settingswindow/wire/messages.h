@@ -88,8 +88,8 @@ struct Update {
   friend bool operator==(const Update&, const Update&) = default;
 };
 
-// The picture of the preview of that key: rows without gaps, four bytes a pixel in the order blue,
-// green, red, opacity, premultiplied.
+// The picture of the preview of that key: premultiplied ARGB, 32 bits a pixel in the machine's byte
+// order, rows without gaps.
 struct Preview {
   std::uint64_t sequence = 0;
   std::string key;
