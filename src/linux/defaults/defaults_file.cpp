@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/files/replace_file.h"
 
 namespace orvane::host {
@@ -49,12 +50,13 @@ struct Content {
 
 Content contentOf(const fs::path& path) {
   // Opening must not wait for the other end of a pipe.
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (descriptor < 0) return {{}, errno};
+  const FileDescriptor descriptor(
+      ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!descriptor) return {{}, errno};
   Content content;
   std::array<char, 16384> buffer;
   while (content.error == 0) {
-    const auto size = ::read(descriptor, buffer.data(), buffer.size());
+    const auto size = ::read(descriptor.get(), buffer.data(), buffer.size());
     if (size == 0) break;
     if (size < 0) {
       if (errno != EINTR) content.error = errno;
@@ -62,7 +64,6 @@ Content contentOf(const fs::path& path) {
       content.error = EFBIG;
     }
   }
-  ::close(descriptor);
   return content;
 }
 

@@ -8,6 +8,9 @@
 
 #include <cerrno>
 #include <string_view>
+#include <system_error>
+
+#include "linux/files/file_descriptor.h"
 
 namespace orvane::host {
 namespace {
@@ -37,17 +40,20 @@ int fill(int descriptor, mode_t mode, const std::string& text) {
 // The new name is on the disk when its folder is. A folder that cannot be synced is no failure: the
 // content is safe, and the old one would be complete too.
 void syncFolder(const fs::path& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (descriptor < 0) return;
-  ::fsync(descriptor);
-  ::close(descriptor);
+  const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor) ::fsync(descriptor.get());
+}
+
+bool isFolder(const fs::path& path) {
+  std::error_code unknown;  // such as links that run in a circle
+  return fs::is_directory(path, unknown);
 }
 
 }  // namespace
 
 int makeFolders(const fs::path& folder) {
   if (folder.empty() || ::mkdir(folder.c_str(), 0700) == 0) return 0;
-  if (errno == EEXIST) return fs::is_directory(folder) ? 0 : ENOTDIR;
+  if (errno == EEXIST) return isFolder(folder) ? 0 : ENOTDIR;
   if (errno != ENOENT || !folder.has_relative_path()) return errno;
   if (const int error = makeFolders(folder.parent_path())) return error;
   return ::mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST ? 0 : errno;
@@ -55,10 +61,10 @@ int makeFolders(const fs::path& folder) {
 
 int replaceFile(const fs::path& target, const std::string& text, mode_t ofNewFiles) {
   std::string name = target.string() + ".XXXXXX";
-  const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
-  if (descriptor < 0) return errno;
-  int error = fill(descriptor, modeFor(target, ofNewFiles), text);
-  if (::close(descriptor) != 0 && error == 0) error = errno;
+  FileDescriptor descriptor(::mkostemp(name.data(), O_CLOEXEC));
+  if (!descriptor) return errno;
+  int error = fill(descriptor.get(), modeFor(target, ofNewFiles), text);
+  if (::close(descriptor.release()) != 0 && error == 0) error = errno;
   if (error == 0 && ::rename(name.c_str(), target.c_str()) != 0) error = errno;
   if (error != 0) {
     ::unlink(name.c_str());

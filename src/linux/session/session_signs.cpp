@@ -2,7 +2,6 @@
 
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -12,6 +11,7 @@
 #include <string>
 #include <utility>
 
+#include "linux/files/file_descriptor.h"
 #include "linux/session/bus_address.h"
 
 namespace orvane::host {
@@ -28,12 +28,11 @@ bool isListenedAt(const std::string& name) {
   address.sun_family = AF_UNIX;
   if (name.size() >= sizeof address.sun_path) return false;
   std::copy(name.begin(), name.end(), address.sun_path);
-  const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  if (fd < 0) return true;  // nothing is known
+  const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!socket) return true;  // nothing is known
   const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
-  const int failed = connect(fd, reinterpret_cast<const sockaddr*>(&address), size);
+  const int failed = ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), size);
   const bool isNobody = failed != 0 && (errno == ECONNREFUSED || errno == ENOENT);
-  close(fd);
   return !isNobody;
 }
 
