@@ -25,17 +25,6 @@ std::string numberIn(const std::string& output) {
 
 }  // namespace
 
-ScratchFolder::ScratchFolder() {
-  std::string name = (fs::temp_directory_path() / "orvane-x11-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-  path_ = name;
-}
-
-ScratchFolder::~ScratchFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 Session::Session(std::vector<std::string> serverOptions) {
   const auto home = folder_.path();
   fs::create_directories(home / "run");

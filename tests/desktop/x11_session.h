@@ -4,22 +4,10 @@
 #include <memory>
 #include <string>
 
+#include "support/scratch_folder.h"
 #include "x11_child_process.h"
 
 namespace orvane::desktop_test {
-
-// A folder of our own under the system's temporary one, gone with this object.
-class ScratchFolder {
- public:
-  ScratchFolder();
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-  ~ScratchFolder();
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
 
 // A display of 1600×900 pixels that nobody sees, on a number that nobody else uses, with a home,
 // a runtime folder and a session bus of its own.

@@ -14,6 +14,7 @@
 #include <sstream>
 
 #include "linux/paint/png.h"
+#include "support/scratch_folder.h"
 #include "support/test_paths.h"
 
 namespace orvane::tools {
@@ -43,13 +44,9 @@ struct Result {
 class SnapshotProgramTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "orvane-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    base = pattern;
     std::filesystem::create_directories(calendars());
     std::filesystem::create_directories(home());
   }
-  void TearDown() override { std::filesystem::remove_all(base); }
 
   [[nodiscard]] path calendars() const { return base / "calendars"; }
   [[nodiscard]] path home() const { return base / "home"; }
@@ -115,7 +112,8 @@ class SnapshotProgramTest : public testing::Test {
     return tree;
   }
 
-  path base;
+  const ScratchFolder scratch;
+  const path base = scratch.path();
   std::map<std::string, std::string> variables;  // of the environment of what is run
 
  private:

@@ -1,9 +1,9 @@
 #include <filesystem>
-#include <fstream>
 
 #include "../gio/private_bus.h"
 #include "linux/application/instance.h"
 #include "linux/mainloop/main_loop.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::host {
 namespace {
@@ -13,19 +13,14 @@ using gio::eventually;
 
 class LockInstanceTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "orvane-lock-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  void TearDown() override { fs::remove_all(folder_); }
   InstanceClaim claim() {
     ApplicationOptions options;
-    options.runtimeFolder = folder_;
+    options.runtimeFolder = folder_.path();
     options.activate = [this] { ++activations_; };
     return claimInstance(std::move(options), *loop_);
   }
 
-  fs::path folder_;
+  const ScratchFolder folder_;
   std::unique_ptr<MainLoop> loop_ = makeMainLoop();
   int activations_ = 0;
 };
@@ -47,8 +42,8 @@ TEST_F(LockInstanceTest, AfterTheFirstEndedAnotherMayRun) {
 }
 
 TEST_F(LockInstanceTest, WhatACrashLeftIsNoHindrance) {
-  std::ofstream(folder_ / "orvane.lock") << "old";
-  std::ofstream(folder_ / "orvane.socket") << "old";
+  folder_.write("orvane.lock", "old");
+  folder_.write("orvane.socket", "old");
   const auto first = claim();
   EXPECT_EQ(first.outcome, InstanceOutcome::first);
   EXPECT_EQ(claim().outcome, InstanceOutcome::forwarded);
@@ -56,7 +51,7 @@ TEST_F(LockInstanceTest, WhatACrashLeftIsNoHindrance) {
 }
 
 TEST_F(LockInstanceTest, AFolderThatIsNotThereIsNoReasonNotToRun) {
-  fs::remove(folder_);
+  fs::remove(folder_.path());
   testing::internal::CaptureStderr();
   const auto first = claim();
   EXPECT_EQ(first.outcome, InstanceOutcome::first);

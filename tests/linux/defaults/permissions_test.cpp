@@ -25,8 +25,8 @@ class PermissionsTest : public testing::Test {
 
   static void becomeOrdinaryUser() {
     const Scratch place;
-    ::chmod(place.root.c_str(), 0755);
-    const auto program = place.root / "test";
+    ::chmod(place.path().c_str(), 0755);
+    const auto program = place / "test";
     fs::copy_file("/proc/self/exe", program);
     ::chmod(program.c_str(), 0755);
     const auto* info = testing::UnitTest::GetInstance()->current_test_info();
@@ -45,7 +45,7 @@ class PermissionsTest : public testing::Test {
     ASSERT_EQ(WEXITSTATUS(status), 0) << "the test failed as an ordinary user";
   }
 
-  void open() { defaults = makeUserDefaults(scratch.root / "defaults.json", actor); }
+  void open() { defaults = makeUserDefaults(scratch / "defaults.json", actor); }
   Scratch scratch;
   fakes::ManualMainActor actor;
   std::unique_ptr<FileUserDefaults> defaults;
@@ -54,20 +54,20 @@ class PermissionsTest : public testing::Test {
 TEST_F(PermissionsTest, AnUnreadableFileIsKeptAside) {
   if (!isOrdinaryUser()) return;
   scratch.write("defaults.json", R"({"a": true})");
-  ::chmod((scratch.root / "defaults.json").c_str(), 0);
+  ::chmod((scratch / "defaults.json").c_str(), 0);
   open();
   EXPECT_EQ(defaults->object("a"), std::nullopt);
   defaults->set("b", true);
   defaults->flush();
   EXPECT_THAT(scratch.read("defaults.json"), HasSubstr("\"b\": true"));
-  ::chmod((scratch.root / "defaults.json.damaged").c_str(), 0600);
+  ::chmod((scratch / "defaults.json.damaged").c_str(), 0600);
   EXPECT_THAT(scratch.read("defaults.json.damaged"), HasSubstr("\"a\": true"));
 }
 
 TEST_F(PermissionsTest, AFolderThatCannotBeWrittenIsSurvivedAndTriedAgain) {
   if (!isOrdinaryUser()) return;
   scratch.write("defaults.json", R"({"a": true})");
-  ::chmod(scratch.root.c_str(), 0500);
+  ::chmod(scratch.path().c_str(), 0500);
   open();
   testing::internal::CaptureStderr();
   defaults->set("a", false);
@@ -78,7 +78,7 @@ TEST_F(PermissionsTest, AFolderThatCannotBeWrittenIsSurvivedAndTriedAgain) {
   EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
   EXPECT_EQ(defaults->object("a"), DefaultsValue(false));
   EXPECT_THAT(scratch.read("defaults.json"), HasSubstr("true"));
-  ::chmod(scratch.root.c_str(), 0700);
+  ::chmod(scratch.path().c_str(), 0700);
   defaults->set("b", true);
   actor.advance(milliseconds(300));
   EXPECT_THAT(scratch.read("defaults.json"), HasSubstr("\"a\": false"));
@@ -87,14 +87,14 @@ TEST_F(PermissionsTest, AFolderThatCannotBeWrittenIsSurvivedAndTriedAgain) {
 TEST_F(PermissionsTest, ADamagedFileThatCannotBePutAsideIsNeverOverwritten) {
   if (!isOrdinaryUser()) return;
   scratch.write("defaults.json", "precious but damaged");
-  ::chmod(scratch.root.c_str(), 0500);
+  ::chmod(scratch.path().c_str(), 0500);
   testing::internal::CaptureStderr();
   open();
   defaults->set("a", true);
   defaults->flush();
   (void)testing::internal::GetCapturedStderr();
   EXPECT_EQ(scratch.read("defaults.json"), "precious but damaged");
-  ::chmod(scratch.root.c_str(), 0700);
+  ::chmod(scratch.path().c_str(), 0700);
   defaults->set("a", false);
   defaults->flush();
   EXPECT_EQ(scratch.read("defaults.json.damaged"), "precious but damaged");
@@ -104,7 +104,7 @@ TEST_F(PermissionsTest, ADamagedFileThatCannotBePutAsideIsNeverOverwritten) {
 TEST_F(PermissionsTest, AFolderThatCannotBeEnteredIsSurvived) {
   if (!isOrdinaryUser()) return;
   scratch.write("defaults.json", R"({"a": true})");
-  ::chmod(scratch.root.c_str(), 0);
+  ::chmod(scratch.path().c_str(), 0);
   testing::internal::CaptureStderr();
   open();
   defaults->set("b", true);
@@ -112,7 +112,7 @@ TEST_F(PermissionsTest, AFolderThatCannotBeEnteredIsSurvived) {
   const auto said = testing::internal::GetCapturedStderr();
   EXPECT_EQ(defaults->object("b"), DefaultsValue(true));
   EXPECT_NE(said, "");
-  ::chmod(scratch.root.c_str(), 0700);
+  ::chmod(scratch.path().c_str(), 0700);
   EXPECT_THAT(scratch.read("defaults.json"), HasSubstr("\"a\""));
 }
 

@@ -33,7 +33,7 @@ class UserDefaultsTest : public testing::Test {
   }
   Scratch scratch;
   fakes::ManualMainActor actor;
-  fs::path path = scratch.root / "defaults.json";
+  fs::path path = scratch / "defaults.json";
   std::unique_ptr<FileUserDefaults> defaults;
 };
 
@@ -148,16 +148,16 @@ TEST_F(UserDefaultsTest, KeepsTheModeOfTheFileAndMakesNewOnesPrivate) {
 }
 
 TEST_F(UserDefaultsTest, MakesMissingFolders) {
-  path = scratch.root / "config" / "orvane" / "defaults.json";
+  path = scratch / "config" / "orvane" / "defaults.json";
   open();
   defaults->set("a", true);
   defaults.reset();
   EXPECT_TRUE(fs::exists(path));
-  EXPECT_EQ(fs::status(scratch.root / "config").permissions(), fs::perms::owner_all);
+  EXPECT_EQ(fs::status(scratch / "config").permissions(), fs::perms::owner_all);
 }
 
 TEST_F(UserDefaultsTest, WritesWhereALinkLeads) {
-  fs::create_directory(scratch.root / "dotfiles");
+  fs::create_directory(scratch / "dotfiles");
   scratch.write("dotfiles/real.json", R"({"a": true})");
   fs::create_symlink("dotfiles/real.json", path);
   open();
@@ -198,7 +198,7 @@ TEST_F(UserDefaultsTest, DamagedFilesAreKeptAsideOneByOne) {
 }
 
 TEST_F(UserDefaultsTest, ADamagedFileBehindALinkIsKeptBesideIt) {
-  fs::create_directory(scratch.root / "dotfiles");
+  fs::create_directory(scratch / "dotfiles");
   scratch.write("dotfiles/real.json", "damaged");
   fs::create_symlink("dotfiles/real.json", path);
   EXPECT_NE(openAndHear(), "");
@@ -224,12 +224,12 @@ TEST_F(UserDefaultsTest, APipeInItsPlaceDoesNotBlockAndIsPutAside) {
   defaults->set("a", true);
   defaults.reset();
   EXPECT_TRUE(fs::is_regular_file(path));
-  EXPECT_TRUE(fs::is_fifo(scratch.root / "defaults.json.damaged"));
+  EXPECT_TRUE(fs::is_fifo(scratch / "defaults.json.damaged"));
 }
 
 TEST_F(UserDefaultsTest, LinksInACircleArePutAside) {
   fs::create_symlink("other", path);
-  fs::create_symlink("defaults.json", scratch.root / "other");
+  fs::create_symlink("defaults.json", scratch / "other");
   EXPECT_NE(openAndHear(), "");
   defaults->set("a", true);
   defaults.reset();
@@ -237,7 +237,7 @@ TEST_F(UserDefaultsTest, LinksInACircleArePutAside) {
 }
 
 TEST_F(UserDefaultsTest, WhatALinkLeadsToStaysWhenItIsNoFile) {
-  fs::create_directory(scratch.root / "documents");
+  fs::create_directory(scratch / "documents");
   fs::create_symlink("documents", path);
   EXPECT_NE(openAndHear(), "");
   defaults->set("a", true);
@@ -268,7 +268,7 @@ TEST_F(UserDefaultsTest, WithoutAPlaceValuesLastAsLongAsTheProgram) {
 
 TEST_F(UserDefaultsTest, APlaceThatCannotBeIsSurvivedAndToldOnce) {
   scratch.write("file", "");
-  path = scratch.root / "file" / "defaults.json";
+  path = scratch / "file" / "defaults.json";
   EXPECT_EQ(openAndHear(), "");
   testing::internal::CaptureStderr();
   for (int i = 0; i < 3; ++i) {
@@ -279,7 +279,7 @@ TEST_F(UserDefaultsTest, APlaceThatCannotBeIsSurvivedAndToldOnce) {
   EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
   EXPECT_EQ(defaults->object("a"), DefaultsValue(true));
   // The next change finds the obstacle gone.
-  fs::remove(scratch.root / "file");
+  fs::remove(scratch / "file");
   defaults->set("b", true);
   actor.advance(milliseconds(300));
   EXPECT_THAT(scratch.read("file/defaults.json"), HasSubstr("\"a\": true"));

@@ -8,6 +8,7 @@
 #include <map>
 
 #include "private_bus.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::host::gio {
 namespace {
@@ -27,8 +28,6 @@ std::string addressIn(const Variables& variables) {
 class SilentSocket {
  public:
   SilentSocket() {
-    std::string pattern = (fs::temp_directory_path() / "orvane-bus-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     path().string().copy(address.sun_path, sizeof address.sun_path - 1);
@@ -38,15 +37,12 @@ class SilentSocket {
   }
   SilentSocket(const SilentSocket&) = delete;
   SilentSocket& operator=(const SilentSocket&) = delete;
-  ~SilentSocket() {
-    ::close(number_);
-    fs::remove_all(folder_);
-  }
+  ~SilentSocket() { ::close(number_); }
   [[nodiscard]] fs::path path() const { return folder_ / "bus"; }
-  [[nodiscard]] const fs::path& folder() const { return folder_; }
+  [[nodiscard]] const fs::path& folder() const { return folder_.path(); }
 
  private:
-  fs::path folder_;
+  const ScratchFolder folder_;
   int number_ = -1;
 };
 

@@ -9,6 +9,7 @@
 #include <map>
 
 #include "linux/login/autostart_entry.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::host {
 namespace {
@@ -18,19 +19,13 @@ namespace fs = std::filesystem;
 class AutostartServiceTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "orvane-login-XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
     entry_ = root_ / "config" / "autostart" / "org.orvane.Orvane.desktop";
     service_ = makeAutostartService({entry_, "/usr/bin/orvane"});
   }
-  void TearDown() override { fs::remove_all(root_); }
 
-  void write(const std::string& text) const {
-    fs::create_directories(entry_.parent_path());
-    std::ofstream(entry_) << text;
-  }
+  void write(const std::string& text) const { root_.write(entry_, text); }
 
-  fs::path root_;
+  const ScratchFolder root_;
   fs::path entry_;
   std::unique_ptr<SMAppService> service_;
 };
@@ -88,7 +83,8 @@ TEST_F(AutostartServiceTest, AFolderWhereAFileIsMakesRegisteringFail) {
 TEST_F(AutostartServiceTest, AReadOnlyFolderMakesRegisteringFail) {
   constexpr uid_t nobody = 65534;
   fs::create_directories(entry_.parent_path());
-  for (const auto& folder : {root_, root_ / "config"}) fs::permissions(folder, fs::perms(0755));
+  for (const auto& folder : {root_.path(), root_ / "config"})
+    fs::permissions(folder, fs::perms(0755));
   fs::permissions(entry_.parent_path(), fs::perms(0555));
   const pid_t child = fork();
   if (child == 0) {

@@ -1,17 +1,16 @@
 #include "linux/mainloop/clock_watcher.h"
 
 #include <gmock/gmock.h>
-#include <stdlib.h>
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <vector>
 
 #include "fake_wall_timer.h"
 #include "linux/mainloop/main_loop.h"
 #include "linux/mainloop/zone_files.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::host {
 namespace {
@@ -23,24 +22,6 @@ using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Folder {
- public:
-  Folder() {
-    std::string pattern = (fs::temp_directory_path() / "orvane-zone-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-    path = pattern;
-  }
-  ~Folder() { fs::remove_all(path); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  fs::path write(const std::string& name, const std::string& text) const {
-    fs::create_directories((path / name).parent_path());
-    std::ofstream(path / name) << text;
-    return path / name;
-  }
-  fs::path path;
-};
-
 class ClockWatcherTest : public testing::Test {
  protected:
   // Days of 24 hours that begin `offset` seconds after UTC's.
@@ -50,13 +31,13 @@ class ClockWatcherTest : public testing::Test {
   void watch() {
     ClockWatcherOptions options;
     options.startOfNextDay = [this](Date date) { return startOfNextDay(date); };
-    options.localtime = folder.path / "localtime";
+    options.localtime = folder / "localtime";
     options.timer = clock.makeTimer();
     options.suspendedTime = [this] { return suspended; };
     watcher = makeClockWatcher(*loop, std::move(options),
                                [this](ClockChange change) { changes.push_back(change); });
   }
-  Folder folder;
+  ScratchFolder folder;
   std::unique_ptr<MainLoop> loop = makeMainLoop();
   FakeWallClock clock{hours(22)};
   double offset = 0;
@@ -105,11 +86,11 @@ TEST_F(ClockWatcherTest, EndsWithItsDestruction) {
 }
 
 TEST_F(ClockWatcherTest, TellsOfAnotherZoneAndTakesItsDay) {
-  fs::create_symlink(folder.write("zones/Berlin", "TZif Berlin"), folder.path / "localtime");
+  fs::create_symlink(folder.write("zones/Berlin", "TZif Berlin"), folder / "localtime");
   watch();
   offset = -3600;
-  fs::create_symlink(folder.write("zones/Tokyo", "TZif Tokyo"), folder.path / "new");
-  fs::rename(folder.path / "new", folder.path / "localtime");
+  fs::create_symlink(folder.write("zones/Tokyo", "TZif Tokyo"), folder / "new");
+  fs::rename(folder / "new", folder / "localtime");
   const auto limit = loop->after(minutes(1), [this] { loop->quit(1); });
   Subscription poll;
   std::function<void()> check = [&] {
@@ -123,21 +104,21 @@ TEST_F(ClockWatcherTest, TellsOfAnotherZoneAndTakesItsDay) {
 }
 
 TEST(LinkChain, NamesEveryLinkOnTheWayToTheContent) {
-  const Folder folder;
+  const ScratchFolder folder;
   const auto content = folder.write("zones/Europe/Berlin", "x");
   fs::create_symlink("../zones/Europe/Berlin",
-                     (fs::create_directory(folder.path / "etc"), folder.path / "etc/middle"));
-  fs::create_symlink(folder.path / "etc/middle", folder.path / "localtime");
-  EXPECT_THAT(linkChain(folder.path / "localtime"),
-              ElementsAre(folder.path / "localtime", folder.path / "etc/middle", content));
+                     (fs::create_directory(folder / "etc"), folder / "etc/middle"));
+  fs::create_symlink(folder / "etc/middle", folder / "localtime");
+  EXPECT_THAT(linkChain(folder / "localtime"),
+              ElementsAre(folder / "localtime", folder / "etc/middle", content));
 }
 
 TEST(LinkChain, EndsWhereTheLinksRunInACircleOrLeadNowhere) {
-  const Folder folder;
-  fs::create_symlink("b", folder.path / "a");
-  fs::create_symlink("a", folder.path / "b");
-  EXPECT_THAT(linkChain(folder.path / "a"), ElementsAre(folder.path / "a", folder.path / "b"));
-  EXPECT_THAT(linkChain(folder.path / "none"), ElementsAre(folder.path / "none"));
+  const ScratchFolder folder;
+  fs::create_symlink("b", folder / "a");
+  fs::create_symlink("a", folder / "b");
+  EXPECT_THAT(linkChain(folder / "a"), ElementsAre(folder / "a", folder / "b"));
+  EXPECT_THAT(linkChain(folder / "none"), ElementsAre(folder / "none"));
 }
 
 class ZoneFilesTest : public testing::Test {
@@ -153,7 +134,7 @@ class ZoneFilesTest : public testing::Test {
       if (++calls == wanted) loop->quit(0);
     });
   }
-  Folder folder;
+  ScratchFolder folder;
   std::unique_ptr<MainLoop> loop = makeMainLoop();
   std::unique_ptr<ZoneFiles> files;
   int calls = 0;
@@ -168,15 +149,15 @@ TEST_F(ZoneFilesTest, SeesTheFileWrittenInPlace) {
 }
 
 TEST_F(ZoneFilesTest, SeesTheFileAppear) {
-  watch(folder.path / "localtime");
+  watch(folder / "localtime");
   folder.write("localtime", "new");
   expectChanges(1);
 }
 
 TEST_F(ZoneFilesTest, SeesTheContentBehindLinksReplaced) {
-  fs::create_symlink(folder.write("zones/Berlin", "old rules"), folder.path / "localtime");
-  watch(folder.path / "localtime");
-  fs::rename(folder.write("zones/new", "new rules"), folder.path / "zones/Berlin");
+  fs::create_symlink(folder.write("zones/Berlin", "old rules"), folder / "localtime");
+  watch(folder / "localtime");
+  fs::rename(folder.write("zones/new", "new rules"), folder / "zones/Berlin");
   expectChanges(1);
 }
 

@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 
 #include "linux/reader/listing.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::ical {
 namespace {
@@ -26,16 +26,9 @@ std::string calendar(const std::string& items) {
 
 class ReaderProgram : public testing::Test {
  protected:
-  ReaderProgram() {
-    char folder[] = "/tmp/orvane-reader-test-XXXXXX";
-    folder_ = mkdtemp(folder);
-  }
-  ~ReaderProgram() override { std::filesystem::remove_all(folder_); }
-
   [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
   std::string file(const std::string& name, const std::string& text) {
-    std::ofstream(path(name), std::ios::binary) << text;
-    return path(name);
+    return folder_.write(name, text);
   }
 
   // The good files on both sides of a bad one are read, whatever it is.
@@ -55,7 +48,7 @@ class ReaderProgram : public testing::Test {
     return run_.answers[1];
   }
 
-  std::filesystem::path folder_;
+  const ScratchFolder folder_;
   ReaderRun run_;
 };
 
@@ -95,7 +88,7 @@ TEST_F(ReaderProgram, AMissingFileIsUnreadable) {
 }
 
 TEST_F(ReaderProgram, AFolderIsUnreadable) {
-  EXPECT_EQ(answerBetweenGoodOnes(folder_).outcome, ReadOutcome::unreadable);
+  EXPECT_EQ(answerBetweenGoodOnes(folder_.path()).outcome, ReadOutcome::unreadable);
 }
 
 TEST_F(ReaderProgram, APipeIsUnreadableAndNotWaitedFor) {

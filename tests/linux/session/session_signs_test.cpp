@@ -10,6 +10,8 @@
 #include <map>
 #include <stdexcept>
 
+#include "support/scratch_folder.h"
+
 namespace orvane::host {
 namespace {
 
@@ -38,7 +40,6 @@ class Listener {
 class SessionSignsTest : public testing::Test {
  protected:
   SessionSignsTest() { fs::create_directory(folder_ / "run"); }
-  ~SessionSignsTest() override { fs::remove_all(folder_); }
 
   [[nodiscard]] std::unique_ptr<SessionSigns> signs() const {
     return makeSessionSigns([this](const std::string& name) -> std::optional<std::string> {
@@ -48,13 +49,8 @@ class SessionSignsTest : public testing::Test {
     });
   }
   [[nodiscard]] std::string busPath() const { return folder_ / "bus"; }
-  static fs::path makeFolder() {
-    std::string name = (fs::temp_directory_path() / "orvane-session-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no scratch folder");
-    return name;
-  }
 
-  const fs::path folder_ = makeFolder();
+  const ScratchFolder folder_;
   std::map<std::string, std::string> environment_ = {
       {"XDG_RUNTIME_DIR", folder_ / "run"}, {"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + busPath()}};
 };
