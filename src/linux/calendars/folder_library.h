@@ -12,26 +12,10 @@
 #include "linux/calendars/collection_tree.h"
 #include "linux/calendars/folder_watch.h"
 #include "linux/calendars/item_shelf.h"
+#include "linux/calendars/read_window.h"
 #include "linux/calendars/reader_client.h"
 
 namespace orvane::host {
-
-// What occurrences are kept, and in which zone local times were understood.
-struct ReadWindow {
-  double start = 0;
-  double end = 0;
-  std::string localTimeZone;
-
-  friend bool operator==(const ReadWindow&, const ReadWindow&) = default;
-};
-
-// The part of a window that was last asked for.
-struct ShownSpan {
-  double start = 0;
-  double end = 0;
-
-  friend bool operator==(const ShownSpan&, const ShownSpan&) = default;
-};
 
 // All calendars below the roots with what they hold in a window, kept up to date at the cost of
 // what changed. One thread at a time may update it, which can take long; what it holds may be

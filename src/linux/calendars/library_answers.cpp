@@ -35,8 +35,8 @@ class Selected {
   explicit Selected(const CalendarSelection& selection) : isAll_(!selection) {
     if (selection) identifiers_.insert(selection->begin(), selection->end());
   }
-  [[nodiscard]] bool contains(const Collection& collection) const {
-    return isAll_ || identifiers_.contains(collection.identifier);
+  [[nodiscard]] bool contains(const EKCalendar& calendar) const {
+    return isAll_ || identifiers_.contains(calendar.calendarIdentifier);
   }
 
  private:
@@ -56,22 +56,22 @@ class Identifiers {
   std::unordered_map<std::string, int> counts_;
 };
 
-std::string itemIdentifier(const Collection& collection, const ShelfItem& item,
+std::string itemIdentifier(const EKCalendar& calendar, const ShelfItem& item,
                            const std::string& uid) {
-  if (uid.empty()) return collection.identifier + ":" + hexText(item.name);
-  if (uid.size() <= longestIdentifier) return collection.identifier + ":" + uid;
-  return collection.identifier + ":" + hexText(stableHash(uid));
+  const auto& identifier = calendar.calendarIdentifier;
+  if (uid.empty()) return identifier + ":" + hexText(item.name);
+  if (uid.size() <= longestIdentifier) return identifier + ":" + uid;
+  return identifier + ":" + hexText(stableHash(uid));
 }
 
-// The events of one collection that overlap a window.
+// The events of one calendar that overlap a window.
 class EventTeller {
  public:
-  EventTeller(const Collection& collection, const ShelfItems& items, Date start, Date end,
-              std::vector<EKEvent>& events)
-      : collection_(collection), items_(items), start_(start), end_(end), events_(events) {}
+  EventTeller(const CalendarContent& content, Date start, Date end, std::vector<EKEvent>& events)
+      : content_(content), start_(start), end_(end), events_(events) {}
 
   void tell() {
-    for (const auto* item : items_) {
+    for (const auto* item : content_.items) {
       if (item->kept) tell(*item);
     }
   }
@@ -84,7 +84,7 @@ class EventTeller {
       auto& identifier = itemIdentifiers[event.uid];
       if (identifier.empty()) {
         identifier =
-            itemNames_.unique(itemIdentifier(collection_, item, item.kept->text(event.uid)));
+            itemNames_.unique(itemIdentifier(content_.calendar, item, item.kept->text(event.uid)));
       }
       const auto& recurrence = item.kept->text(event.recurrenceId);
       auto occurrence =
@@ -101,15 +101,12 @@ class EventTeller {
 
   void add(const ShelfItem& item, const KeptFile::Event& event, const std::string& identifier,
            std::string occurrence) {
-    if (!calendar_) {
-      calendar_ = std::make_shared<const EKCalendar>(calendarOf(collection_, items_));
-    }
+    if (!calendar_) calendar_ = std::make_shared<const EKCalendar>(content_.calendar);
     events_.push_back({std::move(occurrence), identifier, item.kept->title(event.title), calendar_,
                        Date{event.start}, Date{event.end}, event.isAllDay});
   }
 
-  const Collection& collection_;
-  const ShelfItems& items_;
+  const CalendarContent& content_;
   Date start_;
   Date end_;
   std::vector<EKEvent>& events_;
@@ -118,16 +115,15 @@ class EventTeller {
   std::shared_ptr<const EKCalendar> calendar_;
 };
 
-void tellReminders(const Collection& collection, const ShelfItems& items,
-                   std::vector<EKReminder>& reminders) {
+void tellReminders(const CalendarContent& content, std::vector<EKReminder>& reminders) {
   Identifiers identifiers;
   std::shared_ptr<const EKCalendar> calendar;
-  for (const auto* item : items) {
+  for (const auto* item : content.items) {
     if (!item->kept) continue;
     for (const auto& task : item->kept->tasks()) {
-      if (!calendar) calendar = std::make_shared<const EKCalendar>(calendarOf(collection, items));
+      if (!calendar) calendar = std::make_shared<const EKCalendar>(content.calendar);
       reminders.push_back(
-          {identifiers.unique(itemIdentifier(collection, *item, item->kept->text(task.uid))),
+          {identifiers.unique(itemIdentifier(content.calendar, *item, item->kept->text(task.uid))),
            item->kept->title(task.title), calendar, task.due, task.priority, false});
     }
   }
@@ -135,23 +131,30 @@ void tellReminders(const Collection& collection, const ShelfItems& items,
 
 }  // namespace
 
-std::vector<EKCalendar> calendarsIn(const FolderLibrary& library, EKEntityType type) {
-  std::vector<EKCalendar> calendars;
+std::vector<CalendarContent> contentsOf(const FolderLibrary& library) {
+  std::vector<CalendarContent> contents;
   for (const auto& collection : library.collections()) {
-    const auto items = library.itemsOf(collection);
-    if (isListed(items, type)) calendars.push_back(calendarOf(collection, items));
+    auto items = library.itemsOf(collection);
+    auto calendar = calendarOf(collection, items);
+    contents.push_back({std::move(calendar), std::move(items)});
+  }
+  return contents;
+}
+
+std::vector<EKCalendar> listedIn(const std::vector<CalendarContent>& contents, EKEntityType type) {
+  std::vector<EKCalendar> calendars;
+  for (const auto& content : contents) {
+    if (isListed(content.items, type)) calendars.push_back(content.calendar);
   }
   return calendars;
 }
 
-std::vector<EKEvent> eventsIn(const FolderLibrary& library, Date start, Date end,
+std::vector<EKEvent> eventsIn(const std::vector<CalendarContent>& contents, Date start, Date end,
                               const CalendarSelection& selection) {
   const Selected selected(selection);
   std::vector<EKEvent> events;
-  for (const auto& collection : library.collections()) {
-    if (!selected.contains(collection)) continue;
-    const auto items = library.itemsOf(collection);
-    EventTeller(collection, items, start, end, events).tell();
+  for (const auto& content : contents) {
+    if (selected.contains(content.calendar)) EventTeller(content, start, end, events).tell();
   }
   std::stable_sort(events.begin(), events.end(), [](const EKEvent& a, const EKEvent& b) {
     return std::tie(a.startDate, a.title, a.eventIdentifier) <
@@ -160,13 +163,12 @@ std::vector<EKEvent> eventsIn(const FolderLibrary& library, Date start, Date end
   return events;
 }
 
-std::vector<EKReminder> remindersIn(const FolderLibrary& library,
+std::vector<EKReminder> remindersIn(const std::vector<CalendarContent>& contents,
                                     const CalendarSelection& selection) {
   const Selected selected(selection);
   std::vector<EKReminder> reminders;
-  for (const auto& collection : library.collections()) {
-    if (!selected.contains(collection)) continue;
-    tellReminders(collection, library.itemsOf(collection), reminders);
+  for (const auto& content : contents) {
+    if (selected.contains(content.calendar)) tellReminders(content, reminders);
   }
   std::stable_sort(reminders.begin(), reminders.end(), [](const auto& a, const auto& b) {
     return std::tie(a.title, a.calendarItemIdentifier) <

@@ -5,27 +5,6 @@
 #include "linux/calendars/library_answers.h"
 
 namespace orvane::host {
-namespace {
-
-constexpr double day = 86400;
-constexpr double marginBefore = 1 * day;
-constexpr double marginBehind = 8 * day;
-// What the first look reads when nobody has asked for anything yet: today, wherever its bounds
-// are, and a week.
-constexpr double firstBefore = 1.5 * day;
-constexpr double firstBehind = 8.5 * day;
-
-}  // namespace
-
-ReadWindow windowFor(const ReadWindow& current, double start, double end,
-                     const std::string& localTimeZone) {
-  const bool isCovered =
-      current.localTimeZone == localTimeZone && current.start <= start && end <= current.end;
-  // A far longer window than is asked for would keep what nobody looks at.
-  const double longest = (end - start) + 2 * (marginBefore + marginBehind);
-  if (isCovered && current.end - current.start <= longest) return current;
-  return {start - marginBefore, end + marginBehind, localTimeZone};
-}
 
 SharedLibrary::SharedLibrary(const FolderOptions& options, Date now, std::function<void()> watched,
                              std::function<void()> unfinished)
@@ -61,20 +40,20 @@ void SharedLibrary::doubtEverything() {
 std::vector<EKCalendar> SharedLibrary::calendars(EKEntityType type) {
   updateForQuery(std::nullopt);
   const auto lock = library_.lock();
-  return calendarsIn(library_, type);
+  return listedIn(contentsOf(library_), type);
 }
 
 std::vector<EKEvent> SharedLibrary::events(Date start, Date end,
                                            const CalendarSelection& selection) {
   updateForQuery(EKEventPredicate{start, end, std::nullopt});
   const auto lock = library_.lock();
-  return eventsIn(library_, start, end, selection);
+  return eventsIn(contentsOf(library_), start, end, selection);
 }
 
 std::vector<EKReminder> SharedLibrary::openReminders(const CalendarSelection& selection) {
   updateForQuery(std::nullopt);
   const auto lock = library_.lock();
-  return remindersIn(library_, selection);
+  return remindersIn(contentsOf(library_), selection);
 }
 
 ProviderState SharedLibrary::state() const {
@@ -94,9 +73,9 @@ FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> quer
                                             const ReaderClient::Pace& pace) {
   const auto& known = library_.window();
   const bool isFirst = known == ReadWindow{};
-  const double now = firstLook_.secondsSince1970;
-  double start = isFirst ? now - firstBefore : known.start;
-  double end = isFirst ? now + firstBehind : known.end;
+  const auto first = firstSpan(firstLook_.secondsSince1970);
+  double start = isFirst ? first.start : known.start;
+  double end = isFirst ? first.end : known.end;
   if (query) {
     start = query->start.secondsSince1970;
     end = query->end.secondsSince1970;

@@ -16,11 +16,6 @@
 
 namespace orvane::host {
 
-// The window to read for a query of [start, end): the one that is read already when it will do,
-// else one with a margin, so that the next days' queries need not read everything again.
-ReadWindow windowFor(const ReadWindow& current, double start, double end,
-                     const std::string& localTimeZone);
-
 // A FolderLibrary for several threads: every query first takes in what changed, and answers with
 // what there is when that takes too long. Queries and looks block and are for worker threads; they
 // end soon once stop() was called.
