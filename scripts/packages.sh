@@ -3,7 +3,8 @@
 
 packages_build=(
   g++ cmake ninja-build ccache pkg-config
-  libglib2.0-dev libpango1.0-dev libcairo2-dev libicu-dev libical-dev nlohmann-json3-dev
+  libglib2.0-dev libpango1.0-dev libcairo2-dev libicu-dev libical-dev libecal2.0-dev
+  nlohmann-json3-dev
   libwayland-dev wayland-protocols
   libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev libxcb-shm0-dev libxcb-keysyms1-dev
   libxcb-render0-dev libgtkmm-4.0-dev

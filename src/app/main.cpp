@@ -20,11 +20,13 @@
 #include "app/returning_desktop.h"
 #include "linux/application/host_application.h"
 #include "linux/application/instance.h"
+#include "linux/calendars/account_provider.h"
 #include "linux/calendars/calendar_roots.h"
 #include "linux/calendars/event_store.h"
 #include "linux/calendars/folder_provider.h"
 #include "linux/defaults/user_defaults.h"
 #include "linux/desktopicons/desktop_icons.h"
+#include "linux/evolution/evolution_accounts.h"
 #include "linux/gio/session_bus.h"
 #include "linux/hotkey/event_hot_keys.h"
 #include "linux/locale/calendar.h"
@@ -190,14 +192,22 @@ bool opens(ReturningDesktop& desktop) {
   return failures.empty();
 }
 
-std::shared_ptr<host::EventStore> makeEventStore(const Base& base,
+// The folders, which are always there, and the desktop's accounts, where it has such.
+std::shared_ptr<host::EventStore> makeEventStore(const Base& base, GDBusConnection* bus,
                                                  NotificationCenter& notifications) {
   host::FolderOptions folders;
   folders.roots = host::calendarRoots(environmentVariable);
   folders.readerPath = helperPath("orvane-reader");
   folders.localTimeZone = [&calendar = *base.calendar] { return calendar.timeZoneName(); };
+  host::AccountOptions accounts;
+  accounts.readerPath = folders.readerPath;
+  accounts.localTimeZone = folders.localTimeZone;
   host::EventStoreOptions options;
   options.providers.push_back(host::makeFolderProvider(std::move(folders), *base.loop));
+  options.providers.push_back(host::makeAccountProvider(
+      std::move(accounts),
+      host::makeEvolutionAccounts({bus, helperPath("orvane-evolution.so")}, *base.loop),
+      *base.loop));
   options.instantOf = [&calendar = *base.calendar](const auto& due) { return calendar.date(due); };
   return host::makeEventStore(std::move(options), *base.loop, notifications);
 }
@@ -242,7 +252,7 @@ int runProgram() {
                        *services.hotKeys, *services.desktopIcons, *services.userDefaults,
                        *services.appService, desktop, notifications, *base.loop, *base.calendar,
                        *base.locale, [&] {
-                         const auto store = makeEventStore(base, notifications);
+                         const auto store = makeEventStore(base, bus.get(), notifications);
                          eventStore = store;
                          return store;
                        }});

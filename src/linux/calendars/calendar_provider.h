@@ -22,6 +22,8 @@ enum class KindAccess {
 struct ProviderState {
   KindAccess events = KindAccess::nothing;
   KindAccess reminders = KindAccess::nothing;
+  // There is no such provider on this system: it neither has nor fails anything.
+  bool isAbsent = false;
   // Set when the provider can do nothing at all, for either kind: a sentence for a person.
   std::optional<std::string> failure;
 
@@ -39,8 +41,8 @@ class CalendarProvider {
   virtual ~CalendarProvider() = default;
 
   // Begins to look and to watch; called once, on the main thread, before anything else. `ready` is
-  // called once, when state() is known; `changed` after every burst of changes. Both are called on
-  // the main thread, in later turns.
+  // called once, when state() is known, or when that takes too long; `changed` after every burst of
+  // changes. Both are called on the main thread, in later turns.
   virtual void start(Callback ready, Callback changed) = 0;
   // Ends watching, on the main thread: no callback is called any more, and calls that block on
   // worker threads return soon. The provider may then be destroyed on any thread.

@@ -43,6 +43,7 @@ class MergedEventStore final : public EventStore {
   MergedEventStore(EventStoreOptions options, MainActor& actor, NotificationCenter& notifications)
       : actor_(actor),
         notifications_(notifications),
+        patience_(options.patience),
         sources_(std::make_shared<Sources>(
             Sources{std::move(options.providers), std::move(options.instantOf)})) {}
   ~MergedEventStore() override {
@@ -106,7 +107,7 @@ class MergedEventStore final : public EventStore {
     waiting_.push_back({type, std::move(completion)});
     if (!started_) {
       startProviders();
-    } else if (unready_ == 0) {
+    } else if (!isWaiting()) {
       answerLater();
     }
   }
@@ -114,14 +115,29 @@ class MergedEventStore final : public EventStore {
   void startProviders() {
     started_ = true;
     unready_ = sources_->providers.size();
+    limit_ = actor_.after(patience_, [this] {
+      limit_.cancel();
+      answerAll();
+    });
     for (const auto& provider : sources_->providers) {
-      provider->start(
-          [this] {
-            if (--unready_ == 0) answerAll();
-          },
-          [this] { notifications_.post(EKEventStoreChanged); });
+      provider->start([this] { noteReady(); },
+                      [this] { notifications_.post(EKEventStoreChanged); });
     }
-    if (unready_ == 0) answerLater();
+    if (unready_ == 0) {
+      limit_.cancel();
+      answerLater();
+    }
+  }
+
+  // Somebody is not ready yet, and may still be waited for.
+  [[nodiscard]] bool isWaiting() const { return static_cast<bool>(limit_); }
+
+  void noteReady() {
+    --unready_;
+    if (!isWaiting()) return notifications_.post(EKEventStoreChanged);
+    if (unready_ > 0) return;
+    limit_.cancel();
+    answerAll();
   }
 
   void answerLater() {
@@ -151,24 +167,27 @@ class MergedEventStore final : public EventStore {
     return !refused;
   }
 
-  // The first provider's sentence, when every provider failed.
+  // The first provider's sentence, when every provider that there is failed.
   [[nodiscard]] std::optional<std::string> commonFailure() const {
     std::optional<std::string> first;
     for (const auto& provider : sources_->providers) {
-      const auto failure = provider->state().failure;
-      if (!failure) return std::nullopt;
-      if (!first) first = failure;
+      const auto state = provider->state();
+      if (state.isAbsent) continue;
+      if (!state.failure) return std::nullopt;
+      if (!first) first = state.failure;
     }
     return first;
   }
 
   MainActor& actor_;
   NotificationCenter& notifications_;
+  const std::chrono::milliseconds patience_;
   std::shared_ptr<Sources> sources_;
   bool started_ = false;
   std::size_t unready_ = 0;
   std::array<bool, 2> answered_{};
   std::vector<Request> waiting_;
+  Subscription limit_;
   Subscription answering_;
   Subscription announcement_;
 };

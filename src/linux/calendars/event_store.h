@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,6 +27,9 @@ struct EventStoreOptions {
   std::vector<std::unique_ptr<CalendarProvider>> providers;
   // The instant of a due date, for queries that bound it. Called on worker threads.
   std::function<std::optional<Date>(const DateComponents&)> instantOf;
+  // How long the first request for access waits for providers that do not get ready; they are then
+  // taken to have nothing, and what they have later is a change.
+  std::chrono::milliseconds patience{10000};
 };
 
 // One store over several providers. What they have is put together; one that can be read makes up

@@ -1,0 +1,54 @@
+#include "linux/calendars/account_feed.h"
+
+#include <utility>
+
+namespace orvane::host {
+
+AccountFeed::AccountFeed(AccountCalendar calendar, Surroundings surroundings)
+    : calendar_(std::move(calendar)),
+      surroundings_(std::move(surroundings)),
+      burst_(
+          surroundings_.actor,
+          [this] {
+            isLooking_ = true;
+            look();
+          },
+          [this] { announce(); }),
+      connection_(calendar_, surroundings_.patience, surroundings_.actor,
+                  {[this](AccountItems items) { read(std::move(items)); },
+                   [this] { settle(content_.item ? outcome_ : Outcome::refused, false); },
+                   [this] { burst_.signal(); }}) {}
+
+void AccountFeed::read(AccountItems items) {
+  surroundings_.readText(std::move(items.text),
+                         [this, alive = std::weak_ptr(alive_), wantsSignIn = items.wantsSignIn](
+                             const TextContent* content, TextFailure failure) {
+                           if (!alive.expired()) take(content, failure, wantsSignIn);
+                         });
+}
+
+void AccountFeed::take(const TextContent* content, TextFailure failure, bool wantsSignIn) {
+  hasReaderFailed_ = content == nullptr && failure == TextFailure::program;
+  if (content == nullptr) return settle(content_.item ? outcome_ : Outcome::refused, false);
+  const bool isOther = !content_.item || content_.print != content->print;
+  content_ = *content;
+  const bool holdsAnything = content_.item->holdsEvents || content_.item->holdsTasks;
+  settle(wantsSignIn && !holdsAnything ? Outcome::refused : Outcome::readable, isOther);
+}
+
+void AccountFeed::settle(Outcome outcome, bool isOtherContent) {
+  const bool isChanged = std::exchange(outcome_, outcome) != outcome || isOtherContent;
+  const bool isOfBurst = std::exchange(isLooking_, false);
+  // Who has asked between an early announcement and now was told what had been before.
+  const auto announced = std::exchange(announced_, std::nullopt);
+  const bool isOwed = announced ? *announced != surroundings_.tellings() : !isOfBurst;
+  burst_.looked(isChanged, isChanged && isOwed);
+  surroundings_.settled();
+}
+
+void AccountFeed::announce() {
+  if (isLooking_) announced_ = surroundings_.tellings();
+  surroundings_.news();
+}
+
+}  // namespace orvane::host

@@ -1,0 +1,181 @@
+#include "linux/evolution/evolution_client.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "linux/evolution/calendar_view.h"
+#include "linux/evolution/call.h"
+#include "linux/evolution/component_text.h"
+#include "linux/evolution/query.h"
+#include "linux/evolution/signal_handlers.h"
+#include "linux/gio/handles.h"
+
+namespace orvane::host {
+namespace {
+
+using Client = std::shared_ptr<ECalClient>;
+using Text = std::optional<std::string>;
+
+// Waiting until the account is reached is for those who would ask its user for a password: without
+// it what the service has kept is there at once, and what it hears later is a change.
+constexpr guint32 doNotWait = static_cast<guint32>(-1);
+
+// Blocks. Null: it cannot be had.
+Client connectTo(ESource* source, EKEntityType type, GCancellable* cancellable) {
+  const auto kind = type == EKEntityType::event ? E_CAL_CLIENT_SOURCE_TYPE_EVENTS
+                                                : E_CAL_CLIENT_SOURCE_TYPE_TASKS;
+  gio::Failure failure;
+  auto* const client =
+      e_cal_client_connect_sync(source, kind, doNotWait, cancellable, failure.out());
+  if (client == nullptr) return nullptr;
+  return {reinterpret_cast<ECalClient*>(client), gio::ReleaseObject()};
+}
+
+void releaseComponents(GSList* components) { g_slist_free_full(components, g_object_unref); }
+
+// Blocks. Nothing: it failed.
+Text fetchText(ECalClient* client, const std::string& query, GCancellable* cancellable) {
+  GSList* found = nullptr;
+  gio::Failure failure;
+  if (!e_cal_client_get_object_list_sync(client, query.c_str(), &found, cancellable,
+                                         failure.out())) {
+    return std::nullopt;
+  }
+  const std::unique_ptr<GSList, void (*)(GSList*)> components(found, &releaseComponents);
+  auto text = calendarText(client, components.get(), cancellable);
+  if (g_cancellable_is_cancelled(cancellable)) return std::nullopt;
+  return text;
+}
+
+// Whoever hears it may destroy us.
+void tell(std::function<void()> sign) { sign(); }
+
+class EvolutionClient final : public AccountClient {
+ public:
+  EvolutionClient(std::shared_ptr<CallThreads> threads, ESource* source, EKEntityType type,
+                  Client client, AccountSigns signs)
+      : threads_(std::move(threads)),
+        source_(gio::shared(source)),
+        type_(type),
+        client_(std::move(client)),
+        signs_(std::move(signs)),
+        clientHandlers_(client_.get()),
+        sourceHandlers_(source) {
+    clientHandlers_.add("backend-died", [this] { tell(signs_.died); });
+    // This one comes on a thread of the library.
+    sourceHandlers_.add("notify::connection-status",
+                        [threads = threads_, self = std::weak_ptr(self_)] {
+                          threads->post([self] {
+                            if (const auto alive = self.lock()) (*alive)->noteConnection();
+                          });
+                        });
+  }
+  ~EvolutionClient() override { self_.reset(); }
+  EvolutionClient(const EvolutionClient&) = delete;
+  EvolutionClient& operator=(const EvolutionClient&) = delete;
+
+  Subscription fetch(const AccountSpan& span,
+                     std::function<void(std::optional<AccountItems>)> fetched) override {
+    fetched_ = std::move(fetched);
+    auto query = queryFor(type_, span);
+    if (!view_ || query != query_) {
+      query_ = std::move(query);
+      view_.reset();
+      startView();
+    } else {
+      fetchList();
+    }
+    question_ = std::make_shared<EvolutionClient*>(this);
+    return Subscription([question = std::weak_ptr(question_)] {
+      if (const auto asked = question.lock()) (*asked)->giveUp();
+    });
+  }
+
+ private:
+  using View = std::unique_ptr<CalendarView>;
+
+  // The view comes first, so that no change is lost between the two.
+  void startView() {
+    step_ = callOnThread<View>(
+        *threads_,
+        [client = client_, query = query_](GCancellable* cancellable) {
+          return CalendarView::start(client.get(), query, cancellable);
+        },
+        [this](View view) { takeView(std::move(view)); });
+  }
+
+  void takeView(View view) {
+    if (!view) return answer(std::nullopt);
+    view_ = std::move(view);
+    view_->listen({[this] { fetchList(); }, [this] { tell(signs_.changed); }});
+    if (view_->isComplete()) fetchList();
+  }
+
+  void fetchList() {
+    if (!fetched_) return;
+    step_ = callOnThread<Text>(
+        *threads_,
+        [client = client_, query = query_](GCancellable* cancellable) {
+          return fetchText(client.get(), query, cancellable);
+        },
+        [this](Text text) { answer(std::move(text)); });
+  }
+
+  void answer(Text text) {
+    const auto fetched = std::exchange(fetched_, nullptr);
+    if (!fetched) return;
+    if (!text) return fetched(std::nullopt);
+    wantedSignIn_ = wantsSignIn();
+    fetched(AccountItems{std::move(*text), wantedSignIn_});
+  }
+
+  void giveUp() {
+    step_.cancel();
+    fetched_ = nullptr;
+  }
+
+  [[nodiscard]] bool wantsSignIn() const {
+    const auto status = e_source_get_connection_status(source_.get());
+    return status == E_SOURCE_CONNECTION_STATUS_AWAITING_CREDENTIALS ||
+           status == E_SOURCE_CONNECTION_STATUS_SSL_FAILED;
+  }
+
+  void noteConnection() {
+    if (wantsSignIn() == std::exchange(wantedSignIn_, wantsSignIn())) return;
+    tell(signs_.changed);
+  }
+
+  const std::shared_ptr<CallThreads> threads_;
+  const gio::ObjectPtr<ESource> source_;
+  const EKEntityType type_;
+  const Client client_;
+  const AccountSigns signs_;
+  std::string query_;  // of the view
+  bool wantedSignIn_ = false;
+  std::shared_ptr<EvolutionClient*> question_;  // the one that is to be answered
+  std::function<void(std::optional<AccountItems>)> fetched_;
+  std::shared_ptr<EvolutionClient*> self_ = std::make_shared<EvolutionClient*>(this);
+  View view_;
+  Subscription step_;
+  SignalHandlers clientHandlers_;
+  SignalHandlers sourceHandlers_;
+};
+
+}  // namespace
+
+Subscription openCalendar(std::shared_ptr<CallThreads> threads, ESource* source, EKEntityType type,
+                          AccountSigns signs,
+                          std::function<void(std::unique_ptr<AccountClient>)> opened) {
+  const std::shared_ptr<ESource> kept(gio::shared(source).release(), gio::ReleaseObject());
+  return callOnThread<Client>(
+      *threads,
+      [kept, type](GCancellable* cancellable) { return connectTo(kept.get(), type, cancellable); },
+      [threads, kept, type, signs = std::move(signs), opened = std::move(opened)](Client client) {
+        if (!client) return opened(nullptr);
+        opened(
+            std::make_unique<EvolutionClient>(threads, kept.get(), type, std::move(client), signs));
+      });
+}
+
+}  // namespace orvane::host
