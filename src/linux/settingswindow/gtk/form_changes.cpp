@@ -5,18 +5,20 @@
 namespace orvane::window {
 namespace {
 
-// Of a control's content only what can not change under a widget's hands.
-struct Fixed {
-  template <class T>
-  FormControl operator()(T&) const {
-    return {{}, {}, true, T{}};
-  }
-  FormControl operator()(FormSourceList& list) const {
+// Takes out of a control's content what can change under a widget's hands.
+struct WithoutValue {
+  void operator()(FormPicker& picker) const { picker = {}; }
+  void operator()(FormToggle& toggle) const { toggle = {}; }
+  void operator()(FormTextField& field) const { field.text.clear(); }
+  void operator()(FormSlider& slider) const { slider.value = 0; }
+  void operator()(FormColorPicker& picker) const { picker = {}; }
+  void operator()(FormSourceList& list) const {
     list.rows.clear();
     list.emptyState.reset();
     list.all.isEnabled = true;
-    return {{}, {}, true, std::move(list)};
   }
+  void operator()(FormPreview& preview) const { preview = {}; }
+  void operator()(FormCaption&) const {}
 };
 
 // The form without its values.
@@ -25,7 +27,7 @@ Form frameOf(Form form) {
   for (auto& tab : form.tabs) {
     for (auto& section : tab.sections) {
       for (auto& control : section.controls) {
-        control.content = std::visit(Fixed{}, control.content).content;
+        std::visit(WithoutValue{}, control.content);
         control.isEnabled = true;
       }
     }

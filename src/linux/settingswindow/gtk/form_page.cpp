@@ -8,7 +8,7 @@
 namespace orvane::window {
 namespace {
 
-constexpr int kLeastRowHeight = 44;
+constexpr int kLeastRowHeight = 38;
 
 int points(double length) { return static_cast<int>(std::lround(length)); }
 

@@ -2,41 +2,16 @@
 
 #include <cmath>
 
+#include "linux/settingswindow/gtk/text_label.h"
+
 namespace orvane::window {
 namespace {
 
-constexpr int kHeaderSymbolHeight = 40;
 // Between the tabs' labels and what belongs to them.
-constexpr int kTabSpacing = 8;
+constexpr int kTabSpacing = 6;
 constexpr unsigned kTurnMilliseconds = 120;
 
 int points(double length) { return static_cast<int>(std::lround(length)); }
-
-const char* classOf(FormTextStyle style) {
-  switch (style) {
-    case FormTextStyle::title:
-      return "orvane-title";
-    case FormTextStyle::headline:
-      return "orvane-headline";
-    case FormTextStyle::callout:
-      return "orvane-callout";
-    case FormTextStyle::caption:
-      return "orvane-caption";
-    case FormTextStyle::body:
-      return "orvane-body";
-  }
-  return "orvane-body";
-}
-
-Gtk::Label& makeText(const FormText& text) {
-  auto* label = Gtk::make_managed<Gtk::Label>(text.text);
-  label->set_xalign(0);
-  label->set_wrap();
-  label->add_css_class(classOf(text.style));
-  if (text.isSemibold) label->add_css_class("orvane-semibold");
-  if (text.isSecondary) label->add_css_class("orvane-secondary");
-  return *label;
-}
 
 }  // namespace
 
@@ -44,25 +19,13 @@ FormPane::FormPane(const Form& form, const FormHands& hands, std::function<void(
     : Gtk::Box(Gtk::Orientation::VERTICAL, points(form.spacing)),
       hands_(hands),
       doneLabel_(mnemonics_.mark(form.footer.done.label)),
-      symbol_(form.header.symbol, kHeaderSymbolHeight),
       tabs_(form.tabs, mnemonics_, [this](const std::string& tag) { chooseTab(tag); }) {
   set_margin_start(points(form.padding));
   set_margin_end(points(form.padding));
   set_margin_bottom(points(form.padding));
-  addHeader(form);
   addTabs(form);
   addFooter(form);
   done_.signal_clicked().connect(std::move(done));
-}
-
-void FormPane::addHeader(const Form& form) {
-  symbol_.add_css_class("orvane-accent");
-  auto& texts = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
-  texts.append(makeText(form.header.title));
-  texts.append(makeText(form.header.subtitle));
-  header_.append(symbol_);
-  header_.append(texts);
-  append(header_);
 }
 
 void FormPane::addTabs(const Form& form) {
@@ -83,7 +46,7 @@ void FormPane::addTabs(const Form& form) {
 }
 
 void FormPane::addFooter(const Form& form) {
-  auto& note = makeText(form.footer.note);
+  auto& note = *Gtk::make_managed<TextLabel>(form.footer.note);
   note.set_hexpand();
   done_.set_use_underline();
   done_.set_label(doneLabel_);

@@ -2,7 +2,6 @@
 
 #include <gtkmm/box.h>
 #include <gtkmm/button.h>
-#include <gtkmm/label.h>
 #include <gtkmm/stack.h>
 
 #include <functional>
@@ -12,13 +11,12 @@
 
 #include "linux/settingswindow/gtk/form_changes.h"
 #include "linux/settingswindow/gtk/form_page.h"
-#include "linux/settingswindow/gtk/symbol_image.h"
 #include "linux/settingswindow/gtk/tab_bar.h"
 #include "platform/form.h"
 
 namespace orvane::window {
 
-// A form from top to bottom: the header, the tabs, the footer.
+// A form below its header: the tabs and the footer.
 class FormPane final : public Gtk::Box {
  public:
   // `hands` outlive the pane.
@@ -34,7 +32,6 @@ class FormPane final : public Gtk::Box {
   [[nodiscard]] ScrollPositions scrollPositions() const;
 
  private:
-  void addHeader(const Form& form);
   void addTabs(const Form& form);
   void addFooter(const Form& form);
   [[nodiscard]] ControlWidget* control(const std::string& key) const;
@@ -43,8 +40,6 @@ class FormPane final : public Gtk::Box {
   const FormHands& hands_;
   Mnemonics mnemonics_;
   const std::string doneLabel_;  // marked before others take its letters
-  SymbolImage symbol_;
-  Gtk::Box header_{Gtk::Orientation::HORIZONTAL, 14};
   TabBar tabs_;
   Gtk::Stack pages_;
   std::map<std::string, std::unique_ptr<FormPage>, std::less<>> pageOf_;

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <string>
 
+#include "linux/settingswindow/gtk/accent.h"
+
 namespace orvane::window {
 namespace {
 
@@ -14,10 +16,9 @@ constexpr unsigned kPriority = 600;  // of an application, above the theme and b
 
 constexpr const char* kSheet = R"css(
 .orvane-settings { background-color: @orvane_bg; }
-.orvane-titlebar { background: none; border: none; box-shadow: none; min-height: 40px; padding: 0 8px; }
-.orvane-titlebar .title { font-weight: 600; opacity: .75; }
+.orvane-titleband { background: none; border: none; box-shadow: none; padding: 0; min-height: 0; }
 
-.orvane-title { font-size: 1.5em; }
+.orvane-title { font-size: 1.45em; }
 .orvane-semibold, .orvane-headline { font-weight: 600; }
 .orvane-callout { font-size: .95em; }
 .orvane-caption { font-size: .88em; }
@@ -26,46 +27,66 @@ constexpr const char* kSheet = R"css(
 
 .orvane-tabs { background-color: alpha(currentColor, .07); border-radius: 10px; padding: 3px; }
 .orvane-tabs button {
-  background: none; border: none; box-shadow: none; border-radius: 8px; padding: 5px 10px;
-  margin: 0 1px; min-height: 22px; font-weight: normal; color: alpha(currentColor, .78);
-  transition: background-color 120ms ease;
+  background: none; border: none; box-shadow: none; border-radius: 8px; margin: 0 1px;
+  padding: 4px 10px; min-height: 22px; font-weight: normal; color: alpha(currentColor, .78);
 }
 .orvane-tabs button:hover { background-color: alpha(currentColor, .06); }
 .orvane-tabs button:checked {
   background-color: @orvane_raised; color: @theme_fg_color; font-weight: 600;
-  box-shadow: 0 1px 2px alpha(black, .16), 0 0 0 1px alpha(black, .05);
+  box-shadow: 0 1px 2px alpha(black, .18), 0 0 0 1px alpha(black, .04);
 }
-.orvane-tabs button:checked drawingarea, .orvane-tabs button:checked widget { color: @orvane_accent; }
+.orvane-tabs button:checked .orvane-symbol { color: @orvane_accent; }
 
 .orvane-pages { background-color: @orvane_panel; border-radius: 12px; }
 
 .orvane-card {
-  background-color: @orvane_card; border: 1px solid alpha(currentColor, .09); border-radius: 10px;
+  background-color: @orvane_card; border: 1px solid @orvane_line; border-radius: 10px;
 }
 .orvane-row { padding: 0 14px; }
-.orvane-row:not(:first-child) { border-top: 1px solid alpha(currentColor, .08); }
+.orvane-row:not(:first-child) { border-top: 1px solid @orvane_line; }
 .orvane-row label:disabled { color: alpha(currentColor, .45); }
+.orvane-row scale { padding: 8px 0; }
+.orvane-row dropdown > button, .orvane-row menubutton > button {
+  padding-top: 1px; padding-bottom: 1px; min-height: 24px; border-radius: 7px;
+}
+.orvane-row menubutton > button { padding: 5px; min-height: 16px; }
+.orvane-swatch { border-radius: 4px; }
 
 .orvane-rows { background: none; }
 .orvane-rows > row { background: none; padding: 0; border: none; }
-.orvane-rows > row:hover { background-color: alpha(currentColor, .04); }
 .orvane-rows checkbutton { padding: 0; border-spacing: 8px; }
 
-.orvane-small { padding: 2px 12px; min-height: 20px; border-radius: 7px; }
-.orvane-done { padding: 5px 26px; border-radius: 8px; font-weight: 600; }
-.orvane-color > button { padding: 6px; }
-.orvane-swatch { border-radius: 4px; }
+.orvane-small { padding: 1px 12px; min-height: 22px; border-radius: 7px; }
+.orvane-done { padding: 3px 26px; min-height: 26px; border-radius: 8px; font-weight: 600; }
 
-.orvane-settings switch:checked { background-color: @orvane_accent; border-color: @orvane_accent; background-image: none; }
-.orvane-settings check:checked { background-color: @orvane_accent; border-color: @orvane_accent; background-image: none; color: white; }
-.orvane-settings check { -gtk-icon-size: 14px; }
-.orvane-settings scale highlight { background-color: @orvane_accent; border-color: @orvane_accent; background-image: none; }
+.orvane-settings switch {
+  background: none; background-color: alpha(currentColor, .2); border: none; border-radius: 12px;
+  padding: 2px; margin: 0;
+}
+.orvane-settings switch > slider {
+  background: none; background-color: white; border: none; border-radius: 10px; margin: 0;
+  min-width: 20px; min-height: 20px; box-shadow: 0 1px 2px alpha(black, .35);
+}
+.orvane-settings switch > image { color: transparent; }
+.orvane-settings switch:checked { background-color: @orvane_accent; }
+.orvane-settings switch:disabled { opacity: .5; }
+.orvane-settings check:checked {
+  background: none; background-color: @orvane_accent; border-color: @orvane_accent;
+  color: @orvane_on_accent;
+}
+.orvane-settings scale highlight {
+  background: none; background-color: @orvane_accent; border-color: @orvane_accent;
+}
+.orvane-settings scale slider {
+  background: none; background-color: white; border: none; box-shadow: 0 1px 3px alpha(black, .4);
+}
 .orvane-settings button.suggested-action {
-  background-color: @orvane_accent; border-color: @orvane_accent; background-image: none; color: white;
-  box-shadow: none; text-shadow: none;
+  background: none; background-color: @orvane_accent; border-color: @orvane_accent;
+  color: @orvane_on_accent; box-shadow: none; text-shadow: none;
 }
 .orvane-settings button.suggested-action:hover { background-color: shade(@orvane_accent, 1.08); }
 .orvane-settings button.suggested-action:active { background-color: shade(@orvane_accent, .9); }
+.orvane-settings entry { border-radius: 8px; }
 )css";
 
 constexpr const char* kLightColors = R"css(
@@ -73,24 +94,32 @@ constexpr const char* kLightColors = R"css(
 @define-color orvane_panel alpha(@theme_fg_color, .035);
 @define-color orvane_card @theme_base_color;
 @define-color orvane_raised @theme_base_color;
+@define-color orvane_line alpha(@theme_fg_color, .09);
 )css";
 constexpr const char* kDarkColors = R"css(
-@define-color orvane_bg shade(@theme_bg_color, .82);
-@define-color orvane_panel alpha(@theme_fg_color, .04);
-@define-color orvane_card mix(@theme_bg_color, white, .035);
-@define-color orvane_raised mix(@theme_bg_color, white, .14);
+@define-color orvane_bg shade(@theme_bg_color, .78);
+@define-color orvane_panel alpha(@theme_fg_color, .035);
+@define-color orvane_card mix(@theme_bg_color, white, .03);
+@define-color orvane_raised mix(@theme_bg_color, white, .15);
+@define-color orvane_line alpha(@theme_fg_color, .06);
 )css";
 
-double luminance(const Gdk::RGBA& color) {
-  return 0.2126 * color.get_red() + 0.7152 * color.get_green() + 0.0722 * color.get_blue();
+SRGB srgbOf(const Gdk::RGBA& color) {
+  return {color.get_red(), color.get_green(), color.get_blue(), 1};
 }
 
-std::string hex(const Gdk::RGBA& color) {
+std::string hex(const SRGB& color) {
   std::array<char, 8> text{};
-  const auto part = [](float value) { return static_cast<unsigned>(value * 255 + 0.5F); };
-  std::snprintf(text.data(), text.size(), "#%02x%02x%02x", part(color.get_red()),
-                part(color.get_green()), part(color.get_blue()));
+  const auto part = [](double value) { return static_cast<unsigned>(value * 255 + 0.5); };
+  std::snprintf(text.data(), text.size(), "#%02x%02x%02x", part(color.red), part(color.green),
+                part(color.blue));
   return text.data();
+}
+
+SRGB themeColor(Gtk::Widget& widget, const char* name, const char* otherwise) {
+  Gdk::RGBA color(otherwise);
+  widget.get_style_context()->lookup_color(name, color);
+  return srgbOf(color);
 }
 
 void add(const Glib::RefPtr<Gdk::Display>& display, const Glib::RefPtr<Gtk::CssProvider>& sheet) {
@@ -100,27 +129,36 @@ void add(const Glib::RefPtr<Gdk::Display>& display, const Glib::RefPtr<Gtk::CssP
 }  // namespace
 
 Look::Look(Gtk::Widget& window) : window_(window) {
-  setAccent(std::nullopt);
   followTheme();
   add(window.get_display(), accent_);
   add(window.get_display(), sheet_);
   const auto settings = Gtk::Settings::get_default();
-  settings->property_gtk_theme_name().signal_changed().connect([this] { followTheme(); });
+  settings->property_gtk_theme_name().signal_changed().connect(
+      sigc::mem_fun(*this, &Look::followTheme));
   settings->property_gtk_application_prefer_dark_theme().signal_changed().connect(
-      [this] { followTheme(); });
+      sigc::mem_fun(*this, &Look::followTheme));
+}
+
+void Look::setAccent(const std::optional<Gdk::RGBA>& accent) {
+  named_ = accent;
+  colorAccent();
 }
 
 // Whether a theme is dark is seen by its text, whatever it is called.
 void Look::followTheme() {
-  Gdk::RGBA text("black");
-  window_.get_style_context()->lookup_color("theme_fg_color", text);
-  const bool isDark = luminance(text) > 0.5;
+  const SRGB text = themeColor(window_, "theme_fg_color", "black");
+  const SRGB background = themeColor(window_, "theme_bg_color", "white");
+  const bool isDark = contrast(text, {0, 0, 0, 1}) > contrast(background, {0, 0, 0, 1});
   sheet_->load_from_data(std::string(isDark ? kDarkColors : kLightColors) + kSheet);
+  colorAccent();
 }
 
-void Look::setAccent(const std::optional<Gdk::RGBA>& accent) {
-  const std::string color = accent ? hex(*accent) : "@theme_selected_bg_color";
-  accent_->load_from_data("@define-color orvane_accent " + color + ";");
+void Look::colorAccent() {
+  const SRGB wanted =
+      named_ ? srgbOf(*named_) : themeColor(window_, "theme_selected_bg_color", "#3584e4");
+  const SRGB accent = visibleOn(wanted, themeColor(window_, "theme_bg_color", "white"));
+  accent_->load_from_data("@define-color orvane_accent " + hex(accent) +
+                          ";\n@define-color orvane_on_accent " + hex(textOn(accent)) + ";");
 }
 
 }  // namespace orvane::window

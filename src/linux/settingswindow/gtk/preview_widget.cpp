@@ -1,4 +1,5 @@
-#include <gtkmm/picture.h>
+#include <gtkmm/snapshot.h>
+#include <gtkmm/widget.h>
 
 #include <cmath>
 
@@ -8,33 +9,61 @@
 namespace orvane::window {
 namespace {
 
-// Shows what the board's program drew, in exactly its size. Until that came, nothing is there.
+// A picture in exactly this size, however many pixels it has. Until it came, nothing is there.
+class PictureArea final : public Gtk::Widget {
+ public:
+  PictureArea() : Glib::ObjectBase("OrvanePictureArea") {
+    setAccessibleRole(*this, Gtk::Accessible::Role::IMG);
+    set_halign(Gtk::Align::CENTER);
+    set_valign(Gtk::Align::START);
+  }
+
+  void setSize(Size size) {
+    if (size == size_) return;
+    size_ = size;
+    queue_resize();
+  }
+  void setPicture(const Glib::RefPtr<Gdk::Texture>& picture) {
+    picture_ = picture;
+    queue_draw();
+  }
+
+ protected:
+  void measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,
+                     int& minimumBaseline, int& naturalBaseline) const override {
+    const bool isWidth = orientation == Gtk::Orientation::HORIZONTAL;
+    minimum = natural = static_cast<int>(std::lround(isWidth ? size_.width : size_.height));
+    minimumBaseline = naturalBaseline = -1;
+  }
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override {
+    if (picture_)
+      snapshot->append_texture(picture_, Gdk::Rectangle(0, 0, get_width(), get_height()));
+  }
+
+ private:
+  Size size_;
+  Glib::RefPtr<Gdk::Texture> picture_;
+};
+
 class PreviewWidget final : public ControlWidget {
  public:
   explicit PreviewWidget(const FormControl& control) {
-    setAccessibleLabel(picture_, control.label);
-    picture_.set_can_shrink(true);
-    picture_.set_keep_aspect_ratio(false);
-    picture_.set_halign(Gtk::Align::CENTER);
-    picture_.set_valign(Gtk::Align::START);
-    picture_.add_css_class("orvane-preview");
+    setAccessibleLabel(area_, control.label);
     show(control);
   }
 
   ControlPlace place() const override { return ControlPlace::wide; }
-  Gtk::Widget& widget() override { return picture_; }
+  Gtk::Widget& widget() override { return area_; }
   Gtk::Widget* target() override { return nullptr; }
   void show(const FormControl& control) override {
-    const Size size = std::get<FormPreview>(control.content).size;
-    picture_.set_size_request(static_cast<int>(std::lround(size.width)),
-                              static_cast<int>(std::lround(size.height)));
+    area_.setSize(std::get<FormPreview>(control.content).size);
   }
   void showPicture(const Glib::RefPtr<Gdk::Texture>& texture) override {
-    picture_.set_paintable(texture);
+    area_.setPicture(texture);
   }
 
  private:
-  Gtk::Picture picture_;
+  PictureArea area_;
 };
 
 }  // namespace

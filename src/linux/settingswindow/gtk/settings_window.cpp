@@ -3,19 +3,17 @@
 #include <glibmm/main.h>
 #include <gtkmm/button.h>
 #include <gtkmm/eventcontrollerkey.h>
-#include <gtkmm/label.h>
 #include <gtkmm/popover.h>
-#include <gtkmm/settings.h>
 #include <gtkmm/togglebutton.h>
 
 #include <cmath>
-
-#include "linux/settingswindow/gtk/decoration.h"
 
 namespace orvane::window {
 namespace {
 
 constexpr const char* kIconName = "org.orvane.Orvane";
+// From the window's upper edge to a header in the title bar.
+constexpr int kAboveHeader = 12;
 
 int points(double length) { return static_cast<int>(std::lround(length)); }
 
@@ -46,36 +44,42 @@ SettingsWindow::SettingsWindow(Hands hands) : hands_(std::move(hands)) {
   add_controller(keys);
 }
 
+// What a title bar is like is settled when the form is first made.
 void SettingsWindow::setStyle(const std::string& title, const formwire::WindowStyle& style) {
   set_title(title);
   set_decorated(style.isTitled);
   set_deletable(style.isClosable);
-  if (style.titlebarAppearsTransparent && !titleBar_ && !get_mapped()) useTitleBar(style);
-}
-
-// Without a line or a colour of its own, so that the content seems to reach up to the window's
-// edge.
-void SettingsWindow::useTitleBar(const formwire::WindowStyle& style) {
-  titleBar_ = std::make_unique<Gtk::HeaderBar>();
-  titleBar_->add_css_class("orvane-titlebar");
-  const auto settings = Gtk::Settings::get_default();
-  titleBar_->set_decoration_layout(
-      titleButtons(settings->property_gtk_decoration_layout().get_value().raw(), style.isClosable,
-                   style.isMiniaturizable));
-  set_titlebar(*titleBar_);
+  style_ = style;
 }
 
 void SettingsWindow::make(const Form& form) {
   isReturnDone_ = form.footer.done.isDefaultAction;
   auto pane = std::make_unique<FormPane>(form, hands_.form, [this] { close(); });
-  pane->set_margin_top(titleBar_ ? 0 : points(form.padding));
   set_child(*pane);
   pane_ = std::move(pane);
+  placeHeader(form);
   set_default_size(points(form.size.width), points(form.size.height));
   for (const auto& [name, position] : pane_->scrollPositions()) {
     position->signal_value_changed().connect([this] { hands_.moved(); });
     position->signal_changed().connect([this, name = name] { restoreScroll(name); });
   }
+}
+
+void SettingsWindow::placeHeader(const Form& form) {
+  auto header = std::make_unique<HeaderBox>(form.header);
+  if (style_.titlebarAppearsTransparent && !titleBand_ && !get_realized()) {
+    titleBand_ = std::make_unique<TitleBand>(style_, points(form.padding));
+    set_titlebar(*titleBand_);
+  }
+  if (titleBand_) {
+    titleBand_->setContent(*header);
+    header->set_margin_top(kAboveHeader);
+    pane_->set_margin_top(points(form.spacing));
+  } else {
+    pane_->prepend(*header);
+    pane_->set_margin_top(points(form.padding));
+  }
+  header_ = std::move(header);
 }
 
 void SettingsWindow::show(const FormChanges& changes) { pane_->show(changes); }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <gtkmm/headerbar.h>
 #include <gtkmm/window.h>
 
 #include <functional>
@@ -10,13 +9,15 @@
 
 #include "linux/settingswindow/gtk/control_widget.h"
 #include "linux/settingswindow/gtk/form_pane.h"
+#include "linux/settingswindow/gtk/header_box.h"
+#include "linux/settingswindow/gtk/title_band.h"
 #include "linux/settingswindow/wire/messages.h"
 #include "platform/form.h"
 
 namespace orvane::window {
 
-// The window itself: its frame, its keys, and a pane with the form. As large as the form says, its
-// title bar included where that is transparent.
+// The window itself: its frame, its keys, and the form's header over a pane with the rest. As large
+// as the form says; where the title bar is transparent, the header stands in it.
 class SettingsWindow final : public Gtk::Window {
  public:
   struct Hands {
@@ -40,14 +41,16 @@ class SettingsWindow final : public Gtk::Window {
   void setScrollOffsets(std::map<std::string, double> offsets);
 
  private:
-  void useTitleBar(const formwire::WindowStyle& style);
+  void placeHeader(const Form& form);
   bool pressed(guint key, Gdk::ModifierType modifiers);
   bool pressedReturn();
   bool leave();
   void restoreScroll(const std::string& name);
 
   const Hands hands_;
-  std::unique_ptr<Gtk::HeaderBar> titleBar_;
+  formwire::WindowStyle style_;
+  std::unique_ptr<HeaderBox> header_;
+  std::unique_ptr<TitleBand> titleBand_;
   std::unique_ptr<FormPane> pane_;
   std::map<std::string, double> wantedOffsets_;
   bool isReturnDone_ = false;

@@ -51,6 +51,7 @@ class SourceListWidget final : public ControlWidget {
     makeHeader(control.label);
     makeArea(control.label);
     column_.set_hexpand();
+    column_.set_valign(Gtk::Align::START);
     column_.append(header_);
     column_.append(area_);
     list_.emptyState.reset();
@@ -94,7 +95,6 @@ class SourceListWidget final : public ControlWidget {
     stack_.add_css_class("orvane-card");
     stack_.set_overflow(Gtk::Overflow::HIDDEN);
     area_.setChild(stack_);
-    area_.set_vexpand();
   }
 
   void showEmpty(const FormEmptyState& state) {

@@ -34,6 +34,7 @@ void add(const Context& context, const Path& path) {
 
 SymbolImage::SymbolImage(const std::string& name, int height) : drawing_(symbolDrawing(name)) {
   setAccessibleRole(*this, Gtk::Accessible::Role::PRESENTATION);
+  add_css_class("orvane-symbol");
   const double width = drawing_.width * height / symbolGridHeight;
   set_content_width(static_cast<int>(std::ceil(width)));
   set_content_height(height);
