@@ -90,7 +90,8 @@ sway_test(picture_test.py Pictures are_read_from_a_file are_read_from_rows_with_
 sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach
           starts_reachable_programs_where_they_are)
 
-sway_test(sway_tray_test.py Tray shows_the_item_until_the_program_ends
+sway_test(sway_tray_test.py Tray opens_its_menu_whose_entries_do_what_they_say
+          shows_the_item_until_the_program_ends
           gets_the_item_again_when_it_is_restarted)
 
 sway_test(portal_test.py Portal hands_the_key_on is_started_when_the_program_asks_for_it
