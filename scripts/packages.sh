@@ -6,7 +6,7 @@ packages_build=(
   libglib2.0-dev libpango1.0-dev libcairo2-dev libicu-dev libical-dev libecal2.0-dev
   nlohmann-json3-dev
   libwayland-dev wayland-protocols
-  libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev libxcb-shm0-dev libxcb-keysyms1-dev
+  libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev libxcb-shm0-dev
   libxcb-render0-dev libgtkmm-4.0-dev
   tzdata fontconfig fonts-inter fonts-noto-color-emoji
 )

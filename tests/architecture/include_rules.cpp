@@ -183,7 +183,7 @@ bool allowedInAdapter(std::string_view path, const Include& include) {
   if (target != "linux") return target == "foundation" || target == "platform" || target == "view";
   const std::string adapter = adapterOf(include.name);
   return adapter == adapterOf(path) || adapter == "linux/wire" || adapter == "linux/gio" ||
-         adapter == "linux/files" || adapter == "linux/accounts";
+         adapter == "linux/files" || adapter == "linux/xcb" || adapter == "linux/accounts";
 }
 
 bool namesAnAdaptedLibrary(const std::string& line) {

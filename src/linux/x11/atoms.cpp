@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -57,7 +57,7 @@ Atoms::Atoms(xcb_connection_t* connection, int screenNumber) {
                                names[i].c_str());
   }
   for (std::size_t i = 0; i < count; ++i) {
-    const auto reply = answerTo<xcb_intern_atom_reply_t>(connection, asked[i]);
+    const auto reply = xcb::answerTo<xcb_intern_atom_reply_t>(connection, asked[i]);
     if (reply) atoms_[i] = reply->atom;
   }
 }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -59,7 +59,7 @@ std::optional<xcb_window_t> ClientStack::desktopAbove(xcb_window_t window) const
 }
 
 std::optional<xcb_window_t> ClientStack::findUnmanagedDesktop() const {
-  const auto tree = answerTo<xcb_query_tree_reply_t>(
+  const auto tree = xcb::answerTo<xcb_query_tree_reply_t>(
       connection_.handle(), xcb_query_tree(connection_.handle(), connection_.root()));
   if (!tree) return std::nullopt;
   const auto* children = xcb_query_tree_children(tree.get());

@@ -7,8 +7,8 @@
 
 #include <cstdio>
 
-#include "linux/x11/answers.h"
 #include "linux/x11/protocol_error.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -106,12 +106,12 @@ std::string Connection::learnExtensions() {
   const auto askedFixes = xcb_xfixes_query_version(handle_, 5, 0);
   if (isPresent(handle_, &xcb_randr_id)) {
     randrEvents_ = xcb_get_extension_data(handle_, &xcb_randr_id)->first_event;
-    const auto version =
-        answerTo<xcb_randr_query_version_reply_t>(handle_, xcb_randr_query_version(handle_, 1, 5));
+    const auto version = xcb::answerTo<xcb_randr_query_version_reply_t>(
+        handle_, xcb_randr_query_version(handle_, 1, 5));
     hasMonitors_ = version && (version->major_version > 1 || version->minor_version >= 5);
   }
   (void)xcb_get_maximum_request_length(handle_);
-  const auto fixes = answerTo<xcb_xfixes_query_version_reply_t>(handle_, askedFixes);
+  const auto fixes = xcb::answerTo<xcb_xfixes_query_version_reply_t>(handle_, askedFixes);
   if (!fixes || fixes->major_version < 2) return "The X display's XFixes extension is too old.";
   return {};
 }
@@ -121,7 +121,7 @@ std::string Connection::learnExtensions() {
 void Connection::learnSharedMemory() {
   if (!isLocalSocket(handle_) || !isPresent(handle_, &xcb_shm_id)) return;
   const auto version =
-      answerTo<xcb_shm_query_version_reply_t>(handle_, xcb_shm_query_version(handle_));
+      xcb::answerTo<xcb_shm_query_version_reply_t>(handle_, xcb_shm_query_version(handle_));
   if (!version) return;
   const bool takesDescriptors = version->major_version > 1 || version->minor_version >= 2;
   sharedMemory_ = takesDescriptors ? SharedMemory::fileDescriptors : SharedMemory::segments;

@@ -4,15 +4,15 @@
 
 #include <algorithm>
 
-#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
 namespace {
 
 bool hasOwner(const Connection& connection, Atom selection) {
-  const auto reply = answerTo<xcb_get_selection_owner_reply_t>(
+  const auto reply = xcb::answerTo<xcb_get_selection_owner_reply_t>(
       connection.handle(),
       xcb_get_selection_owner(connection.handle(), connection.atom(selection)));
   return reply && reply->owner != XCB_NONE;

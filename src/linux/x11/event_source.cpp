@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -30,7 +30,7 @@ S* self(GSource* source) {
 template <class S>
 void flush(S* my) {
   auto* connection = my->connection->handle();
-  const bool stalls = !takesRequests(connection);
+  const bool stalls = !xcb::takesRequests(connection);
   if (!stalls) xcb_flush(connection);
   if (stalls == (my->stalledSince != 0)) return;
   my->stalledSince = stalls ? g_get_monotonic_time() : 0;
@@ -42,7 +42,7 @@ void flush(S* my) {
 template <class S>
 gint patienceLeft(const S* my) {
   if (my->stalledSince == 0) return -1;
-  const gint64 over = my->stalledSince + std::chrono::microseconds(serverPatience).count();
+  const gint64 over = my->stalledSince + std::chrono::microseconds(xcb::serverPatience).count();
   return static_cast<gint>(std::max<gint64>(0, (over - g_get_monotonic_time()) / 1000));
 }
 
@@ -60,7 +60,7 @@ gboolean prepare(GSource* source, gint* timeout) {
 template <class S>
 gboolean check(GSource* source) {
   auto* my = self<S>(source);
-  if (patienceLeft(my) == 0) endConnection(my->connection->handle());
+  if (patienceLeft(my) == 0) xcb::endConnection(my->connection->handle());
   if (g_source_query_unix_fd(source, my->tag) != 0 && my->pending == nullptr) {
     my->pending = xcb_poll_for_event(my->connection->handle());
   }

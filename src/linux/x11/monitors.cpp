@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 #include "platform/screen_number.h"
 
 namespace orvane::host::x11 {
@@ -17,7 +17,7 @@ Rect inPoints(const PixelRect& pixels, double scale) {
 }
 
 std::string nameOf(const Connection& connection, xcb_atom_t atom) {
-  const auto reply = answerTo<xcb_get_atom_name_reply_t>(
+  const auto reply = xcb::answerTo<xcb_get_atom_name_reply_t>(
       connection.handle(), xcb_get_atom_name(connection.handle(), atom));
   if (!reply) return {};
   return {xcb_get_atom_name_name(reply.get()),
@@ -29,7 +29,8 @@ MonitorModel modelOf(const Connection& connection, xcb_randr_output_t output) {
   const auto asked =
       xcb_randr_get_output_property(connection.handle(), output, connection.atom(Atom::edid),
                                     XCB_GET_PROPERTY_TYPE_ANY, 0, longs, 0, 0);
-  const auto reply = answerTo<xcb_randr_get_output_property_reply_t>(connection.handle(), asked);
+  const auto reply =
+      xcb::answerTo<xcb_randr_get_output_property_reply_t>(connection.handle(), asked);
   if (!reply || reply->format != 8) return {};
   const auto* bytes = xcb_randr_get_output_property_data(reply.get());
   return modelFromEdid(
@@ -57,7 +58,7 @@ bool isMirror(const std::vector<Monitor>& earlier, const Monitor& monitor) {
 
 std::vector<Monitor> queryMonitors(const Connection& connection) {
   if (!connection.hasMonitors()) return {Monitor{{}, {}, connection.rootFrame(), true}};
-  const auto reply = answerTo<xcb_randr_get_monitors_reply_t>(
+  const auto reply = xcb::answerTo<xcb_randr_get_monitors_reply_t>(
       connection.handle(), xcb_randr_get_monitors(connection.handle(), connection.root(), 1));
   if (!reply) return {};
   std::vector<Monitor> monitors;

@@ -1,6 +1,6 @@
 #include "linux/x11/properties.h"
 
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -11,7 +11,7 @@ Reply<xcb_get_property_reply_t> read(const Connection& connection, xcb_window_t 
   constexpr std::uint32_t longs = 256 * 1024 / 4;
   const auto asked =
       xcb_get_property(connection.handle(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longs);
-  return answerTo<xcb_get_property_reply_t>(connection.handle(), asked);
+  return xcb::answerTo<xcb_get_property_reply_t>(connection.handle(), asked);
 }
 
 }  // namespace

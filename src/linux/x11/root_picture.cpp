@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "linux/x11/answers.h"
 #include "linux/x11/properties.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -51,7 +51,7 @@ std::optional<RootPicture::Source> RootPicture::source() const {
     const auto pixmap = numberProperty(connection_, connection_.root(), connection_.atom(name));
     if (!pixmap || *pixmap == XCB_NONE) continue;
     // The program that made it may be gone, and the pixmap with it.
-    const auto geometry = answerTo<xcb_get_geometry_reply_t>(
+    const auto geometry = xcb::answerTo<xcb_get_geometry_reply_t>(
         connection_.handle(), xcb_get_geometry(connection_.handle(), *pixmap));
     if (geometry && (geometry->depth == 24 || geometry->depth == 32)) {
       return Source{*pixmap, geometry->depth};

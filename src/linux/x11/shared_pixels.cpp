@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "linux/files/file_descriptor.h"
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 
 namespace orvane::host::x11 {
 
@@ -20,7 +20,7 @@ std::size_t sizeOf(const PixelBuffer& buffer) {
 }
 
 bool succeeded(const Connection& connection, xcb_void_cookie_t asked) {
-  return wasServed(connection.handle(), asked);
+  return xcb::wasServed(connection.handle(), asked);
 }
 
 bool isLittleEndian() {
@@ -150,12 +150,12 @@ bool SharedPixels::fetch(xcb_drawable_t drawable) {
   if (segment_ != 0) {
     const auto asked = xcb_shm_get_image(handle, drawable, 0, 0, width, height, ~0U,
                                          XCB_IMAGE_FORMAT_Z_PIXMAP, segment_, 0);
-    const auto reply = answerTo<xcb_shm_get_image_reply_t>(handle, asked);
+    const auto reply = xcb::answerTo<xcb_shm_get_image_reply_t>(handle, asked);
     fetched = reply != nullptr;
   } else {
     const auto asked =
         xcb_get_image(handle, XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, 0, 0, width, height, ~0U);
-    const auto reply = answerTo<xcb_get_image_reply_t>(handle, asked);
+    const auto reply = xcb::answerTo<xcb_get_image_reply_t>(handle, asked);
     const auto length =
         reply ? static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) : std::size_t{0};
     fetched = reply && length >= own_.size();

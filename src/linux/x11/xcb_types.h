@@ -2,21 +2,14 @@
 // speaks X11, with and without a window manager or a compositing manager.
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
+
+#include "linux/xcb/reply.h"
 
 namespace orvane::host::x11 {
 
-struct FreeMemory {
-  void operator()(void* memory) const { std::free(memory); }
-};
-// Replies, errors and events are memory that the caller of xcb frees.
-template <class T>
-using Reply = std::unique_ptr<T, FreeMemory>;
+using xcb::Reply;
 
 // An event seen as the kind that its type says it is.
 template <class T>

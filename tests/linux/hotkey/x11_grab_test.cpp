@@ -12,6 +12,7 @@
 #include "../../desktop/x11_session.h"
 #include "../gio/private_bus.h"
 #include "linux/mainloop/main_loop.h"
+#include "linux/xcb/reply.h"
 #include "platform/event_hot_keys.h"
 
 namespace orvane::host::hotkey {
@@ -22,6 +23,7 @@ using desktop_test::Session;
 using gio::eventually;
 
 constexpr Combination kSuperShiftZ{0x06, cmdKey | shiftKey};
+constexpr std::uint16_t kSuperAndShift = XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT;
 
 // Places on a keyboard, as all of today's X servers number them.
 constexpr xcb_keycode_t kShift = 50;
@@ -38,9 +40,20 @@ class X11GrabTest : public testing::Test {
   void SetUp() override { testing::internal::CaptureStderr(); }
   void TearDown() override { EXPECT_EQ(testing::internal::GetCapturedStderr(), complaint_); }
 
-  void grab() {
+  void begin() {
     source_ = makeX11Grab(session_.display(), kSuperShiftZ, *loop_, [this] { ++presses_; });
     ASSERT_TRUE(source_);
+  }
+  void grab(xcb_keycode_t key = kAnsiZ) {
+    begin();
+    EXPECT_TRUE(eventually([&] { return isTaken(key); }));
+  }
+  // Whether somebody else's grab is in the way of one of ours.
+  [[nodiscard]] bool isTaken(xcb_keycode_t key, std::uint16_t modifiers = kSuperAndShift) const {
+    if (!tryToTake(key, modifiers)) return true;
+    xcb_ungrab_key(observer_->connection(), key, observer_->root(), modifiers);
+    observer_->sync();
+    return false;
   }
 
   void down(xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); }
@@ -93,12 +106,15 @@ class X11GrabTest : public testing::Test {
   void setLayout(const std::string& layout) const {
     ASSERT_EQ(session_.start({"setxkbmap", "-layout", layout})->waitForEnd(), 0);
   }
-  // Grabs the combination before us, as another program does.
-  void takeKey() const {
-    const auto request = xcb_grab_key_checked(observer_->connection(), 0, observer_->root(),
-                                              XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT, kAnsiZ,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    ASSERT_EQ(xcb_request_check(observer_->connection(), request), nullptr);
+  // Grabs the combination as another program does; answers whether it was free.
+  [[nodiscard]] bool tryToTake(xcb_keycode_t key = kAnsiZ,
+                               std::uint16_t modifiers = kSuperAndShift) const {
+    const auto request =
+        xcb_grab_key_checked(observer_->connection(), 0, observer_->root(), modifiers, key,
+                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const xcb::Reply<xcb_generic_error_t> error(
+        xcb_request_check(observer_->connection(), request));
+    return !error;
   }
 
   Session session_;
@@ -177,7 +193,7 @@ TEST_F(X11GrabTest, OnALayoutWithoutTheLetterItsPlaceCounts) {
 
 TEST_F(X11GrabTest, OnALayoutThatHasTheLetterElsewhereTheLetterCounts) {
   setLayout("fr");
-  grab();
+  grab(kAnsiW);
   EXPECT_TRUE(comesToCount(kAnsiW));
   EXPECT_TRUE(counts(kAnsiW));
 }
@@ -219,8 +235,10 @@ TEST_F(X11GrabTest, FollowsNumLockToAnotherModifier) {
 
 TEST_F(X11GrabTest, KeyOfAnotherProgramStaysWithItAndOneLineSaysSo) {
   complaint_ = "orvane: Another program holds the key that toggles focus mode.\n";
-  takeKey();
-  grab();
+  ASSERT_TRUE(tryToTake());
+  begin();
+  // It has seen the refusal when it has all the mixes that were left.
+  EXPECT_TRUE(eventually([&] { return isTaken(kAnsiZ, kSuperAndShift | XCB_MOD_MASK_LOCK); }));
   combine(kAnsiZ);
   waitABeat();
   EXPECT_EQ(presses_, 0);
@@ -238,14 +256,7 @@ TEST_F(X11GrabTest, GivenUpIsFreeForOthers) {
   ASSERT_TRUE(counts());
   source_.reset();
   // The server hears in its own time that the connection has ended.
-  EXPECT_TRUE(eventually([&] {
-    const auto request = xcb_grab_key_checked(observer_->connection(), 0, observer_->root(),
-                                              XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT, kAnsiZ,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    const std::unique_ptr<xcb_generic_error_t, decltype(&std::free)> error(
-        xcb_request_check(observer_->connection(), request), &std::free);
-    return !error;
-  }));
+  EXPECT_TRUE(eventually([&] { return tryToTake(); }));
 }
 
 TEST_F(X11GrabTest, ServerThatCameBackIsGrabbedAgain) {
@@ -260,10 +271,33 @@ TEST_F(X11GrabTest, ServerThatCameBackIsGrabbedAgain) {
   EXPECT_TRUE(counts());
 }
 
+// Nothing of ours waits for it: not for being let in, and not for long for an answer.
+TEST_F(X11GrabTest, ServerThatHangsIsWaitedForAside) {
+  session_.server().signal(SIGSTOP);
+  const double before = desktop_test::wallClock();
+  begin();
+  waitForLoss();
+  EXPECT_LT(desktop_test::wallClock() - before, 5);
+  session_.server().signal(SIGCONT);
+  EXPECT_TRUE(comesToCount());
+}
+
+TEST_F(X11GrabTest, ServerThatHangsOnceItHasLetUsInIsLostAndTriedAgain) {
+  begin();
+  // Meanwhile the server lets us in, and the loop stands still.
+  const double letIn = desktop_test::wallClock() + 0.5;
+  EXPECT_TRUE(desktop_test::eventually([&] { return desktop_test::wallClock() > letIn; }));
+  session_.server().signal(SIGSTOP);
+  waitForLoss();
+  session_.server().signal(SIGCONT);
+  EXPECT_TRUE(comesToCount());
+  EXPECT_TRUE(counts());
+}
+
 TEST_F(X11GrabTest, ServerThatIsNotThereIsWaitedFor) {
   observer_.reset();
   session_.killServer();
-  grab();
+  begin();
   waitForLoss();
   EXPECT_EQ(presses_, 0);
   session_.startServerAgain();

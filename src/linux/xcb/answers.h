@@ -2,9 +2,9 @@
 
 #include <chrono>
 
-#include "linux/x11/xcb_types.h"
+#include "linux/xcb/reply.h"
 
-namespace orvane::host::x11 {
+namespace orvane::host::xcb {
 
 // How long a server may take to answer, or to read what was sent, while it stands. One that takes
 // longer is not there any more.
@@ -20,6 +20,10 @@ template <class R, class Cookie>
   return Reply<R>(static_cast<R*>(awaitAnswer(connection, asked.sequence)));
 }
 
+// Waits until the server has dealt with all that it was asked for; xcb_request_check() then knows
+// the answer. False where the connection is or thereby becomes lost.
+[[nodiscard]] bool settle(xcb_connection_t* connection);
+
 // Whether the server has done what a checked request asked for.
 [[nodiscard]] bool wasServed(xcb_connection_t* connection, xcb_void_cookie_t asked);
 
@@ -29,4 +33,4 @@ template <class R, class Cookie>
 // Ends the connection, which whoever reads it then finds lost.
 void endConnection(xcb_connection_t* connection);
 
-}  // namespace orvane::host::x11
+}  // namespace orvane::host::xcb

@@ -1,4 +1,4 @@
-#include "linux/x11/answers.h"
+#include "linux/xcb/answers.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 
-namespace orvane::host::x11 {
+namespace orvane::host::xcb {
 
 namespace {
 
@@ -42,11 +42,14 @@ void* awaitAnswer(xcb_connection_t* connection, unsigned int sequence) {
   }
 }
 
+// Requests are answered in their order.
+bool settle(xcb_connection_t* connection) {
+  return answerTo<xcb_get_input_focus_reply_t>(connection, xcb_get_input_focus(connection)) !=
+         nullptr;
+}
+
 bool wasServed(xcb_connection_t* connection, xcb_void_cookie_t asked) {
-  // Once a later request is answered, xcb knows of this one without waiting.
-  const auto later =
-      answerTo<xcb_get_input_focus_reply_t>(connection, xcb_get_input_focus(connection));
-  if (!later) return false;
+  if (!settle(connection)) return false;
   const Reply<xcb_generic_error_t> error(xcb_request_check(connection, asked));
   return !error && xcb_connection_has_error(connection) == 0;
 }
@@ -59,4 +62,4 @@ void endConnection(xcb_connection_t* connection) {
   shutdown(xcb_get_file_descriptor(connection), SHUT_RDWR);
 }
 
-}  // namespace orvane::host::x11
+}  // namespace orvane::host::xcb
