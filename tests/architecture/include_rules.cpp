@@ -157,10 +157,13 @@ std::optional<Include> includeIn(const std::string& line) {
 
 std::string firstPart(std::string_view path) { return std::string(path.substr(0, path.find('/'))); }
 
-// "linux/wayland" of "linux/wayland/output.h".
-std::string adapterOf(std::string_view path) {
-  const auto first = path.find('/');
-  return std::string(path.substr(0, path.find('/', first + 1)));
+// "linux/wayland" of "linux/wayland/output.h". A folder within a folder is one of its own.
+std::string_view adapterOf(std::string_view path) { return path.substr(0, path.rfind('/')); }
+
+// What two sides say to each other may be known by both, which lie beside it and around it.
+bool isSharedWire(std::string_view path, std::string_view adapter) {
+  if (adapter == "linux/wire") return true;
+  return adapter.ends_with("/wire") && path.starts_with(adapterOf(adapter));
 }
 
 bool isInLinux(std::string_view path) { return path.starts_with("linux/"); }
@@ -181,8 +184,8 @@ bool allowedInAdapter(std::string_view path, const Include& include) {
   if (!include.quoted) return true;
   const std::string target = firstPart(include.name);
   if (target != "linux") return target == "foundation" || target == "platform" || target == "view";
-  const std::string adapter = adapterOf(include.name);
-  return adapter == adapterOf(path) || adapter == "linux/wire" || adapter == "linux/gio" ||
+  const std::string_view adapter = adapterOf(include.name);
+  return adapter == adapterOf(path) || isSharedWire(path, adapter) || adapter == "linux/gio" ||
          adapter == "linux/files" || adapter == "linux/xcb" || adapter == "linux/accounts";
 }
 

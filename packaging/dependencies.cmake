@@ -1,0 +1,33 @@
+# Run by CPack when the files lie in the folder that the package is made of. What a program is
+# linked with is what it needs, and the package depends on; but it only recommends what the settings
+# window alone needs, without which everything else works.
+set(work "${CPACK_TOPLEVEL_DIRECTORY}/shlibdeps")
+file(WRITE "${work}/debian/control" "Source: orvane\n\nPackage: orvane\nArchitecture: any\n")
+file(GLOB_RECURSE programs LIST_DIRECTORIES false "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/orvane*")
+set(needed "")
+set(wished "")
+foreach(program ${programs})
+  file(READ "${program}" magic LIMIT 4 HEX)
+  if(NOT magic STREQUAL "7f454c46")
+    continue()
+  elseif(program MATCHES "/orvane-settings$")
+    list(APPEND wished "${program}")
+  else()
+    list(APPEND needed "${program}")
+  endif()
+endforeach()
+
+set(command dpkg-shlibdeps --ignore-missing-info -O -dDepends ${needed})
+if(wished)
+  list(APPEND command -dRecommends ${wished})
+endif()
+execute_process(COMMAND ${command} WORKING_DIRECTORY "${work}" OUTPUT_VARIABLE found
+                COMMAND_ERROR_IS_FATAL ANY)
+foreach(field DEPENDS RECOMMENDS)
+  string(SUBSTRING ${field} 0 1 initial)
+  string(SUBSTRING ${field} 1 -1 rest)
+  string(TOLOWER "${rest}" rest)
+  if(found MATCHES "shlibs:${initial}${rest}=([^\n]+)")
+    string(APPEND CPACK_DEBIAN_PACKAGE_${field} ", ${CMAKE_MATCH_1}")
+  endif()
+endforeach()
