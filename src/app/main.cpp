@@ -89,8 +89,10 @@ host::HotKeyOptions hotKeyOptions() {
 }
 
 // What others may ask of the running program over the bus, which lasts longer than the program.
+// `focusToken` keeps what lets the window that they ask for take the focus.
 host::ApplicationOptions applicationOptions(GDBusConnection* bus,
-                                            const std::weak_ptr<AppDelegate>& running) {
+                                            const std::weak_ptr<AppDelegate>& running,
+                                            std::string& focusToken) {
   const auto with = [&running](void (*perform)(AppDelegate&)) {
     return [&running, perform] {
       if (const auto delegate = running.lock()) perform(*delegate);
@@ -101,6 +103,9 @@ host::ApplicationOptions applicationOptions(GDBusConnection* bus,
   options.connection = bus;
   options.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
   options.startedByBus = environmentVariable("DBUS_STARTER_ADDRESS").has_value();
+  options.activationToken = environmentVariable("XDG_ACTIVATION_TOKEN")
+                                .value_or(environmentVariable("DESKTOP_STARTUP_ID").value_or(""));
+  options.takeActivationToken = [&focusToken](const std::string& token) { focusToken = token; };
   options.activate = openSettings;
   options.actions = {{"settings", openSettings},
                      {"refresh-now", with([](AppDelegate& delegate) { delegate.refreshNow(); })},
@@ -139,25 +144,27 @@ struct Drawing {
 };
 
 std::unique_ptr<FormWindowServer> makeSettingsWindows(const Base& base, const Drawing& drawing,
-                                                      host::SettingsNotice& notice) {
+                                                      host::SettingsNotice& notice,
+                                                      std::string& focusToken) {
   host::FormWindowsOptions options;
   options.programPath = helperPath("orvane-settings");
   options.tell = [&notice](const std::string& title, const std::string& sentence) {
     notice.say(title, sentence);
   };
   options.drawPreview = host::previewDrawing(*drawing.measurer, *drawing.painter);
+  options.takeActivationToken = [&focusToken] { return std::exchange(focusToken, {}); };
   return host::makeFormWindows(std::move(options), *base.loop);
 }
 
 // What the program uses of the desktop besides its windows.
 struct Services {
-  Services(const Base& base, const Drawing& drawing, GDBusConnection* bus)
+  Services(const Base& base, const Drawing& drawing, GDBusConnection* bus, std::string& focusToken)
       : userDefaults(
             host::makeUserDefaults(host::userDefaultsPath(environmentVariable), *base.loop)),
         application(host::makeApplication(base.quitting())),
         statusBar(host::makeStatusBar({bus, *base.loop, *drawing.painter})),
         settingsNotice(host::makeSettingsNotice(bus)),
-        settingsWindows(makeSettingsWindows(base, drawing, *settingsNotice)),
+        settingsWindows(makeSettingsWindows(base, drawing, *settingsNotice, focusToken)),
         hotKeys(host::makeEventHotKeys(hotKeyOptions(), *base.loop)),
         desktopIcons(
             host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus,
@@ -233,9 +240,11 @@ int runProgram() {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
   const Base base;
   std::weak_ptr<AppDelegate> running;
+  std::string focusToken;
   const auto bus =
       host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
-  const auto instance = host::claimInstance(applicationOptions(bus.get(), running), *base.loop);
+  const auto instance =
+      host::claimInstance(applicationOptions(bus.get(), running, focusToken), *base.loop);
   if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
 
   NotificationCenter notifications;
@@ -246,7 +255,7 @@ int runProgram() {
   ReturningDesktop desktop(desktopEnvironment(base, stage, *session));
   if (!opens(desktop)) return kNoDesktop;
 
-  const Services services(base, drawing, bus.get());
+  const Services services(base, drawing, bus.get(), focusToken);
   std::weak_ptr<host::EventStore> eventStore;
   const OrvaneApp app({services.application.get(), *services.statusBar, *services.settingsWindows,
                        *services.hotKeys, *services.desktopIcons, *services.userDefaults,

@@ -32,6 +32,25 @@ constexpr const char* kDescription = R"xml(
   </interface>
 </node>)xml";
 
+constexpr const char* kToken = "activation-token";
+constexpr const char* kStartupId = "desktop-startup-id";
+
+// Out of a call's last argument, which may hold anything under these names.
+std::string activationTokenIn(GVariant* arguments) {
+  const VariantPtr data(g_variant_get_child_value(arguments, g_variant_n_children(arguments) - 1));
+  for (const char* name : {kToken, kStartupId}) {
+    const char* token = nullptr;
+    if (g_variant_lookup(data.get(), name, "&s", &token)) return token;
+  }
+  return {};
+}
+
+GVariant* platformDataWith(const std::string& token) {
+  if (token.empty()) return g_variant_new_parsed("(@a{sv} {},)");
+  return g_variant_new_parsed("({%s: <%s>, %s: <%s>},)", kToken, token.c_str(), kStartupId,
+                              token.c_str());
+}
+
 class BusInstance final : public Instance {
  public:
   BusInstance(ApplicationOptions options, MainActor& mainActor)
@@ -54,7 +73,8 @@ class BusInstance final : public Instance {
  private:
   // The board has no documents: being asked to open one is being started.
   [[nodiscard]] CallReply call(const std::string& method, GVariant* arguments) {
-    if (method != "ActivateAction") return activated();
+    const auto token = activationTokenIn(arguments);
+    if (method != "ActivateAction") return activated(token);
     const char* name = nullptr;
     g_variant_get_child(arguments, 0, "&s", &name);
     const auto& actions = options_.actions;
@@ -63,15 +83,17 @@ class BusInstance final : public Instance {
     if (found == actions.end()) {
       return gio::invalidArguments(std::string("There is no action \"") + name + "\".");
     }
-    return later(found->perform);
+    return later(found->perform, token);
   }
-  [[nodiscard]] CallReply activated() {
+  [[nodiscard]] CallReply activated(const std::string& token) {
     if (std::exchange(options_.startedByBus, false)) return VariantPtr();
-    return later(options_.activate);
+    return later(options_.activate, token);
   }
-  [[nodiscard]] CallReply later(std::function<void()> work) const {
-    mainActor_.post([alive = std::weak_ptr(alive_), work = std::move(work)] {
-      if (!alive.expired() && work) work();
+  [[nodiscard]] CallReply later(std::function<void()> work, const std::string& token) const {
+    mainActor_.post([this, alive = std::weak_ptr(alive_), work = std::move(work), token] {
+      if (alive.expired() || !work) return;
+      if (!token.empty() && options_.takeActivationToken) options_.takeActivationToken(token);
+      work();
     });
     return VariantPtr();
   }
@@ -102,11 +124,11 @@ bool takeName(GDBusConnection* connection, std::string& failure) {
 }
 
 // The running instance shows its settings, as if it had been chosen from the menu of programs.
-void activateOther(GDBusConnection* connection) {
+void activateOther(GDBusConnection* connection, const std::string& activationToken) {
   gio::Failure error;
   const VariantPtr reply(g_dbus_connection_call_sync(
       connection, kName, kPath, "org.freedesktop.Application", "Activate",
-      g_variant_new_parsed("(@a{sv} {},)"), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimit,
+      platformDataWith(activationToken), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimit,
       nullptr, error.out()));
   if (error) {
     std::cerr << "orvane: Orvane runs already, but did not answer: " << error.message() << '\n';
@@ -118,6 +140,7 @@ void activateOther(GDBusConnection* connection) {
 // The object is there before the name is, so that nobody who sees the name asks in vain.
 InstanceClaim claimOnBus(ApplicationOptions options, MainActor& mainActor) {
   auto* const connection = options.connection;
+  const std::string activationToken = options.activationToken;
   auto instance = std::make_unique<BusInstance>(std::move(options), mainActor);
   std::string failure;
   if (takeName(connection, failure)) return {InstanceOutcome::first, std::move(instance)};
@@ -126,7 +149,7 @@ InstanceClaim claimOnBus(ApplicationOptions options, MainActor& mainActor) {
               << failure << '\n';
     return {InstanceOutcome::first, std::move(instance)};
   }
-  activateOther(connection);
+  activateOther(connection, activationToken);
   return {InstanceOutcome::forwarded, nullptr};
 }
 

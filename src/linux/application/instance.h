@@ -27,9 +27,14 @@ struct ApplicationOptions {
   std::filesystem::path runtimeFolder;
   // The bus started this process to activate it: the first activation then is the launch itself.
   bool startedByBus = false;
+  // What this process was started with to let a window take the focus: an XDG activation token or a
+  // startup id, else empty. The running instance gets it, if there is one.
+  std::string activationToken;
   // Called in a turn of the loop when the program was started again or activated.
   std::function<void()> activate;
   std::vector<ApplicationAction> actions;
+  // Called just before either with such a token, where whoever asked gave one.
+  std::function<void(const std::string& token)> takeActivationToken;
 };
 
 // The claim to be the one instance, given up with this object. While it stands, org.freedesktop.

@@ -61,6 +61,18 @@ TEST_F(BusInstanceTest, ActionsAreCarriedOutInTurns) {
   EXPECT_EQ(done_, (Texts{"activate", "quit", "activate"}));
 }
 
+TEST_F(BusInstanceTest, TheTokenForTheFocusComesBeforeWhatItIsFor) {
+  auto listening = options(ours_.get());
+  listening.takeActivationToken = [this](const std::string& token) { done_.push_back(token); };
+  const auto claim = claimInstance(std::move(listening), *loop_);
+  EXPECT_EQ(call("Activate", "({'activation-token': <'a'>, 'desktop-startup-id': <'b'>},)"), "()");
+  EXPECT_EQ(call("ActivateAction", "('settings', @av [], {'desktop-startup-id': <'c'>})"), "()");
+  EXPECT_EQ(call("Open", "(@as [], {'activation-token': <'d'>})"), "()");
+  EXPECT_EQ(call("Activate", "({'activation-token': <7>},)"), "()");
+  EXPECT_TRUE(eventually([&] { return done_.size() == 7; }));
+  EXPECT_EQ(done_, (Texts{"a", "activate", "c", "settings", "d", "activate", "activate"}));
+}
+
 TEST_F(BusInstanceTest, UnknownActionsAreErrors) {
   const auto claim = claimInstance(options(ours_.get()), *loop_);
   EXPECT_EQ(call("ActivateAction", "('explode', @av [], @a{sv} {})"),
@@ -80,14 +92,18 @@ TEST_F(BusInstanceTest, TheActivationThatStartedTheProcessIsTheLaunchItself) {
 
 // The instance of the other process is played by an object that answers on a thread of its own.
 TEST_F(BusInstanceTest, ASecondStartActivatesTheFirst) {
-  const auto first = claimInstance(options(ours_.get()), *loop_);
+  auto listening = options(ours_.get());
+  listening.takeActivationToken = [this](const std::string& token) { done_.push_back(token); };
+  const auto first = claimInstance(std::move(listening), *loop_);
+  auto started = options(other_.get());
+  started.activationToken = "token";
   InstanceClaim second;
-  std::thread another([&] { second = claimInstance(options(other_.get()), *loop_); });
-  EXPECT_TRUE(eventually([&] { return !done_.empty(); }));
+  std::thread another([&] { second = claimInstance(std::move(started), *loop_); });
+  EXPECT_TRUE(eventually([&] { return done_.size() == 2; }));
   another.join();
   EXPECT_EQ(second.outcome, InstanceOutcome::forwarded);
   EXPECT_EQ(second.instance, nullptr);
-  EXPECT_EQ(done_, Texts{"activate"});
+  EXPECT_EQ(done_, (Texts{"token", "activate"}));
 }
 
 TEST_F(BusInstanceTest, NothingIsCalledAfterTheEnd) {
