@@ -25,7 +25,7 @@ struct ProviderState {
   // There is no such provider on this system: it neither has nor fails anything.
   bool isAbsent = false;
   // Set when the provider can do nothing at all, for either kind: a sentence for a person.
-  std::optional<std::string> failure;
+  std::optional<std::string> failure = std::nullopt;
 
   friend bool operator==(const ProviderState&, const ProviderState&) = default;
 };

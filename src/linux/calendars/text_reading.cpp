@@ -24,9 +24,7 @@ struct TextReading::Job {
   bool programFailed = false;
 };
 
-namespace {
-
-std::optional<TextContent> contentOf(wire::FileAnswer& answer) {
+std::optional<TextContent> contentOf(wire::FileAnswer answer) {
   if (answer.outcome != wire::ReadOutcome::good) return std::nullopt;
   answer.path.clear();
   TextContent content;
@@ -40,8 +38,6 @@ std::optional<TextContent> contentOf(wire::FileAnswer& answer) {
   content.item = std::move(item);
   return content;
 }
-
-}  // namespace
 
 TextReading::TextReading(std::string readerPath, MainActor& actor)
     : actor_(actor), client_(std::make_shared<ReaderClient>(std::move(readerPath))) {}
@@ -91,7 +87,7 @@ void TextReading::work(Job& job, const ReaderClient& client, const std::atomic<b
     orders.push_back(order.get());
   }
   const auto sink = [&orders](std::size_t index, wire::FileAnswer* answer) {
-    if (answer != nullptr) orders[index]->content = contentOf(*answer);
+    if (answer != nullptr) orders[index]->content = contentOf(std::move(*answer));
   };
   const auto pace = [&isStopped] { return isStopped ? ReadPace::stop : ReadPace::goOn; };
   job.programFailed = client.read(read, sink, pace).programFailed;

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "foundation/main_actor.h"
@@ -19,6 +20,9 @@ struct TextContent {
   std::shared_ptr<const ShelfItem> item;  // not null
   std::uint64_t print = 0;                // differs where two contents do
 };
+
+// Nothing when the answer is none that can be shown.
+std::optional<TextContent> contentOf(wire::FileAnswer answer);
 
 enum class TextFailure { text, program };
 

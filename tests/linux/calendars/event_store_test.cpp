@@ -109,6 +109,70 @@ TEST_F(EventStoreTest, WaitsForEveryProvider) {
   EXPECT_THAT(answers, ElementsAre(Answer{true, ""}));
 }
 
+TEST_F(EventStoreTest, AProviderThatHangsDelaysTheOthersByItsLimitAtMost) {
+  open(2);
+  int announcements = 0;
+  const auto observer = center.addObserver(EKEventStoreChanged, [&] { ++announcements; });
+  store->requestFullAccessToEvents(completion());
+  shelves[0]->state.events = KindAccess::readable;
+  shelves[0]->ready();
+  actor.advance(std::chrono::milliseconds(9999));
+  EXPECT_THAT(answers, IsEmpty());
+  actor.advance(std::chrono::milliseconds(1));
+  EXPECT_THAT(answers, ElementsAre(Answer{true, ""}));
+  store->requestFullAccessToReminders(completion());
+  actor.runUntilIdle();
+  EXPECT_EQ(answers.size(), 2U) << "nobody waits for it any more";
+  EXPECT_EQ(announcements, 0);
+  shelves[1]->ready();
+  EXPECT_EQ(announcements, 1) << "what comes late is a change";
+  actor.advance(std::chrono::minutes(1));
+  EXPECT_EQ(answers.size(), 2U);
+}
+
+TEST_F(EventStoreTest, ProvidersThatAllHangAreAnEmptyBoardUntilTheyAnswer) {
+  open(2);
+  store->requestFullAccessToEvents(completion());
+  actor.advance(std::chrono::seconds(10));
+  EXPECT_THAT(answers, ElementsAre(Answer{true, ""}));
+  shelves[0]->state.events = KindAccess::refused;
+  shelves[0]->ready();
+  EXPECT_EQ(status(EKEntityType::event), EKAuthorizationStatus::denied);
+  shelves[1]->state.events = KindAccess::readable;
+  shelves[1]->ready();
+  EXPECT_EQ(status(EKEntityType::event), EKAuthorizationStatus::fullAccess);
+}
+
+TEST_F(EventStoreTest, AProviderThatThisSystemLacksNeitherHelpsNorFails) {
+  open(2);
+  shelves[0]->state.failure = "The first is broken.";
+  shelves[1]->state.isAbsent = true;
+  store->requestFullAccessToEvents(completion());
+  ready();
+  EXPECT_THAT(answers, ElementsAre(Answer{false, "The first is broken."}));
+  shelves[0]->state = {};
+  EXPECT_EQ(status(EKEntityType::event), EKAuthorizationStatus::fullAccess);
+}
+
+TEST_F(EventStoreTest, AProviderThatFailsLaterDoesNotHideTheOther) {
+  open(2);
+  shelves[0]->state.events = KindAccess::readable;
+  shelves[1]->state.events = KindAccess::readable;
+  store->requestFullAccessToEvents(completion());
+  ready();
+  shelves[1]->state = {KindAccess::refused, KindAccess::refused, false, "It went away."};
+  shelves[1]->changed();
+  EXPECT_EQ(status(EKEntityType::event), EKAuthorizationStatus::fullAccess);
+}
+
+TEST_F(EventStoreTest, AnEmptyListIsNoRefusal) {
+  open(2);
+  store->requestFullAccessToEvents(completion());
+  store->requestFullAccessToReminders(completion());
+  ready();
+  EXPECT_THAT(answers, ElementsAre(Answer{true, ""}, Answer{true, ""}));
+}
+
 TEST_F(EventStoreTest, AStoreWithoutProvidersIsAnEmptyBoard) {
   open(0);
   store->requestFullAccessToEvents(completion());
