@@ -13,7 +13,10 @@
 namespace orvane::host {
 namespace {
 
-using Registry = std::shared_ptr<ESourceRegistry>;
+struct Registry {
+  std::shared_ptr<GDBusConnection> bus;
+  std::shared_ptr<ESourceRegistry> sources;  // null: it cannot be had
+};
 
 // The library ends the process where these settings are not installed.
 bool areSettingsInstalled() {
@@ -26,18 +29,20 @@ bool areSettingsInstalled() {
   return true;
 }
 
-// Blocks. Null: it cannot be had.
+// Blocks.
 Registry openRegistry(GCancellable* cancellable) {
-  if (!areSettingsInstalled()) return nullptr;
+  if (!areSettingsInstalled()) return {};
   gio::Failure failure;
   // The connection that the library will use; by itself it would end the process with the bus.
-  const gio::ObjectPtr<GDBusConnection> bus(
-      g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, failure.out()));
-  if (!bus) return nullptr;
-  g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-  auto* const registry = e_source_registry_new_sync(cancellable, failure.out());
-  if (registry == nullptr) return nullptr;
-  return {registry, gio::ReleaseObject()};
+  auto* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, cancellable, failure.out());
+  if (bus == nullptr) return {};
+  // While anybody holds on to a connection that has ended, there is no other to be had.
+  Registry registry{{bus, gio::ReleaseObject()}, nullptr};
+  if (g_dbus_connection_is_closed(bus)) return {};
+  g_dbus_connection_set_exit_on_close(bus, FALSE);
+  auto* const sources = e_source_registry_new_sync(cancellable, failure.out());
+  if (sources != nullptr) registry.sources.reset(sources, gio::ReleaseObject());
+  return registry;
 }
 
 const char* extensionFor(EKEntityType type) {
@@ -58,9 +63,12 @@ class EvolutionDirectory final : public AccountDirectory {
  public:
   EvolutionDirectory(std::shared_ptr<CallThreads> threads, Registry registry, AccountSigns signs)
       : threads_(std::move(threads)),
-        registry_(std::move(registry)),
+        registry_(std::move(registry.sources)),
         signs_(std::move(signs)),
-        handlers_(registry_.get()) {
+        handlers_(registry_.get()),
+        busHandlers_(registry.bus.get()) {
+    // When the registry ends and is started anew the library finds it again by itself.
+    busHandlers_.add("closed", [this] { tell(signs_.died); });
     for (const char* signal : {"source-added", "source-removed", "source-changed", "source-enabled",
                                "source-disabled"}) {
       handlers_.add(signal, [this] { tell(signs_.changed); });
@@ -98,9 +106,10 @@ class EvolutionDirectory final : public AccountDirectory {
 
  private:
   const std::shared_ptr<CallThreads> threads_;
-  const Registry registry_;
+  const std::shared_ptr<ESourceRegistry> registry_;
   const AccountSigns signs_;
   SignalHandlers handlers_;
+  SignalHandlers busHandlers_;
 };
 
 }  // namespace
@@ -110,7 +119,7 @@ Subscription openDirectory(std::shared_ptr<CallThreads> threads, AccountSigns si
   return callOnThread<Registry>(
       *threads, [](GCancellable* cancellable) { return openRegistry(cancellable); },
       [threads, signs = std::move(signs), opened = std::move(opened)](Registry registry) {
-        if (!registry) return opened(nullptr);
+        if (!registry.sources) return opened(nullptr);
         opened(std::make_unique<EvolutionDirectory>(threads, std::move(registry), signs));
       });
 }
