@@ -39,4 +39,7 @@ packages_desktops=(
 # What looks at the Debian package.
 packages_package=(dpkg-dev file lintian desktop-file-utils appstream)
 
-packages_bench=(libbenchmark-dev xvfb x11-xserver-utils sway conky-std waybar dbus fonts-dejavu-core libxdamage1 python3)
+packages_bench=(
+  libbenchmark-dev xvfb x11-xserver-utils sway conky-std waybar dbus fonts-dejavu-core libxdamage1 python3
+  evolution-data-server gir1.2-ecal-2.0 gir1.2-edataserver-1.2 python3-gi
+)

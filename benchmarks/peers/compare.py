@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""compare.py PROGRAM [--rounds N] [--seconds N] [--growth]: what the program costs beside what a user
-would otherwise run, measured side by side in one run. Prints Markdown.
+"""compare.py PROGRAM [--rounds N] [--seconds N] [--growth | --accounts]: what the program costs beside
+what a user would otherwise run, measured side by side in one run. Prints Markdown.
 
 Each round measures every contender once, after the same server with nothing on it; the figures are
 the medians of the rounds. Nothing else should run meanwhile.
@@ -13,6 +13,7 @@ import subprocess
 import sys
 import time
 
+from accounts import accounts
 from contenders import CONTENDERS
 from costs import Window, memory
 from displays import DISPLAYS
@@ -138,6 +139,7 @@ def main():
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--seconds", type=float, default=20)
     parser.add_argument("--growth", action="store_true")
+    parser.add_argument("--accounts", action="store_true")
     wanted = parser.parse_args()
     program = os.path.abspath(wanted.program)
     print("%s, %d processors, %s" % (time.strftime("%Y-%m-%d"), os.cpu_count(),
@@ -145,6 +147,8 @@ def main():
     print()
     if wanted.growth:
         growth(program, wanted.seconds)
+    elif wanted.accounts:
+        accounts(program, wanted.rounds, wanted.seconds)
     else:
         compare(program, wanted.rounds, wanted.seconds)
 

@@ -15,7 +15,7 @@ import unittest
 BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
 
 # What a program looks for beside itself.
-COMPANIONS = {"orvane": ["orvane-reader"]}
+COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so"]}
 
 
 def eventually(what, condition, seconds=20):
@@ -185,9 +185,9 @@ class DesktopSession:
         os.makedirs(folder, exist_ok=True)
         name = os.path.basename(path)
         for each in [name] + COMPANIONS.get(name, []):
-            copy = os.path.join(folder, each)
-            if not os.path.exists(copy):
-                shutil.copyfile(os.path.join(os.path.dirname(path), each), copy)
+            original, copy = os.path.join(os.path.dirname(path), each), os.path.join(folder, each)
+            if os.path.exists(original) and not os.path.exists(copy):
+                shutil.copyfile(original, copy)
                 os.chmod(copy, 0o755)
         return os.path.join(folder, name)
 

@@ -11,16 +11,40 @@ function(evolution_test script class)
   endforeach()
 endfunction()
 
-evolution_test(service_test.py Service tells_what_was_created_changed_and_removed
-               has_the_calendars_that_lay_in_its_folders renames_and_removes_calendars
-               is_started_by_the_bus_and_comes_back_when_it_was_killed ends_with_its_session)
-
 # What the program would publish, without a desktop to show it on.
 add_executable(agenda_probe evolution/agenda_probe.cpp)
 target_link_libraries(agenda_probe PRIVATE orvane_logic orvane_common orvane_calendars
-                      orvane_defaults orvane_dump orvane_locale orvane_mainloop)
+                      orvane_defaults orvane_dump orvane_evolution orvane_gio orvane_locale
+                      orvane_mainloop)
 target_include_directories(agenda_probe PRIVATE "${CMAKE_SOURCE_DIR}/tools")
 set_target_properties(agenda_probe PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-add_dependencies(agenda_probe orvane-reader)
+add_dependencies(agenda_probe orvane-reader orvane-evolution)
 
-evolution_test(cases_test.py Cases are_a_hundred_that_differ_from_one_another)
+evolution_test(service_test.py Service tells_what_was_created_changed_and_removed
+               has_the_calendars_that_lay_in_its_folders renames_and_removes_calendars
+               is_started_by_the_bus_and_comes_back_when_it_was_killed ends_with_its_session)
+evolution_test(cases_test.py Cases are_a_hundred_that_differ_from_one_another
+               are_the_same_agenda_from_either are_told_apart_where_one_is_deliberately_different
+               are_the_same_when_they_were_imported have_identifiers_of_their_own_in_every_run)
+evolution_test(live_test.py Live changes_are_published_within_two_seconds
+               a_burst_is_published_once_or_twice calendars_come_and_go_and_change_their_names
+               the_end_leaves_nothing)
+evolution_test(caldav_test.py Account shows_what_folders_would_and_what_changes_on_the_server
+               with_a_wrong_password_leaves_its_neighbours_in_place
+               that_never_answers_does_not_hold_up_the_others whose_server_is_gone_shows_what_it_had)
+evolution_test(failures_test.py Death of_the_factory_is_survived_when_the_bus_starts_it
+               of_the_factory_is_survived_when_it_is_started_again of_the_whole_service_is_survived
+               in_the_middle_of_a_query_is_survived of_the_bus_leaves_the_folders)
+evolution_test(failures_test.py Silence of_the_factory_does_not_hold_up_the_folders
+               of_the_registry_does_not_hold_up_the_folders of_the_factory_does_not_hold_up_the_end)
+evolution_test(failures_test.py Calendars may_hold_ten_thousand_events may_go_while_they_are_read)
+evolution_test(failures_test.py Absence of_the_service_costs_nothing
+               of_the_service_is_no_matter_when_it_comes_later
+               of_the_factory_is_no_matter_when_it_comes_later ends_when_the_service_is_installed)
+if(ORVANE_WAYLAND)
+  evolution_test(program_test.py Program shows_a_new_event_of_an_account_within_two_seconds)
+endif()
+
+# What measures time runs alone.
+set_tests_properties(evolution.Live.changes_are_published_within_two_seconds
+                     evolution.Absence.of_the_service_costs_nothing PROPERTIES RUN_SERIAL ON)

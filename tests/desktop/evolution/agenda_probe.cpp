@@ -1,27 +1,32 @@
 // What the program would show, without a desktop to show it on: its store of calendars and its
 // manager of them, with everything that they hear of.
 //
-//   agenda_probe READER [--folders DIRECTORY] [--now SECONDS] [--timezone NAME]
+//   agenda_probe READER MODULE [--folders DIRECTORY] [--now SECONDS] [--timezone NAME]
 //
 // Each time that something else is published it writes one line: the agenda as JSON, with the
 // seconds on the monotonic clock. With --now the wall clock stands still. It runs until it is told
 // to end and then exits with 0.
 #include <time.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "agenda/task_manager.h"
 #include "dump_json.h"
+#include "linux/calendars/account_provider.h"
 #include "linux/calendars/event_store.h"
 #include "linux/calendars/folder_provider.h"
 #include "linux/defaults/user_defaults.h"
+#include "linux/evolution/evolution_accounts.h"
+#include "linux/gio/session_bus.h"
 #include "linux/locale/calendar.h"
 #include "linux/locale/locale.h"
 #include "linux/mainloop/main_loop.h"
@@ -80,13 +85,26 @@ class Publication {
   Subscription change_;
 };
 
-int runProbe(const std::string& reader, const Options& options) {
+std::optional<std::string> environmentVariable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value && *value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+// The programs that belong to the one under test.
+struct Companions {
+  std::string reader;
+  std::string module;
+};
+
+int runProbe(const Companions& companions, const Options& options) {
   const auto region = regionOf(options);
   const auto calendar = host::makeCalendar(region);
   const auto locale = host::makeLocale(region);
   const auto loop = host::makeMainLoop();
   tools::PinnedActor pinned(*loop, region.now ? region.now() : Date{});
   MainActor& actor = region.now ? static_cast<MainActor&>(pinned) : *loop;
+  const auto bus = host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable),
+                                           std::chrono::milliseconds(500));
   NotificationCenter notifications;
   AbsentAppService appService;
   const auto defaults = host::makeUserDefaults({}, *loop);
@@ -96,10 +114,16 @@ int runProbe(const std::string& reader, const Options& options) {
   if (const auto path = options.find("--folders"); path != options.end()) {
     folders.roots.push_back(path->second);
   }
-  folders.readerPath = reader;
+  folders.readerPath = companions.reader;
   folders.localTimeZone = [&calendar] { return calendar->timeZoneName(); };
+  host::AccountOptions accounts;
+  accounts.readerPath = folders.readerPath;
+  accounts.localTimeZone = folders.localTimeZone;
   host::EventStoreOptions parts;
   parts.providers.push_back(host::makeFolderProvider(std::move(folders), actor));
+  parts.providers.push_back(host::makeAccountProvider(
+      std::move(accounts), host::makeEvolutionAccounts({bus.get(), companions.module}, actor),
+      actor));
   parts.instantOf = [&calendar](const DateComponents& due) { return calendar->date(due); };
   const std::shared_ptr<EKEventStore> store =
       host::makeEventStore(std::move(parts), actor, notifications);
@@ -116,10 +140,10 @@ int runProbe(const std::string& reader, const Options& options) {
 
 int main(int count, char** arguments) {
   std::signal(SIGPIPE, SIG_IGN);
+  if (count < 3) return 2;
   Options options;
-  for (int index = 2; index + 1 < count; index += 2) {
+  for (int index = 3; index + 1 < count; index += 2) {
     options[arguments[index]] = arguments[index + 1];
   }
-  if (count < 2) return 2;
-  return runProbe(arguments[1], options);
+  return runProbe({arguments[1], arguments[2]}, options);
 }

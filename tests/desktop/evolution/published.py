@@ -3,7 +3,7 @@
 import json
 import time
 
-from desktop_session import eventually, program
+from desktop_session import COMPANIONS, eventually, program
 
 # Long, since everything may be busy.
 PATIENCE = 60
@@ -16,8 +16,8 @@ class Probe:
     """A running program with a store of its own; `options` are those of the agenda probe."""
 
     def __init__(self, session, *options, environment=None):
-        reader = session.within_reach(program("orvane-reader"))
-        command = [program("tests", "agenda_probe"), reader, *options]
+        companions = [session.within_reach(program(name)) for name in COMPANIONS["orvane"]]
+        command = [program("tests", "agenda_probe"), *companions, *options]
         self.started = time.monotonic()
         self.running = session.start(*command, environment=environment)
 
