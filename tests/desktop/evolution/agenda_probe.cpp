@@ -100,9 +100,11 @@ int runProbe(const Companions& companions, const Options& options) {
   const auto region = regionOf(options);
   const auto calendar = host::makeCalendar(region);
   const auto locale = host::makeLocale(region);
+  // Workers may use it until the loop has waited for them.
+  std::optional<tools::PinnedActor> pinned;
   const auto loop = host::makeMainLoop();
-  tools::PinnedActor pinned(*loop, region.now ? region.now() : Date{});
-  MainActor& actor = region.now ? static_cast<MainActor&>(pinned) : *loop;
+  if (region.now) pinned.emplace(*loop, region.now());
+  MainActor& actor = pinned ? static_cast<MainActor&>(*pinned) : *loop;
   const auto bus = host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable),
                                            std::chrono::milliseconds(500));
   NotificationCenter notifications;
@@ -133,7 +135,9 @@ int runProbe(const Companions& companions, const Options& options) {
   const Publication publication(*manager, actor);
   const auto onTerminate = loop->onSignal(SIGTERM, [&loop] { loop->quit(0); });
   manager->start();
-  return loop->run();
+  const int status = loop->run();
+  actor.tasks().destroyAll();
+  return status;
 }
 
 }  // namespace

@@ -14,10 +14,24 @@ from gi.repository import ECal, EDataServer, Gio, GLib, ICalGLib  # noqa: E402
 
 # Not to be waited for: a local calendar never tells that it is connected.
 AT_ONCE = 0xFFFFFFFF
+PATIENCE = 20 * GLib.USEC_PER_SEC
 KINDS = {
     "calendar": (EDataServer.SOURCE_EXTENSION_CALENDAR, ECal.ClientSourceType.EVENTS),
     "tasks": (EDataServer.SOURCE_EXTENSION_TASK_LIST, ECal.ClientSourceType.TASKS),
 }
+
+
+def patiently(attempt, failure):
+    """Tries until it succeeds, for a while: each program learns by itself of what was created."""
+    limit = GLib.get_monotonic_time() + PATIENCE
+    while True:
+        try:
+            return attempt()
+        except failure:
+            if GLib.get_monotonic_time() > limit:
+                raise
+        GLib.MainContext.default().iteration(False)
+        GLib.usleep(5000)
 
 
 class Desk:
@@ -82,15 +96,13 @@ class Desk:
         self._source(uid)
 
     def _source(self, uid):
-        """Waits for one that was created just now."""
-        limit = GLib.get_monotonic_time() + 20 * GLib.USEC_PER_SEC
-        while GLib.get_monotonic_time() < limit:
+        def look():
             source = self.registry.ref_source(uid)
-            if source is not None:
-                return source
-            GLib.MainContext.default().iteration(False)
-            GLib.usleep(5000)
-        raise LookupError("there is no source " + uid)
+            if source is None:
+                raise LookupError("there is no source " + uid)
+            return source
+
+        return patiently(look, LookupError)
 
     def _extension(self, source):
         for extension, _ in KINDS.values():
@@ -134,10 +146,13 @@ class Desk:
 
     def _client(self, uid):
         if uid not in self._clients:
-            source = self._source(uid)
-            kind = next(kind for name, kind in KINDS.values() if source.has_extension(name))
-            self._clients[uid] = ECal.Client.connect_sync(source, kind, AT_ONCE, None)
+            self._clients[uid] = patiently(lambda: self._connect(uid), GLib.Error)
         return self._clients[uid]
+
+    def _connect(self, uid):
+        source = self._source(uid)
+        kind = next(kind for name, kind in KINDS.values() if source.has_extension(name))
+        return ECal.Client.connect_sync(source, kind, AT_ONCE, None)
 
     def forget(self):
         """As after the end of the service: connections are made anew."""

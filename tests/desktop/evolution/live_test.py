@@ -43,7 +43,7 @@ class Live(unittest.TestCase):
             both = lambda agenda: "Work" in options(agenda) and "Chores" in options(agenda, "reminderListOptions")
             probe.when("both are listed", both)
             taken = []
-            for round in range(3):
+            for round in range(2):
                 for of, uid, text, end in (
                     ("events", "work", event, lambda: evolution.drop("work", "one")),
                     ("reminders", "chores", task,

@@ -18,6 +18,7 @@ PROGRAMS = {
 # Long, since services that start on a busy machine take their time.
 START = 60
 
+# The limits are those of a desktop's bus.
 BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -30,6 +31,8 @@ BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
+  <limit name="max_match_rules_per_connection">50000</limit>
+  <limit name="max_replies_per_connection">50000</limit>
 </busconfig>
 """
 
