@@ -95,19 +95,46 @@ class Death(unittest.TestCase):
             self.assertTrue(always(probe, killed, lambda agenda: "Review" in titles(agenda)))
             self.assertEqual(probe.said(), [])
 
-    def in_the_middle_of_a_query_is_survived(self):
+    def in_the_middle_of_a_question_is_survived(self):
+        with DesktopSession() as session:
+            evolution = Evolution(session)
+            evolution.prepare("work", "Work", text=calendar(event("Review")))
+            evolution.run()
+            # It takes the question and never gets to the answer.
+            evolution.signal(FACTORY, signal.SIGSTOP)
+            probe = Probe(session, *use_folder(session))
+            probe.when("the folder is shown", shows("Of the folder"))
+            evolution.kill(FACTORY)
+            evolution.run(FACTORY)
+            probe.when("both are shown", shows("Of the folder", "Review"))
+            self.assertEqual(probe.said(), [])
+
+    def at_any_moment_is_survived(self):
         with DesktopSession() as session:
             evolution = Evolution(session)
             evolution.prepare("many", "Many", text=many())
             evolution.make_activatable()
             probe = Probe(session, *use_folder(session))
-            # Reading so many takes it a while; it is killed at the beginning, and then later and later.
+            # So many take it half a second; it is killed at the beginning, and then later and later.
+            interrupted = 0
             for delay in (0, 0.05, 0.1, 0.2, 0.4):
                 eventually("the factory was started", lambda: evolution.pid(FACTORY))
                 time.sleep(delay)
                 evolution.kill(FACTORY)
+                interrupted += probe.agenda is None or "Near" not in titles(probe.agenda)
                 evolution.client.call("start", name=FACTORY)
+            self.assertGreater(interrupted, 0)
             probe.when("everything is shown in the end", shows("Far", "Near", "Of the folder"))
+            # The same while it is read again because of a change.
+            for delay in (0, 0.1, 0.2):
+                evolution.client.call("forget")
+                evolution.add("many", event("Lost, perhaps", "lost%d" % (delay * 10), 240 * 3600))
+                time.sleep(delay)
+                evolution.kill(FACTORY)
+                evolution.client.call("start", name=FACTORY)
+            evolution.client.call("forget")
+            evolution.add("many", event("Last", "last"))
+            probe.when("the last change is shown", shows("Far", "Last", "Near", "Of the folder"))
             self.assertEqual(probe.said(), [])
 
     def of_the_bus_leaves_the_folders(self):
