@@ -154,7 +154,7 @@ def _has_turned(trial, place, before):
 @check("restart_shell", "open_window", **ALL_SCREENS)
 def stays_in_place_after_the_desktop_was_restarted(trial):
     trial.row.restart_shell()
-    trial.see(trial.main, "after the restart")
+    trial.settle(trial.main, "after the restart")
     with trial.with_window(trial.main):
         eventually("the window covers the board", lambda: trial.is_covered(trial.main))
     trial.see(trial.main, "after the window was closed")

@@ -126,6 +126,19 @@ class Trial:
         eventually("the board is seen on %s %s" % (screen.name, after), lambda: self.is_seen(screen))
         throughout("the board is seen on %s %s" % (screen.name, after), lambda: self.is_seen(screen))
 
+    def settle(self, screen, after):
+        """Like see(), for what takes the desktop itself a while, with the board coming and going
+        in it as its parts do."""
+        what = "the board is seen on %s %s" % (screen.name, after)
+        eventually("%s, and stays" % what, lambda: self._is_seen_throughout(what, screen), 30)
+
+    def _is_seen_throughout(self, what, screen):
+        try:
+            throughout(what, lambda: self.is_seen(screen))
+        except AssertionError:
+            return False
+        return True
+
     # ---- Places
 
     def on_the_board(self, screen):

@@ -134,7 +134,11 @@ class OpenboxPcmanfm(Openbox):
         eventually("pcmanfm stands", self._stands)
 
     def _stands(self):
-        return '("pcmanfm"' in self.tree()
+        """With a window on each monitor, as the manager lists them; it has others that nobody
+        sees."""
+        shown = [self.about(window) for window in self.root_windows("_NET_CLIENT_LIST")]
+        shown = [told for told in shown if '"pcmanfm"' in told and "IsViewable" in told]
+        return len(shown) == len(self.monitors)
 
     def restart_shell(self):
         self.shell.end()
