@@ -30,6 +30,16 @@ def eventually(what, condition, seconds=20):
         time.sleep(0.05)
 
 
+def happens(condition, seconds=3):
+    """Whether the condition is met within that time."""
+    limit = time.monotonic() + seconds
+    while not condition():
+        if time.monotonic() > limit:
+            return False
+        time.sleep(0.05)
+    return True
+
+
 class Running:
     """A process of the session, with what it wrote so far."""
 

@@ -114,9 +114,9 @@ class SwaySession(DesktopSession):
     def picture(self, output="HEADLESS-1"):
         return Picture.from_ppm(self.ask("grim", "-t", "ppm", "-o", output, "-"))
 
-    def background(self, output="HEADLESS-1"):
+    def background(self, output="HEADLESS-1", color=BACKGROUND):
         """A neighbour that fills the output below the board and tells what clicks it gets."""
-        return self._neighbour("background", output, BACKGROUND)
+        return self._neighbour("background", output, color)
 
     def window(self, title="window"):
         """An ordinary window, which sway makes as large as the output that has the focus."""

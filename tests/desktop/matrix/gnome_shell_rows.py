@@ -7,11 +7,12 @@ import time
 
 from desktop_session import eventually
 from mutter_session import start_bus, start_mutter
+from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND, Screen
 from run import run_named
 from trial import require
-from x11_row import X11Row, hexadecimal
+from x11_row import X11Row
 
 ICONS = "ding@rastersoft.com"
 ICONS_FOLDER = "/usr/share/gnome-shell/extensions/" + ICONS

@@ -1,11 +1,10 @@
 """The rows on KWin: alone, where a client draws the desktop's background, and with Plasma's shell,
 whose desktop shows the files of a folder. The second output has a scale of 1.25."""
 
-import time
-
-from checks import ALL_SCREENS, check
-from desktop_session import eventually
+from checks import ALL_SCREENS, check, comes_back_after_the_desktop_was_shown
+from desktop_session import eventually, happens
 from kwin_session import KWinSession, hexadecimal
+from neighbours import Layers
 from row import FIRST_BACKGROUND, WINDOW, Row, Screen
 from run import run_named
 
@@ -19,15 +18,6 @@ desktops().forEach(function (desktop) {
   desktop.writeConfig("Color", "#%s");
 });
 """
-
-
-@check(**ALL_SCREENS)
-def comes_back_after_the_desktop_was_shown(trial):
-    """Before Plasma 6.3 KWin counts the board among the windows that make way for the desktop."""
-    trial.row.show_desktop(True)
-    eventually("the board is put aside", lambda: trial.is_absent(trial.main))
-    trial.row.show_desktop(False)
-    trial.see(trial.main, "after the desktop was shown")
 
 
 @check(**ALL_SCREENS)
@@ -111,7 +101,7 @@ class KWinRow(KWinSession, Row):
         return count
 
 
-class Alone(KWinRow):
+class Alone(Layers, KWinRow):
     name = "kwin"
     lacks = {
         **KWinRow.lacks,
@@ -119,32 +109,7 @@ class Alone(KWinRow):
     }
 
     def begin(self):
-        self.neighbours = {}
         self.set_background(FIRST_BACKGROUND)
-
-    def set_background(self, color):
-        before, self.neighbours = self.neighbours, {}
-        for name in self.places:
-            self.neighbours[name] = self.background(name, color)
-        for neighbour in before.values():
-            neighbour.end()
-
-    def restart_shell(self):
-        for neighbour in self.neighbours.values():
-            neighbour.end()
-        self.neighbours = {}
-        self.set_background(FIRST_BACKGROUND)
-
-    def reaches_below(self, screen, x, y):
-        background = self.neighbours[screen.name]
-        before = background.lines.count("released")
-        self.click(screen, x, y)
-        limit = time.monotonic() + 3
-        while background.lines.count("released") == before:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
-        return True
 
 
 class Plasma(KWinRow):
@@ -195,15 +160,12 @@ class Plasma(KWinRow):
     def reaches_below(self, screen, x, y):
         """The desktop's menu opens at the second button."""
         before = self.picture(screen)
+        is_open = lambda: self._is_menu_open(before, self.picture(screen))
         self.click_at(*self._points(screen, x, y), "right")
-        limit = time.monotonic() + 5
-        while not self._is_menu_open(before, self.picture(screen)):
-            if time.monotonic() > limit:
-                return False
+        if not happens(is_open, 5):
+            return False
         self.press(KEY_ESCAPE)
-        eventually(
-            "the menu is gone", lambda: not self._is_menu_open(before, self.picture(screen))
-        )
+        eventually("the menu is gone", lambda: not is_open())
         return True
 
     @staticmethod

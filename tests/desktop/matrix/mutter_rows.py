@@ -5,10 +5,11 @@ import time
 
 from desktop_session import eventually, program
 from mutter_session import start_bus, start_mutter
+from neighbours import DesktopWindow
 from picture import Picture
-from row import FIRST_BACKGROUND, Screen
+from row import Screen
 from run import run_named
-from x11_row import TOOLS, X11Row, hexadecimal
+from x11_row import TOOLS, X11Row
 
 
 # The digits of the countdown, on both screens.
@@ -22,14 +23,10 @@ def _is_alike(one, other):
     return not box or (box[2] - box[0] <= DIGITS[0] and box[3] - box[1] <= DIGITS[1])
 
 
-class Mutter(X11Row):
+class Mutter(DesktopWindow, X11Row):
     name = "mutter"
     needs = TOOLS + ("mutter", "dbus-daemon", "Xwayland")
     manager = "mutter"
-
-    def __enter__(self):
-        self.desktop = None
-        return super().__enter__()
 
     def set_monitors(self):
         """Those of the Xvfb are of no concern."""
@@ -43,39 +40,8 @@ class Mutter(X11Row):
         }
         start_mutter(self, "mutter", "--nested", "--wayland", environment=monitors)
         eventually("Mutter manages the windows", self.manager_window)
-        self._show_desktop_window(FIRST_BACKGROUND)
-
-    # Mutter draws a picture of its own that cannot be changed, so a neighbour says that it is the
-    # desktop, as file managers do.
-    def _show_desktop_window(self, color):
-        before = self.desktop
-        width, height = self.size
-        place = ("0", "0", str(2 * width), str(height))
-        client = program("tests", "x11_client")
-        self.desktop = self.start(client, "desktop", "desktop", hexadecimal(color), *place)
-        eventually("the desktop is there", lambda: "ready" in self.desktop.lines)
-        if before:
-            before.end()
-        self._wait_for_order()
-
-    # Mutter raises a desktop that is new or was clicked; the board has to follow.
-    def _wait_for_order(self):
-        def is_in_order():
-            windows = self.root_windows("_NET_CLIENT_LIST_STACKING")
-            titles = [self.window_property(each, "WM_NAME") for each in windows]
-            boards = [place for place, title in enumerate(titles) if "Orvane" in title]
-            desktops = [place for place, title in enumerate(titles) if "desktop" in title]
-            return not boards or len(desktops) == 1 and min(boards) > max(desktops)
-
-        eventually("the board is above the desktop", is_in_order, 5)
-
-    def set_background(self, color):
-        if self.desktop:
-            self._show_desktop_window(color)
-
-    def restart_shell(self):
-        self.desktop.end()
-        self._show_desktop_window(FIRST_BACKGROUND)
+        # Mutter draws a picture of its own that cannot be changed.
+        self.begin_desktop()
 
     # Mutter lets windows come and go slowly, the more so where it paints without a graphics card:
     # what is asked next would be answered with what was before.
@@ -138,17 +104,7 @@ class Mutter(X11Row):
         self.ask_outside("xdotool", "click", str(button))
         # The click is taken, and what comes of it seen, a little later.
         time.sleep(0.2)
-        self._wait_for_order()
-
-    def reaches_below(self, screen, x, y):
-        before = self.desktop.lines.count("released")
-        self.click(screen, x, y)
-        limit = time.monotonic() + 3
-        while self.desktop.lines.count("released") == before:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
-        return True
+        self.wait_for_order()
 
 
 if __name__ == "__main__":

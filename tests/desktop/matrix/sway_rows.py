@@ -1,15 +1,15 @@
 """The row on sway, whose second output has a scale of 1.5."""
 
 import json
-import time
 
 from desktop_session import eventually
+from neighbours import Layers
 from row import FIRST_BACKGROUND, Row, Screen
 from run import run_named
 from sway_session import SwaySession
 
 
-class Sway(SwaySession, Row):
+class Sway(Layers, SwaySession, Row):
     name = "sway"
     needs = ("sway", "swaymsg", "grim")
     lacks = {
@@ -21,7 +21,6 @@ class Sway(SwaySession, Row):
 
     def __enter__(self):
         super().__enter__()
-        self.neighbours = {}
         self.set_background(FIRST_BACKGROUND)
         return self
 
@@ -35,19 +34,6 @@ class Sway(SwaySession, Row):
     def picture(self, screen):
         return super().picture(screen.name)
 
-    def set_background(self, color):
-        before, self.neighbours = self.neighbours, {}
-        for name in self.places:
-            self.neighbours[name] = self._neighbour("background", name, color)
-        for neighbour in before.values():
-            neighbour.end()
-
-    def restart_shell(self):
-        for neighbour in self.neighbours.values():
-            neighbour.end()
-        self.neighbours = {}
-        self.set_background(FIRST_BACKGROUND)
-
     def open_window(self, title, screen):
         self.message("focus", "output", screen.name)
         return self.window(title)
@@ -55,17 +41,6 @@ class Sway(SwaySession, Row):
     def click(self, screen, x, y):
         left, top = self.places[screen.name]
         super().click(left + int(x / screen.scale), top + int(y / screen.scale))
-
-    def reaches_below(self, screen, x, y):
-        background = self.neighbours[screen.name]
-        before = background.lines.count("released")
-        self.click(screen, x, y)
-        limit = time.monotonic() + 3
-        while background.lines.count("released") == before:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
-        return True
 
     def listed(self):
         found, left = [], [json.loads(self.ask("swaymsg", "-r", "-t", "get_tree"))]

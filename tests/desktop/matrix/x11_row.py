@@ -4,9 +4,9 @@ every X11 desktop has. A row adds its window manager and its desktop."""
 import os
 import re
 import shutil
-import time
 
-from desktop_session import DesktopSession, eventually, program
+from desktop_session import DesktopSession, eventually, happens, program
+from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND, WINDOW, Row, Screen
 
@@ -25,10 +25,6 @@ BUS = """<busconfig>
   </policy>
 </busconfig>
 """
-
-
-def hexadecimal(color):
-    return "%02x%02x%02x" % color
 
 
 class X11Row(DesktopSession, Row):
@@ -55,15 +51,18 @@ class X11Row(DesktopSession, Row):
     def _start_server(self):
         width, height = self.size
         whole = "%dx%dx24" % (len(self.monitors) * width, height)
-        command = ("Xvfb", "-displayfd", "1", "-screen", "0", whole, "-nolisten", "tcp", "-noreset")
+        screen = ("-screen", "0", whole)
+        self.start_display("Xvfb", "-displayfd", "1", *screen, "-nolisten", "tcp", "-noreset")
+        self.set_monitors()
+
+    def start_display(self, *command):
         self.server = self.start(*command)
-        number = eventually("Xvfb tells its number", self._display_number)
+        number = eventually("the display has a number", self._display_number)
         self.environment["DISPLAY"] = ":" + number
         self.environment["GDK_BACKEND"] = "x11"
         self.environment["GIO_USE_VFS"] = "local"
         self.environment["GSETTINGS_BACKEND"] = "keyfile"
         self.environment["NO_AT_BRIDGE"] = "1"
-        self.set_monitors()
 
     def _display_number(self):
         return next((line for line in self.server.lines if re.fullmatch(r"\d+", line)), None)
@@ -179,14 +178,21 @@ class X11Row(DesktopSession, Row):
         """The desktop's menu opens at the third button."""
         before = self.popups()
         self.click(screen, x, y, 3)
-        limit = time.monotonic() + 3
-        while not self.popups() - before:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
+        if not happens(lambda: self.popups() - before):
+            return False
         self.close_menu()
         eventually("the menu is gone", lambda: not self.popups() - before)
         return True
+
+    def watch_root(self):
+        """Where nothing else is below the board, and nobody opens a menu there."""
+        self.watcher = self.start(program("tests", "x11_client"), "root")
+        eventually("clicks on the root are watched", lambda: "ready" in self.watcher.lines)
+
+    def reaches_root(self, screen, x, y):
+        before = self.watcher.lines.count("pressed")
+        self.click(screen, x, y)
+        return happens(lambda: self.watcher.lines.count("pressed") > before)
 
     def close_menu(self):
         self.ask("xdotool", "key", "Escape")

@@ -2,13 +2,15 @@
 
 import json
 import os
-import time
 
-from desktop_session import eventually, program
+from checks import comes_back_after_the_desktop_was_shown
+from desktop_session import eventually, happens
+from neighbours import DesktopWindow, hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND
 from run import run_named
-from x11_row import X11Row, hexadecimal
+from sway_session import SwaySession
+from x11_row import X11Row
 
 NO_WORKSPACES = "no window manager, no workspaces"
 ROOT_PICTURE = "nothing but the root window's picture is below the board"
@@ -25,18 +27,10 @@ class Alone(X11Row):
     }
 
     def begin(self):
-        self.watcher = self.start(program("tests", "x11_client"), "root")
-        eventually("clicks on the root are watched", lambda: "ready" in self.watcher.lines)
+        self.watch_root()
 
     def reaches_below(self, screen, x, y):
-        before = self.watcher.lines.count("pressed")
-        self.click(screen, x, y)
-        limit = time.monotonic() + 3
-        while self.watcher.lines.count("pressed") == before:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
-        return True
+        return self.reaches_root(screen, x, y)
 
 
 class Xfce(X11Row):
@@ -53,23 +47,18 @@ class Xfce(X11Row):
         # Icons are in the desktop's window and not in the root picture: without compositing, the
         # board cannot show them below itself.
         self._set("/desktop-icons/style", "-t", "int", "-s", "0")
-        for style in ("color-style", "image-style"):
-            self._set(self.BACKDROP + style, "-t", "int", "-s", "0")
         self.set_background(FIRST_BACKGROUND)
         self.start_desktop()
-
-    # What is set for the first workspace serves all.
-    BACKDROP = "/backdrop/screen0/monitorscreen/workspace0/"
 
     def start_desktop(self):
         self.shell = self.start("xfdesktop")
         eventually("xfdesktop stands", self._stands)
 
     def _stands(self):
-        if '("xfdesktop"' not in self.tree():
+        if '"Desktop": ("xfdesktop"' not in self.tree():
             return False
-        seen = self.picture(self.screens()[0])
-        return seen.pixel(1150, 650) == FIRST_BACKGROUND
+        shown = [self.picture(screen).pixel(1150, 650) for screen in self.screens()]
+        return set(shown) == {FIRST_BACKGROUND}
 
     def restart_shell(self):
         self.shell.end()
@@ -78,7 +67,12 @@ class Xfce(X11Row):
     def set_background(self, color):
         parts = [str(round(part / 255, 6)) for part in color] + ["1"]
         typed = [word for part in parts for word in ("-t", "double", "-s", part)]
-        self._set(self.BACKDROP + "rgba1", *typed)
+        for monitor in self.monitors:
+            # What is set for the first workspace serves all.
+            backdrop = "/backdrop/screen0/monitor%s/workspace0/" % monitor
+            for style in ("color-style", "image-style"):
+                self._set(backdrop + style, "-t", "int", "-s", "0")
+            self._set(backdrop + "rgba1", *typed)
 
     def _set(self, name, *typed):
         self.ask("xfconf-query", "-c", "xfce4-desktop", "-p", name, "-n", *typed)
@@ -87,6 +81,29 @@ class Xfce(X11Row):
 class XfceComposited(Xfce):
     name = "xfwm4-xfdesktop-composited"
     manager = ("xfwm4", "--replace", "--compositor=on")
+
+
+SIDE_BY_SIDE = """
+output HEADLESS-1 resolution 1280x720 position 0 0
+output HEADLESS-2 resolution 1280x720 position 1280 0
+"""
+
+
+class XfceOnTwoScreens(XfceComposited, SwaySession):
+    """Its server is an Xwayland that is the whole of a headless sway: it has an output for each of
+    sway's."""
+
+    name = "xfwm4-xfdesktop-two-screens"
+    needs = tuple(name for name in XfceComposited.needs if name != "Xvfb") + ("sway", "Xwayland")
+    monitors = ("XWAYLAND0", "XWAYLAND1")
+    lacks = {}
+
+    def _start_server(self):
+        self._start_sway("headless", SIDE_BY_SIDE, len(self.monitors))
+        self.start_display("Xwayland", "-displayfd", "1", "-noreset", "-shm")
+        # The program is not to know of it.
+        for name in ("WAYLAND_DISPLAY", "SWAYSOCK"):
+            del self.environment[name]
 
 
 class Openbox(X11Row):
@@ -182,12 +199,7 @@ class I3(X11Row):
         """A click on the root window makes i3 turn to the workspace there."""
         self.message("focus", "output", "DP-2")
         self.click(screen, x, y)
-        limit = time.monotonic() + 3
-        while self._focused_output() != screen.name:
-            if time.monotonic() > limit:
-                return False
-            time.sleep(0.05)
-        return True
+        return happens(lambda: self._focused_output() == screen.name)
 
     def _focused_output(self):
         told = json.loads(self.message("-t", "get_workspaces"))
@@ -240,19 +252,53 @@ class MarcoComposited(Marco):
     manager = ("marco", "--sm-disable", "--replace", "--composite")
 
 
+NEVER_DONE = "without its shell Muffin begins to switch workspaces, and never ends it"
+
+
 class Muffin(X11Row):
-    name = "muffin"
-    needs = X11Row.needs + ("muffin", "dbus-daemon")
+    """Alone, without the shell of Cinnamon around it, but with the desktop of its file manager."""
+
+    name = "muffin-nemo"
+    needs = X11Row.needs + ("muffin", "nemo-desktop", "dbus-daemon")
     manager = ("muffin", "--replace", "--sm-disable")
-    lacks = {"restart_shell": ROOT_PICTURE}
+    lacks = {"show_workspace": NEVER_DONE, "one_workspace_only": NEVER_DONE}
 
     def begin(self):
         self.start_bus()
         self.start_manager(*self.manager)
+        self.start_desktop()
+
+    def start_desktop(self):
+        self.shell = self.start("nemo-desktop")
+        eventually("nemo-desktop stands", self._stands)
+
+    def _stands(self):
+        return "nemo-desktop" in self.tree()
+
+    def restart_shell(self):
+        self.shell.end()
+        self.start_desktop()
+
+
+class KWin(DesktopWindow, X11Row):
+    """Which paints neither the root window's picture nor anything of its own below windows."""
+
+    name = "kwin-x11"
+    needs = X11Row.needs + ("kwin_x11", "dbus-daemon")
+    manager = ("kwin_x11", "--replace", "--no-kactivities")
+    lacks = {"show_desktop": "KWin puts the board aside with the windows"}
+    own_checks = (comes_back_after_the_desktop_was_shown,)
+
+    def begin(self):
+        self.start_bus()
+        self.environment["LIBGL_ALWAYS_SOFTWARE"] = "1"
+        self.start_manager(*self.manager)
+        self.ask("xdotool", "set_num_desktops", "3")
+        self.begin_desktop()
 
 
 if __name__ == "__main__":
     run_named(
-        *(Alone, Xfce, XfceComposited, Openbox, OpenboxPicom, OpenboxPcmanfm),
-        *(I3, Marco, MarcoComposited, Muffin),
+        *(Alone, Xfce, XfceComposited, XfceOnTwoScreens, Openbox, OpenboxPicom, OpenboxPcmanfm),
+        *(I3, KWin, Marco, MarcoComposited, Muffin),
     )
