@@ -74,16 +74,20 @@ class DesktopSession:
         self.folder = tempfile.mkdtemp(prefix="orvane-desktop-")
         self._running = []
         self._count = 0
-        # Display servers refuse to run as root, and so should the program be tried.
-        self._as_user = []
+        # Whoever ends the test by force ends with it what the test started, as far as the system
+        # sees to that.
+        self._as_user = ["setpriv", "--pdeathsig", "KILL"]
         self._owner = None
         if os.geteuid() == 0:
             nobody = pwd.getpwnam("nobody")
             self._owner = (nobody.pw_uid, nobody.pw_gid)
             os.chown(self.folder, *self._owner)
-            self._as_user = ["setpriv", "--reuid", str(nobody.pw_uid), "--regid", str(nobody.pw_gid)]
-            self._as_user.append("--clear-groups")
+            # Display servers refuse to run as root, and so should the program be tried.
+            self._as_user += ["--reuid", str(nobody.pw_uid), "--regid", str(nobody.pw_gid)]
+            self._as_user += ["--clear-groups"]
         self.environment = self._plain_environment()
+        # Asked to end, the test goes the way out of its `with`, too.
+        signal.signal(signal.SIGTERM, lambda *_: sys.exit(128 + signal.SIGTERM))
 
     def _plain_environment(self):
         kept = {key: os.environ[key] for key in ("PATH", "LANG") if key in os.environ}
@@ -189,7 +193,7 @@ class DesktopSession:
 
     def within_reach(self, path):
         """The program itself, or where only root can get at it, a copy for the unprivileged user."""
-        if not self._as_user or not os.path.isabs(path) or self._can_run(path):
+        if not self._owner or not os.path.isabs(path) or self._can_run(path):
             return path
         folder = self.path("programs")
         os.makedirs(folder, exist_ok=True)

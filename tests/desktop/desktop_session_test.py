@@ -2,10 +2,28 @@
 
 import os
 import shutil
+import signal
+import subprocess
+import sys
 import tempfile
 import unittest
 
-from desktop_session import DesktopSession, run_tests
+from desktop_session import DesktopSession, eventually, run_tests
+
+SESSION_THAT_WAITS = """
+from desktop_session import DesktopSession
+with DesktopSession() as session:
+    print(session.folder, session.start("sleep", "1000").process.pid, flush=True)
+    input()
+"""
+
+
+def is_alive(number):
+    try:
+        with open("/proc/%s/stat" % number, encoding="ascii") as file:
+            return file.read().rpartition(")")[2].split()[0] != "Z"
+    except FileNotFoundError:
+        return False
 
 
 class Session(unittest.TestCase):
@@ -31,6 +49,30 @@ class Session(unittest.TestCase):
             self.assertEqual(running.process.wait(timeout=20), 0, running.output)
             self.assertEqual(running.output, "/bin/sh\n")
             self.assertFalse(os.path.exists(session.path("programs")))
+
+    def leaves_nothing_when_it_is_asked_to_end(self):
+        folder = self.end_one_that_waits(signal.SIGTERM)
+        self.assertFalse(os.path.exists(folder))
+
+    def leaves_no_process_when_it_is_killed(self):
+        folder = self.end_one_that_waits(signal.SIGKILL)
+        self.addCleanup(shutil.rmtree, folder)
+
+    def end_one_that_waits(self, how):
+        test = subprocess.Popen(
+            [sys.executable, "-B", "-c", SESSION_THAT_WAITS],
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            env={**os.environ, "PYTHONPATH": os.path.dirname(os.path.abspath(__file__))},
+            text=True,
+        )
+        with test:
+            folder, started = test.stdout.readline().split()
+            self.assertTrue(is_alive(started))
+            test.send_signal(how)
+            test.wait(timeout=20)
+        eventually("what it started is gone", lambda: not is_alive(started))
+        return folder
 
 
 if __name__ == "__main__":

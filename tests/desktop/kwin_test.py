@@ -4,10 +4,10 @@ the blur behind glass; and the program on outputs that change."""
 import re
 import unittest
 
+from agenda import set_defaults
 from desktop_session import eventually, program, run_tests
 from kwin_session import BACKGROUND, KWinSession
 from sway_probe_test import DIGITS, PANEL, PANEL_BOX, shown_time
-from sway_program_test import set_defaults
 
 SIZE = (1920, 1080)
 SCALES = (1, 1.25, 1.5, 2)

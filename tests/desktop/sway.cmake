@@ -88,7 +88,8 @@ sway_test(picture_test.py Pictures are_read_from_a_file are_read_from_rows_with_
           are_kept_as_png count_a_color_within_a_rectangle
           tell_where_they_differ)
 sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_can_reach
-          starts_reachable_programs_where_they_are)
+          starts_reachable_programs_where_they_are leaves_nothing_when_it_is_asked_to_end
+          leaves_no_process_when_it_is_killed)
 
 sway_test(sway_tray_test.py Tray opens_its_menu_whose_entries_do_what_they_say
           shows_the_item_until_the_program_ends

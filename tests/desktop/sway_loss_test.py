@@ -5,8 +5,9 @@ import signal
 import time
 import unittest
 
+from agenda import add_calendar, set_defaults
 from desktop_session import eventually, program, run_tests
-from sway_program_test import ON_THE_BOARD, add_calendar, is_bare, set_defaults, wait_for_board
+from sway_program_test import ON_THE_BOARD, is_bare, wait_for_board
 from sway_session import BACKGROUND, SwaySession
 from sway_soak_test import complaints, held_mb, sanitizer_options
 

@@ -1,52 +1,19 @@
 """The program itself under a real sway, with calendars of its user."""
 
-import json
 import os
 import statistics
 import time
 import unittest
 
+from agenda import add_calendar, screen_number, set_defaults
 from desktop_session import eventually, program, run_tests
 from protocol_trace import ProtocolTrace
 from sway_session import BACKGROUND, WINDOW, SwayInWindows, SwaySession
 
 NAME_SPACE = "org.orvane.Orvane"
-CALENDARS = (".local", "share", "orvane", "calendars")
 # Inside the left column's upper card, at 1280 × 720 points.
 ON_THE_BOARD = (150, 100)
 BESIDE_THE_BOARD = (1150, 650)
-
-
-def calendar(*items):
-    lines = ["BEGIN:VCALENDAR", "VERSION:2.0", "PRODID:-//Example//Planner//EN", *items, "END:VCALENDAR", ""]
-    return "\r\n".join(lines)
-
-
-def event(title, starts_in, hours=1):
-    start = time.strftime("%Y%m%dT%H%M%SZ", time.gmtime(time.time() + starts_in))
-    return "\r\n".join(
-        ["BEGIN:VEVENT", "UID:%s@example.org" % title, "DTSTAMP:20260101T000000Z", "SUMMARY:" + title]
-        + ["DTSTART:" + start, "DURATION:PT%dH" % hours, "END:VEVENT"]
-    )
-
-
-def add_calendar(session, name="work"):
-    """With an event to count down to, so that the board ticks."""
-    text = calendar(event("Review", starts_in=3 * 3600))
-    session.write(text, *CALENDARS, name, "events.ics")
-
-
-def set_defaults(session, **values):
-    named = {"DashboardSettings.%s" % key: value for key, value in values.items()}
-    session.write(json.dumps(named), ".config", "orvane", "defaults.json")
-
-
-def screen_number(connector, make="headless", model="headless"):
-    """The hash that the program documents: FNV-1a of the three texts, 31 bits of it."""
-    value = 2166136261
-    for byte in b"".join(text.encode() + b"\0" for text in (connector, make, model)):
-        value = (value ^ byte) * 16777619 % 2**32
-    return max(value & 0x7FFFFFFF, 1)
 
 
 def wait_for_board(session, output, scale=1):
@@ -117,7 +84,7 @@ class Program(unittest.TestCase):
 
     def stands_on_the_selected_screen(self):
         with SwaySession() as sway:
-            number = str(screen_number("HEADLESS-2"))
+            number = str(screen_number("HEADLESS-2", "headless", "headless"))
             set_defaults(sway, displayMode="selected", selectedDisplayID=number)
             begin(sway)
             wait_for_board(sway, "HEADLESS-2", 1.5)

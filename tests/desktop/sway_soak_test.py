@@ -7,8 +7,9 @@ import statistics
 import time
 import unittest
 
+from agenda import CALENDARS, add_calendar, calendar, event, set_defaults
 from desktop_session import eventually, program, run_tests
-from sway_program_test import CALENDARS, ON_THE_BOARD, add_calendar, calendar, event, set_defaults
+from sway_program_test import ON_THE_BOARD
 from sway_session import SwayInWindows, SwaySession
 
 SECONDS = float(os.environ.get("ORVANE_SOAK_SECONDS", "10"))

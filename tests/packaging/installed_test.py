@@ -8,7 +8,7 @@ import unittest
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "desktop"))
 
 from desktop_session import eventually, program, run_tests  # noqa: E402
-from sway_program_test import add_calendar  # noqa: E402
+from agenda import add_calendar  # noqa: E402
 from sway_session import SwaySession  # noqa: E402
 
 NOTHING = (0, 0, 0)

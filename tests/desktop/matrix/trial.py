@@ -142,11 +142,11 @@ class Trial:
     # ---- Places
 
     def on_the_board(self, screen):
-        """A place of a card, to the right of where desktops put their icons: one that is clicked
+        """A place of a card, away from edges where desktops put their icons: one that is clicked
         looks otherwise ever after."""
         points = self.points[screen.name]
         left, top = points[0]
-        near = (left + round(250 * screen.scale), top + round(40 * screen.scale))
+        near = (left + round(250 * screen.scale), top + round(125 * screen.scale))
         return min(points, key=lambda it: abs(it[0] - near[0]) + abs(it[1] - near[1]))
 
     def beside_the_board(self, screen):
