@@ -15,7 +15,7 @@ import unittest
 BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
 
 # What a program looks for beside itself.
-COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so"]}
+COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so", "orvane-settings"]}
 
 
 def eventually(what, condition, seconds=20):

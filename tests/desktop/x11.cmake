@@ -42,3 +42,26 @@ xfce_test(Instance is_one_and_activated_by_a_second_start)
 xfce_test(Actions do_what_they_are_called)
 xfce_test(Icons are_hidden_while_focus_mode_is_on keep_the_style_of_the_user)
 xfce_test(StatusItem opens_its_menu comes_back_with_the_panel asks_nobody_while_nobody_watches)
+
+# settings_program_test(CLASS test …): the program of the settings window beside the board's.
+function(settings_program_test class)
+  foreach(test ${ARGN})
+    set(name "settings_program.${class}.${test}")
+    add_test(NAME "${name}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/settings_program_test.py"
+                     "${class}.${test}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 300 LABELS desktop ENVIRONMENT
+                         "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+  endforeach()
+endfunction()
+
+if(TARGET orvane-settings)
+  settings_program_test(Window comes_and_goes_without_the_board killed_it_is_opened_anew
+                        stopped_it_holds_up_nobody opened_edited_and_closed_a_hundred_times)
+  # Only the program as it is meant to be is quick; and what measures time runs alone.
+  if(NOT ORVANE_SANITIZE)
+    settings_program_test(Speed is_there_soon_and_again_at_once)
+    set_tests_properties("settings_program.Speed.is_there_soon_and_again_at_once"
+                         PROPERTIES RUN_SERIAL TRUE)
+  endif()
+endif()
