@@ -8,7 +8,8 @@
 namespace orvane::host {
 namespace {
 
-constexpr std::size_t mostThreads = 4;
+// As many calendars of a server that hangs may be waited for before others have to wait for those.
+constexpr std::size_t mostThreads = 64;
 constexpr std::chrono::milliseconds farewell{500};
 
 }  // namespace

@@ -19,7 +19,7 @@ class CallThreads : public std::enable_shared_from_this<CallThreads> {
   // The actor must live until close().
   explicit CallThreads(MainActor& actor) : actor_(&actor) {}
 
-  // Any thread. At most a few at once; the others wait.
+  // Any thread. So many at once that one seldom waits for another.
   void run(std::function<void()> call);
   // Any thread: a turn of the main thread, unless it was closed meanwhile.
   void post(std::function<void()> work);

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -10,6 +11,9 @@
 
 namespace orvane::host {
 namespace {
+
+// Loading takes a processor's time, which belongs to the first frame first.
+constexpr std::chrono::milliseconds afterTheFirstFrame{200};
 
 // Blocks. Null: there is no module, it is another build's, or the service's library is not
 // installed. What was loaded stays, since the library's types cannot be taken back.
@@ -34,6 +38,7 @@ class EvolutionAccounts final : public Accounts {
 
   void stop() override {
     absence_.cancel();
+    pause_.cancel();
     watch_.reset();
     alive_.reset();
   }
@@ -44,6 +49,10 @@ class EvolutionAccounts final : public Accounts {
     if (service_ || isLoading_) return;
     if (!isThere) return found_(nullptr);
     isLoading_ = true;
+    pause_ = actor_.after(afterTheFirstFrame, [this] { load(); });
+  }
+
+  void load() {
     const std::weak_ptr<int> alive = alive_;
     actor_.runOnWorker([this, alive, path = options_.modulePath, &actor = actor_] {
       auto* const entry = loadModule(path);
@@ -64,6 +73,7 @@ class EvolutionAccounts final : public Accounts {
   std::function<void(AccountService*)> found_;
   std::optional<ServiceWatch> watch_;
   Subscription absence_;
+  Subscription pause_;
   bool isLoading_ = false;
   std::unique_ptr<AccountService> service_;
   // Main thread: gone once it was stopped.
