@@ -118,7 +118,11 @@ std::optional<std::string> scriptWith(const char* function, const char* call,
 
 }  // namespace
 
-std::string plasmaCaptureScript() { return std::string(kFolders) + kCapture + "capture();\n"; }
+std::string plasmaCaptureScript() {
+  std::string script = kFolders;
+  script += kCapture;
+  return script += "capture();\n";
+}
 
 std::optional<IconState> plasmaState(const std::string& printed) {
   const auto desktops = parsed(printed);
