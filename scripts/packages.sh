@@ -7,7 +7,7 @@ packages_build=(
   nlohmann-json3-dev
   libwayland-dev wayland-protocols
   libxcb1-dev libxcb-randr0-dev libxcb-xfixes0-dev libxcb-shm0-dev
-  libxcb-render0-dev libgtkmm-4.0-dev
+  libxcb-screensaver0-dev libxcb-render0-dev libgtkmm-4.0-dev
   tzdata fontconfig fonts-inter fonts-noto-color-emoji
 )
 

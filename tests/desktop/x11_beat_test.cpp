@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <memory>
 
 #include "x11_probe_board.h"
 #include "x11_program.h"
@@ -81,6 +82,80 @@ TEST_P(BeatOnXfce, SecondsNeitherSkipNorRepeat) {
     EXPECT_EQ(*next, (last + 1) % 100000);
     last = *next;
   }
+}
+
+// What the desktop tells of a board that cannot be seen.
+class BeatOutOfSight : public BeatOnXfce {
+ protected:
+  void SetUp() override {
+    const auto boards = Probe::waitForBoards(observer_, 1);
+    ASSERT_EQ(boards.size(), 1U);
+    ASSERT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+    watch_ = std::make_unique<DamageWatch>(session_.display(), boards[0].id);
+  }
+  xcb_window_t fillScreen() {
+    const auto window = observer_.openWindow({300, 200, 300, 200}, green);
+    EXPECT_TRUE(eventually([&] { return observer_.grab().at(400, 300) == green; }));
+    observer_.setFullScreen(window, true);
+    return window;
+  }
+  // How often the board is painted in so many seconds from now.
+  std::size_t paintingsWithin(double seconds) {
+    const auto before = watch_->until(wallClock()).size();
+    return watch_->until(wallClock() + seconds).size() - before;
+  }
+  bool comesToRest() {
+    return eventually([&] { return paintingsWithin(2.2) == 0; });
+  }
+  // Within so much of a second, though a beat may be further away.
+  void expectPaintedAtOnce() {
+    const auto before = watch_->until(wallClock()).size();
+    const double asked = wallClock();
+    EXPECT_TRUE(eventually([&] { return watch_->until(wallClock() + 0.01).size() > before; }));
+    const auto paintings = watch_->until(wallClock());
+    ASSERT_GT(paintings.size(), before);
+    EXPECT_LT(paintings[before].seconds - asked, 0.5);
+    EXPECT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  }
+
+  static constexpr std::uint32_t green = 0x208040;
+  Probe probe_{session_};
+  std::unique_ptr<DamageWatch> watch_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Compositing, BeatOutOfSight, testing::Bool(), compositingName);
+
+TEST_P(BeatOutOfSight, IsNoneBehindAWindowThatFillsTheScreen) {
+  const auto window = fillScreen();
+  ASSERT_TRUE(eventually([&] { return observer_.grab().at(150, 130) == green; }));
+  EXPECT_TRUE(comesToRest());
+  observer_.setFullScreen(window, false);
+  expectPaintedAtOnce();
+  observer_.setFullScreen(window, true);
+  EXPECT_TRUE(comesToRest());
+  observer_.closeWindow(window);
+  expectPaintedAtOnce();
+  EXPECT_EQ(probe_.process().output(), "");
+}
+
+// Where nobody composes, nothing shines through.
+class BeatBehindGlass : public BeatOutOfSight {};
+
+INSTANTIATE_TEST_SUITE_P(Compositing, BeatBehindGlass, testing::Values(true), compositingName);
+
+TEST_P(BeatBehindGlass, GoesOnWhereItShinesThrough) {
+  const auto window = observer_.openWindow({300, 200, 300, 200}, green);
+  observer_.makeTranslucent(window);
+  observer_.setFullScreen(window, true);
+  EXPECT_TRUE(eventually([&] { return observer_.grab().at(1500, 800) != before_.at(1500, 800); }));
+  EXPECT_FALSE(eventually([&] { return paintingsWithin(2.2) == 0; }, Milliseconds(5000)));
+}
+
+TEST_P(BeatOutOfSight, IsNoneWhileTheScreenIsBlank) {
+  ASSERT_EQ(session_.start({"xset", "s", "activate"})->waitForEnd(), 0);
+  EXPECT_TRUE(comesToRest());
+  ASSERT_EQ(session_.start({"xset", "s", "reset"})->waitForEnd(), 0);
+  expectPaintedAtOnce();
 }
 
 // How many digits of hours, minutes and seconds differ between two lengths of time.

@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -199,13 +200,31 @@ void Observer::showWorkspace(std::uint32_t number) const {
 
 void Observer::showDesktop() const { tellManager("_NET_SHOWING_DESKTOP", 1); }
 
+void Observer::setFullScreen(xcb_window_t window, bool isFull) const {
+  constexpr std::uint32_t fromApplication = 1;
+  tellManager(window, "_NET_WM_STATE",
+              {isFull ? 1U : 0U, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromApplication, 0});
+}
+
+void Observer::makeTranslucent(xcb_window_t window) const {
+  constexpr std::uint32_t half = 0x80000000U;
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom("_NET_WM_WINDOW_OPACITY"),
+                      XCB_ATOM_CARDINAL, 32, 1, &half);
+  sync();
+}
+
 void Observer::tellManager(const std::string& message, std::uint32_t value) const {
+  tellManager(root(), message, {value, 0, 0, 0, 0});
+}
+
+void Observer::tellManager(xcb_window_t about, const std::string& message,
+                           const std::array<std::uint32_t, 5>& values) const {
   xcb_client_message_event_t event{};
   event.response_type = XCB_CLIENT_MESSAGE;
   event.format = 32;
-  event.window = root();
+  event.window = about;
   event.type = atom(message);
-  event.data.data32[0] = value;
+  std::copy(values.begin(), values.end(), event.data.data32);
   xcb_send_event(connection_, 0, root(),
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&event));

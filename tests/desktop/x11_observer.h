@@ -3,6 +3,7 @@
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -73,6 +74,10 @@ class Observer {
   // An ordinary window of one colour, managed like any other; gone with the observer.
   xcb_window_t openWindow(const PixelRect& where, std::uint32_t colour) const;
   void closeWindow(xcb_window_t window) const;
+  // As a user has a window fill the screen, or no longer.
+  void setFullScreen(xcb_window_t window, bool isFull) const;
+  // As compositing managers are told to let something shine through a window.
+  void makeTranslucent(xcb_window_t window) const;
   void showWorkspace(std::uint32_t number) const;
   void showDesktop() const;  // in place of the ordinary windows
   // Sets a picture of one colour on the root, as programs that set wallpapers do.
@@ -85,6 +90,8 @@ class Observer {
   void visit(xcb_window_t window, xcb_window_t topLevel, PixelPoint at,
              std::vector<SeenWindow>& seen) const;
   void tellManager(const std::string& message, std::uint32_t value) const;
+  void tellManager(xcb_window_t about, const std::string& message,
+                   const std::array<std::uint32_t, 5>& values) const;
   [[nodiscard]] std::string text(xcb_window_t window, xcb_atom_t property) const;
 
   xcb_connection_t* connection_;

@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 #include <xcb/randr.h>
+#include <xcb/screensaver.h>
 #include <xcb/shm.h>
 #include <xcb/xfixes.h>
 
@@ -97,6 +98,7 @@ std::string Connection::learnExtensions() {
   xcb_prefetch_extension_data(handle_, &xcb_xfixes_id);
   xcb_prefetch_extension_data(handle_, &xcb_randr_id);
   xcb_prefetch_extension_data(handle_, &xcb_shm_id);
+  xcb_prefetch_extension_data(handle_, &xcb_screensaver_id);
   // Asked for now, so that nobody waits for it later.
   xcb_prefetch_maximum_request_length(handle_);
   if (!isPresent(handle_, &xcb_xfixes_id)) {

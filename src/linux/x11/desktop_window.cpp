@@ -31,6 +31,8 @@ DesktopWindow::DesktopWindow(const Surroundings& around, Rect contentRect)
   desktopChanges_ = around_.desktop.changed().subscribe([this] { desktopChanged(); });
   stackChanges_ = around_.stack.changed().subscribe([this] { stackChanged(); });
   pictureChanges_ = around_.rootPicture.changed().subscribe([this] { pictureChanged(); });
+  blankingChanges_ = around_.blanking.changed().subscribe([this] { sightChanged(); });
+  fullScreenChanges_ = around_.fullScreen.changed().subscribe([this] { sightChanged(); });
 }
 
 void DesktopWindow::setFrame(Rect frame, bool) {
@@ -196,10 +198,19 @@ Date DesktopWindow::currentInstant() const {
 }
 
 bool DesktopWindow::isInSight() const {
-  if (!isOrderedIn_ || !scene_) return false;
+  if (!isOrderedIn_ || !scene_ || around_.blanking.isBlank()) return false;
   // A window that has nothing to draw is not on the server, but what it shows may begin to be.
   const bool isAbsentByChoice = !board_ || !board_->isWanted();
-  return isAbsentByChoice || (isMapped_ && !isObscured_);
+  return isAbsentByChoice || (isMapped_ && !isObscured_ && !isBehindFullScreen());
+}
+
+bool DesktopWindow::isBehindFullScreen() const {
+  return isDesktopLevel(properties.level) && around_.fullScreen.covers(board_->area());
+}
+
+void DesktopWindow::sightChanged() {
+  if (isInSight() && !beat_) render(currentInstant());
+  followSight();
 }
 
 void DesktopWindow::followSight() {
@@ -226,10 +237,6 @@ void DesktopWindow::contentWillChange() {
 
 void DesktopWindow::handle(const xcb_generic_event_t& event) {
   if (!board_) return;
-  const auto came = [&] {
-    if (isInSight() && !beat_) render(currentInstant());
-    followSight();
-  };
   switch (typeOf(event)) {
     case XCB_EXPOSE:
       if (as<xcb_expose_event_t>(event).window == board_->id()) {
@@ -240,7 +247,7 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
       const auto& seen = as<xcb_visibility_notify_event_t>(event);
       if (seen.window != board_->id()) break;
       isObscured_ = seen.state == XCB_VISIBILITY_FULLY_OBSCURED;
-      came();
+      sightChanged();
       break;
     }
     case XCB_MAP_NOTIFY:
@@ -249,7 +256,7 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
       // xfwm4 takes a window's input shape over to its frame only when it changes while the window
       // is managed, which it is now.
       board_->setPassesClicks(properties.ignoresMouseEvents);
-      came();
+      sightChanged();
       break;
     case XCB_UNMAP_NOTIFY:
       if (as<xcb_unmap_notify_event_t>(event).window != board_->id()) break;

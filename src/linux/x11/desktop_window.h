@@ -7,7 +7,9 @@
 #include "linux/x11/canvas.h"
 #include "linux/x11/client_stack.h"
 #include "linux/x11/desktop_watch.h"
+#include "linux/x11/full_screen_watch.h"
 #include "linux/x11/root_picture.h"
+#include "linux/x11/screen_blanking.h"
 #include "linux/x11/screen_list.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
@@ -27,6 +29,8 @@ struct Surroundings {
   ClientStack& stack;
   DesktopWatch& desktop;
   RootPicture& rootPicture;
+  ScreenBlanking& blanking;
+  FullScreenWatch& fullScreen;
 };
 
 // A window as the logic knows it. To the logic it covers its screen; on the server it is no larger
@@ -61,6 +65,9 @@ class DesktopWindow final : public NSWindow {
   // Begins or ends the beat as the window comes into sight or is lost from it.
   void followSight();
   [[nodiscard]] bool isInSight() const;
+  [[nodiscard]] bool isBehindFullScreen() const;
+  // Draws at once what was out of sight until now.
+  void sightChanged();
   void contentWillChange();
 
   void handle(const xcb_generic_event_t& event);
@@ -98,6 +105,8 @@ class DesktopWindow final : public NSWindow {
   Subscription desktopChanges_;
   Subscription stackChanges_;
   Subscription pictureChanges_;
+  Subscription blankingChanges_;
+  Subscription fullScreenChanges_;
 };
 
 }  // namespace orvane::host::x11

@@ -31,6 +31,8 @@ class Desktop final : public WindowServer {
         stack_(*connection_, around.mainActor),
         desktop_(*connection_, around.mainActor, stack_),
         rootPicture_(*connection_, around.mainActor),
+        blanking_(*connection_),
+        fullScreen_(*connection_, around.mainActor),
         source_(*connection_, [this] { lost(); }) {}
 
   [[nodiscard]] std::vector<NSScreen> screens() const override { return screens_.screens(); }
@@ -41,7 +43,8 @@ class Desktop final : public WindowServer {
                                                      bool) override {
     const Surroundings surroundings{*connection_,     around_.mainActor, around_.schedule,
                                     around_.measurer, around_.painter,   screens_,
-                                    stack_,           desktop_,          rootPicture_};
+                                    stack_,           desktop_,          rootPicture_,
+                                    blanking_,        fullScreen_};
     return std::make_shared<DesktopWindow>(surroundings, contentRect);
   }
   [[nodiscard]] std::int32_t windowLevelForKey(CGWindowLevelKey key) const override {
@@ -62,6 +65,8 @@ class Desktop final : public WindowServer {
   ClientStack stack_;
   DesktopWatch desktop_;
   RootPicture rootPicture_;
+  ScreenBlanking blanking_;
+  FullScreenWatch fullScreen_;
   EventSource source_;
 };
 
