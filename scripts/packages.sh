@@ -17,7 +17,7 @@ packages_headless=(xvfb xfwm4 hsetroot x11-utils imagemagick)
 packages_test=(
   libgtest-dev libgmock-dev libclang-rt-14-dev clang clang-format clang-tidy
   fonts-dejavu-core fonts-noto-core fonts-noto-cjk locales
-  dbus dbus-x11 sway grim swaybg mutter xwayland
+  dbus dbus-x11 sway swaylock wtype grim swaybg mutter xwayland
   xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
   libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
   gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf

@@ -64,6 +64,12 @@ sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second are_slept_through
           change_a_few_thousand_pixels show_a_new_calendar_within_two)
 
+set(script sway_sight_test.py)
+sway_test(${script} OutOfSight behind_a_window_that_fills_the_output
+          behind_the_lock_screen)
+sway_test(${script} Modes that_stand_upright of_one_pixel of_sixteen_thousand_pixels)
+sway_test(${script} Scales between_one_and_two_are_drawn_as_two)
+
 # Short in an ordinary build; under the sanitizers it is what the whole program is tried by.
 sway_test(sway_soak_test.py Soak changes_for_long_leave_the_board_and_the_memory_as_they_were)
 set(soak_seconds 10)

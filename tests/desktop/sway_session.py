@@ -114,6 +114,11 @@ class SwaySession(DesktopSession):
     def picture(self, output="HEADLESS-1"):
         return Picture.from_ppm(self.ask("grim", "-t", "ppm", "-o", output, "-"))
 
+    def part(self, x, y, width, height):
+        """Of the layout of all outputs."""
+        place = "%d,%d %dx%d" % (x, y, width, height)
+        return Picture.from_ppm(self.ask("grim", "-t", "ppm", "-g", place, "-"))
+
     def background(self, output="HEADLESS-1", color=BACKGROUND):
         """A neighbour that fills the output below the board and tells what clicks it gets."""
         return self._neighbour("background", output, color)

@@ -11,9 +11,8 @@ from sway_session import SwaySession
 
 class Sway(Layers, SwaySession, Row):
     name = "sway"
-    needs = ("sway", "swaymsg", "grim")
+    needs = ("sway", "swaymsg", "grim", "wtype")
     lacks = {
-        "press_key": "a headless sway has no keyboard",
         "show_desktop": "sway does not put windows aside",
         "one_workspace_only": "what lies on a layer is on every workspace",
     }
@@ -37,6 +36,9 @@ class Sway(Layers, SwaySession, Row):
     def open_window(self, title, screen):
         self.message("focus", "output", screen.name)
         return self.window(title)
+
+    def press_key(self):
+        self.ask("wtype", "a")
 
     def click(self, screen, x, y):
         left, top = self.places[screen.name]
