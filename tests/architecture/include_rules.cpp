@@ -180,13 +180,20 @@ bool allowedInLogic(std::string_view path, const Include& include) {
   return found != arrows().end() && found->second.contains(target);
 }
 
+// What the adapters have in common.
+const Folders& sharedAdapters() {
+  static const Folders folders = {"linux/accounts", "linux/files", "linux/gio", "linux/process",
+                                  "linux/xcb"};
+  return folders;
+}
+
 bool allowedInAdapter(std::string_view path, const Include& include) {
   if (!include.quoted) return true;
   const std::string target = firstPart(include.name);
   if (target != "linux") return target == "foundation" || target == "platform" || target == "view";
   const std::string_view adapter = adapterOf(include.name);
-  return adapter == adapterOf(path) || isSharedWire(path, adapter) || adapter == "linux/gio" ||
-         adapter == "linux/files" || adapter == "linux/xcb" || adapter == "linux/accounts";
+  return adapter == adapterOf(path) || isSharedWire(path, adapter) ||
+         sharedAdapters().contains(adapter);
 }
 
 bool namesAnAdaptedLibrary(const std::string& line) {

@@ -2,10 +2,7 @@
 
 #include <fcntl.h>
 #include <glib.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,42 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "linux/process/helper_program.h"
 #include "linux/settingswindow/wire/messages.h"
 
 namespace orvane::host {
 namespace {
-
-struct FileActions {
-  FileActions() { posix_spawn_file_actions_init(&actions); }
-  FileActions(const FileActions&) = delete;
-  ~FileActions() { posix_spawn_file_actions_destroy(&actions); }
-  posix_spawn_file_actions_t actions{};
-};
-
-struct Attributes {
-  Attributes() { posix_spawnattr_init(&attributes); }
-  Attributes(const Attributes&) = delete;
-  ~Attributes() { posix_spawnattr_destroy(&attributes); }
-  posix_spawnattr_t attributes{};
-};
-
-// Nothing of our signal handling may reach the program: no mask, no ignored SIGPIPE.
-void resetSignals(posix_spawnattr_t& attributes) {
-  sigset_t none, all;
-  sigemptyset(&none);
-  sigfillset(&all);
-  posix_spawnattr_setsigmask(&attributes, &none);
-  posix_spawnattr_setsigdefault(&attributes, &all);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-}
-
-void arrangeFiles(posix_spawn_file_actions_t& actions, int socket) {
-  posix_spawn_file_actions_adddup2(&actions, socket, formwire::kSocket);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
-  // Libraries may hold files that are not closed on exec.
-  posix_spawn_file_actions_addclosefrom_np(&actions, formwire::kSocket + 1);
-}
 
 // Tokens in our environment are from the board's own start, which was long ago.
 bool isStartupToken(std::string_view variable) {
@@ -57,25 +23,12 @@ bool isStartupToken(std::string_view variable) {
          variable.starts_with("DESKTOP_STARTUP_ID=");
 }
 
-std::vector<char*> environmentForWindows() {
-  std::vector<char*> variables;
+std::vector<std::string> environmentForWindows() {
+  std::vector<std::string> variables;
   for (char** variable = environ; variable && *variable; ++variable) {
-    if (!isStartupToken(*variable)) variables.push_back(*variable);
+    if (!isStartupToken(*variable)) variables.emplace_back(*variable);
   }
-  variables.push_back(nullptr);
   return variables;
-}
-
-// Answers an error as errno tells it, or 0.
-int spawn(const std::string& path, int socket, pid_t& process) {
-  FileActions files;
-  arrangeFiles(files.actions, socket);
-  Attributes attributes;
-  resetSignals(attributes.attributes);
-  std::string name = path;
-  std::array<char*, 2> arguments{name.data(), nullptr};
-  return posix_spawn(&process, path.c_str(), &files.actions, &attributes.attributes,
-                     arguments.data(), environmentForWindows().data());
 }
 
 }  // namespace
@@ -94,9 +47,7 @@ WindowProgram::WindowProgram(pid_t process, Ended ended)
 
 WindowProgram::~WindowProgram() {
   if (watch_ != 0) g_source_remove(watch_);
-  if (process_ == 0) return;
-  kill(process_, SIGKILL);
-  while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
+  if (process_ != 0) endHelper(process_);
 }
 
 StartedProgram startWindowProgram(const std::string& path, WindowProgram::Ended ended) {
@@ -107,9 +58,11 @@ StartedProgram startWindowProgram(const std::string& path, WindowProgram::Ended 
   FileDescriptor ours(ends[0]);
   const FileDescriptor theirs(ends[1]);
   fcntl(ours.get(), F_SETFL, fcntl(ours.get(), F_GETFL) | O_NONBLOCK);
-  pid_t process = 0;
-  if (const int error = spawn(path, theirs.get(), process)) return {nullptr, {}, error};
-  return {std::make_unique<WindowProgram>(process, std::move(ended)), std::move(ours), 0};
+  static_assert(formwire::kSocket == STDERR_FILENO + 1);
+  const auto started = startHelper(
+      {path, {-1, STDERR_FILENO, STDERR_FILENO, theirs.get()}, environmentForWindows()});
+  if (started.error != 0) return {nullptr, {}, started.error};
+  return {std::make_unique<WindowProgram>(started.process, std::move(ended)), std::move(ours), 0};
 }
 
 }  // namespace orvane::host
