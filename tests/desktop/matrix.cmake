@@ -20,7 +20,7 @@ if(ORVANE_X11)
   matrix_row(xfwm4-xfdesktop x11_rows.py desktop)
   matrix_row(xfwm4-xfdesktop-composited x11_rows.py desktop)
   foreach(row xfwm4-xfdesktop-two-screens openbox openbox-picom openbox-pcmanfm i3 marco-caja
-          marco-caja-composited muffin-nemo kwin-x11)
+          marco-caja-composited muffin-nemo kwin-x11 managers-replaced)
     matrix_row(${row} x11_rows.py)
   endforeach()
   foreach(test is_asked_for_as_long_as_it_is_offered is_not_asked_for_where_there_is_no_glass)

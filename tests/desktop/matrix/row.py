@@ -41,6 +41,8 @@ class Row:
     # {name of an operation below: why this desktop does not have it}. Two are no operations:
     # "second_screen", and "one_workspace_only", the setting that keeps the board on one workspace.
     lacks = {}
+    # Instead of the checks that rows have in common, where it is about something else.
+    common_checks = None
     # Checks of its own: functions that take the Trial, after those that all rows have.
     own_checks = ()
 

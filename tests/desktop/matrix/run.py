@@ -62,7 +62,7 @@ def try_checks(row, report, keep_picture=lambda trial: None):
     """All that the row has in common with others, and what it has of its own."""
     trial = Trial(row)
     current = None
-    for function in checks.COMMON + tuple(row.own_checks):
+    for function in (row.common_checks or checks.COMMON) + tuple(row.own_checks):
         reason = lacking(row, function)
         if reason:
             report.not_here(function.title, reason)
