@@ -44,7 +44,7 @@ Gdk::RGBA rgbaOf(const Color& color) {
 class ColorWidget final : public ControlWidget {
  public:
   ColorWidget(const FormControl& control, const FormHands& hands)
-      : key_(control.key), hands_(hands) {
+      : key_(control.key), label_(control.label), hands_(hands) {
     chooser_.widget().set_margin(6);
     popover_.set_child(chooser_.widget());
     popover_.signal_show().connect([this] { chooser_.showPalette(); });
@@ -53,8 +53,6 @@ class ColorWidget final : public ControlWidget {
     button_.set_popover(popover_);
     button_.set_valign(Gtk::Align::CENTER);
     button_.add_css_class("orvane-color");
-    setAccessibleLabel(button_, control.label);
-    if (auto* inner = button_.get_first_child()) setAccessibleLabel(*inner, control.label);
     show(control);
     chooser_.widget().connect_property_changed("rgba", [this] { picked(); });
   }
@@ -66,7 +64,7 @@ class ColorWidget final : public ControlWidget {
     isShowing_ = true;
     color_ = rgbaOf(std::get<FormColorPicker>(control.content).color);
     if (chooser_.color() != color_) chooser_.setColor(color_);
-    swatch_.queue_draw();
+    showColor();
     button_.set_sensitive(control.isEnabled);
     isShowing_ = false;
   }
@@ -83,15 +81,25 @@ class ColorWidget final : public ControlWidget {
     swatch_.set_overflow(Gtk::Overflow::HIDDEN);
   }
 
+  // The button within is what has the focus, so that it has to tell everything.
+  void showColor() {
+    swatch_.queue_draw();
+    auto* button = button_.get_first_child();
+    if (!button) return;
+    setAccessibleLabel(*button, label_);
+    setAccessibleDescription(*button, color_.to_string());
+  }
+
   void picked() {
     const Gdk::RGBA color = chooser_.color();
     if (isShowing_ || color == color_) return;
     color_ = color;
-    swatch_.queue_draw();
+    showColor();
     hands_.edit({key_, Color::srgb(color.get_red(), color.get_green(), color.get_blue())});
   }
 
   const std::string key_;
+  const std::string label_;
   const FormHands& hands_;
   Gdk::RGBA color_;
   ColorChooser chooser_;

@@ -8,6 +8,8 @@
 #include <utility>
 #include <variant>
 
+#include "linux/settingswindow/gtk/x11_position.h"
+
 namespace orvane::window {
 namespace {
 
@@ -57,7 +59,10 @@ void Conversation::take(const formwire::Show& show) {
   }
   window_->setStyle(show.title, show.style);
   if (!show.activationToken.empty()) window_->set_startup_id(show.activationToken);
+  const bool wasVisible = window_->get_visible();
   window_->present();
+  if (wasVisible) return;
+  if (toldState_.position || show.isCentered) moveTo(*window_, toldState_.position);
 }
 
 void Conversation::take(const formwire::Update& update) {
@@ -74,6 +79,7 @@ void Conversation::makeWindow(const formwire::Show& show) {
   window_ = std::make_unique<SettingsWindow>(
       SettingsWindow::Hands{{[this](FormEdit edit) { edited(std::move(edit)); },
                              [this](const std::string& key, bool isHeld) { held(key, isHeld); }},
+                            [this] { closing(); },
                             [this] { closed(); },
                             [this] { tellStateSoon(); }});
   look_ = std::make_unique<Look>(*window_);
@@ -111,9 +117,12 @@ void Conversation::held(const std::string& key, bool isHeld) {
   apply(form_->letGo(key));
 }
 
-void Conversation::closed() {
+void Conversation::closing() {
   stateRest_.disconnect();
   tellState();
+}
+
+void Conversation::closed() {
   send_(formwire::Closed{});
   tellPreviewScale();
 }
@@ -132,6 +141,7 @@ void Conversation::tellStateSoon() {
 void Conversation::tellState() {
   formwire::WindowState state = toldState_;
   state.scrollOffsets = window_->scrollOffsets();
+  if (const auto position = positionOf(*window_)) state.position = position;
   if (state == toldState_) return;
   toldState_ = state;
   send_(formwire::State{std::move(state)});

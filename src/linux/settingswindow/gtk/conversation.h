@@ -44,6 +44,7 @@ class Conversation {
 
   void edited(FormEdit edit);
   void held(const std::string& key, bool isHeld);
+  void closing();
   void closed();
   void tellStateSoon();
   void tellState();

@@ -5,10 +5,14 @@
 
 #include <cmath>
 
+#include "linux/settingswindow/gtk/accessible.h"
+
 namespace orvane::window {
 namespace {
 
-constexpr int kLeastRowHeight = 38;
+constexpr int kLeastRowHeight = 36;
+// Between a section's title and what belongs to it.
+constexpr int kBelowTitle = 8;
 
 int points(double length) { return static_cast<int>(std::lround(length)); }
 
@@ -57,10 +61,20 @@ ControlWidget& FormPage::make(const FormControl& control, const FormHands& hands
   return *place;
 }
 
-// Neighbouring rows share a card. A control that is called like its section needs no label again.
+// A control that is called like its section needs no label of its own.
+void FormPage::name(Gtk::Widget& target, const std::string& label, Gtk::Label* title) {
+  if (title && !title->get_mnemonic_widget() && title->get_text().raw() == label) {
+    title->set_mnemonic_widget(target);
+  } else {
+    setAccessibleLabel(target, label);
+  }
+}
+
+// Neighbouring rows share a card.
 void FormPage::addSection(const FormSection& section, const FormHands& hands) {
   auto& box = *Gtk::make_managed<Gtk::Box>(
-      isSideBySide_ ? Gtk::Orientation::HORIZONTAL : Gtk::Orientation::VERTICAL, spacing_);
+      isSideBySide_ ? Gtk::Orientation::HORIZONTAL : Gtk::Orientation::VERTICAL,
+      section.title.empty() ? spacing_ : kBelowTitle);
   box.set_homogeneous(isSideBySide_);
   Gtk::Label* title = section.title.empty() ? nullptr : &addTitle(section.title);
   if (title) box.append(*title);
@@ -73,9 +87,7 @@ void FormPage::addSection(const FormSection& section, const FormHands& hands) {
       continue;
     }
     card = nullptr;
-    if (title && control.label == section.title && made.target()) {
-      title->set_mnemonic_widget(*made.target());
-    }
+    if (made.target()) name(*made.target(), control.label, title);
     box.append(made.widget());
   }
   column_.append(box);

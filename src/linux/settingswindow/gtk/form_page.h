@@ -29,6 +29,7 @@ class FormPage final : public Gtk::ScrolledWindow {
   void addSection(const FormSection& section, const FormHands& hands);
   Gtk::Label& addTitle(const std::string& title);
   void addRow(Gtk::Box& card, const std::string& label, ControlWidget& control);
+  static void name(Gtk::Widget& target, const std::string& label, Gtk::Label* title);
   static Gtk::Box& addCard(Gtk::Box& column);
   ControlWidget& make(const FormControl& control, const FormHands& hands);
 

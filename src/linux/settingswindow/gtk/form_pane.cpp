@@ -18,13 +18,14 @@ int points(double length) { return static_cast<int>(std::lround(length)); }
 FormPane::FormPane(const Form& form, const FormHands& hands, std::function<void()> done)
     : Gtk::Box(Gtk::Orientation::VERTICAL, points(form.spacing)),
       hands_(hands),
-      doneLabel_(mnemonics_.mark(form.footer.done.label)),
-      tabs_(form.tabs, mnemonics_, [this](const std::string& tag) { chooseTab(tag); }) {
+      tabs_(form.tabs, form.header.title.text, mnemonics_,
+            [this](const std::string& tag) { chooseTab(tag); }) {
   set_margin_start(points(form.padding));
   set_margin_end(points(form.padding));
   set_margin_bottom(points(form.padding));
+  const std::string doneLabel = mnemonics_.mark(form.footer.done.label);
   addTabs(form);
-  addFooter(form);
+  addFooter(form.footer, doneLabel);
   done_.signal_clicked().connect(std::move(done));
 }
 
@@ -45,13 +46,16 @@ void FormPane::addTabs(const Form& form) {
   show({false, form.selectedTab, {}});
 }
 
-void FormPane::addFooter(const Form& form) {
-  auto& note = *Gtk::make_managed<TextLabel>(form.footer.note);
+void FormPane::addFooter(const FormFooter& footer, const std::string& markedDone) {
+  auto& note = *Gtk::make_managed<TextLabel>(footer.note);
   note.set_hexpand();
-  done_.set_use_underline();
-  done_.set_label(doneLabel_);
-  done_.set_sensitive(form.footer.done.isEnabled);
-  if (form.footer.done.isDefaultAction) done_.add_css_class("suggested-action");
+  auto& label = *Gtk::make_managed<Gtk::Label>();
+  label.set_use_underline();
+  label.set_label(markedDone);
+  label.set_mnemonic_widget(done_);
+  done_.set_child(label);
+  done_.set_sensitive(footer.done.isEnabled);
+  if (footer.done.isDefaultAction) done_.add_css_class("suggested-action");
   done_.add_css_class("orvane-done");
   done_.set_valign(Gtk::Align::CENTER);
   footer_.append(note);

@@ -33,13 +33,12 @@ class FormPane final : public Gtk::Box {
 
  private:
   void addTabs(const Form& form);
-  void addFooter(const Form& form);
+  void addFooter(const FormFooter& footer, const std::string& markedDone);
   [[nodiscard]] ControlWidget* control(const std::string& key) const;
   void chooseTab(const std::string& tag);
 
   const FormHands& hands_;
   Mnemonics mnemonics_;
-  const std::string doneLabel_;  // marked before others take its letters
   TabBar tabs_;
   Gtk::Stack pages_;
   std::map<std::string, std::unique_ptr<FormPage>, std::less<>> pageOf_;

@@ -52,7 +52,7 @@ constexpr const char* kSheet = R"css(
 .orvane-row menubutton > button { padding: 5px; min-height: 16px; }
 .orvane-swatch { border-radius: 4px; }
 
-.orvane-rows { background: none; }
+.orvane-rows { background: none; color: inherit; }
 .orvane-rows > row { background: none; padding: 0; border: none; }
 .orvane-rows checkbutton { padding: 0; border-spacing: 8px; }
 
@@ -78,7 +78,7 @@ constexpr const char* kSheet = R"css(
   background: none; background-color: @orvane_accent; border-color: @orvane_accent;
 }
 .orvane-settings scale slider {
-  background: none; background-color: white; border: none; box-shadow: 0 1px 3px alpha(black, .4);
+  background: none; background-color: white; border: 1px solid alpha(black, .14); box-shadow: 0 1px 2px alpha(black, .25);
 }
 .orvane-settings button.suggested-action {
   background: none; background-color: @orvane_accent; border-color: @orvane_accent;

@@ -64,12 +64,11 @@ class Choice final : public Gtk::Box {
 class PickerWidget final : public ControlWidget {
  public:
   PickerWidget(const FormControl& control, const FormHands& hands)
-      : key_(control.key), hands_(hands) {
+      : key_(control.key), label_(control.label), hands_(hands) {
     dropDown_.set_valign(Gtk::Align::CENTER);
     dropDown_.set_factory(titles());
     dropDown_.set_list_factory(choices());
     dropDown_.set_model(titles_);
-    nameFor(control.label);
     show(control);
     dropDown_.property_selected().signal_changed().connect([this] { selected(); });
   }
@@ -82,15 +81,18 @@ class PickerWidget final : public ControlWidget {
     const auto& picker = std::get<FormPicker>(control.content);
     if (choices_ != picker.choices) offer(picker.choices);
     dropDown_.set_selected(positionOf(picker.value));
+    describe(dropDown_.get_selected());
     dropDown_.set_sensitive(control.isEnabled);
     isShowing_ = false;
   }
 
  private:
-  // The button within is what has the focus.
-  void nameFor(const std::string& label) {
-    setAccessibleLabel(dropDown_, label);
-    if (auto* button = dropDown_.get_first_child()) setAccessibleLabel(*button, label);
+  // The button within is what has the focus, so that it has to tell everything.
+  void describe(guint position) {
+    auto* button = dropDown_.get_first_child();
+    if (!button) return;
+    setAccessibleLabel(*button, label_);
+    setAccessibleDescription(*button, position < choices_.size() ? choices_[position].title : "");
   }
 
   Glib::RefPtr<Gtk::SignalListItemFactory> choices() {
@@ -123,10 +125,12 @@ class PickerWidget final : public ControlWidget {
   void selected() {
     const guint position = dropDown_.get_selected();
     if (isShowing_ || position >= choices_.size()) return;
+    describe(position);
     hands_.edit({key_, choices_[position].id});
   }
 
   const std::string key_;
+  const std::string label_;
   const FormHands& hands_;
   std::vector<FormChoice> choices_;
   Glib::RefPtr<Gtk::StringList> titles_ = Gtk::StringList::create({});

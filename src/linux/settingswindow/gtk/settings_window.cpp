@@ -121,6 +121,7 @@ void SettingsWindow::restoreScroll(const std::string& name) {
 }
 
 bool SettingsWindow::leave() {
+  hands_.closing();
   set_visible(false);
   hands_.closed();
   return true;

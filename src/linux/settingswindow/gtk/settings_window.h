@@ -22,7 +22,8 @@ class SettingsWindow final : public Gtk::Window {
  public:
   struct Hands {
     FormHands form;
-    // The user closed it, which has hidden it already.
+    // The user closes it, which hides it between these two.
+    std::function<void()> closing;
     std::function<void()> closed;
     // It scrolled, or its screen has another scale.
     std::function<void()> moved;

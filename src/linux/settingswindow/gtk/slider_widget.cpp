@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
 
 namespace orvane::window {
@@ -20,7 +19,6 @@ class SliderWidget final : public ControlWidget {
       : key_(control.key), hands_(hands) {
     const auto& slider = std::get<FormSlider>(control.content);
     const double length = slider.highest - slider.lowest;
-    setAccessibleLabel(scale_, control.label);
     scale_.set_range(slider.lowest, slider.highest);
     scale_.set_increments(length * kStep, length * kPage);
     scale_.set_round_digits(-1);

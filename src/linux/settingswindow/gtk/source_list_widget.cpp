@@ -7,8 +7,8 @@
 #include <cmath>
 
 #include "linux/settingswindow/gtk/accessible.h"
-#include "linux/settingswindow/gtk/bounded_height.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/list_area.h"
 #include "linux/settingswindow/gtk/source_rows.h"
 #include "linux/settingswindow/gtk/symbol_image.h"
 
@@ -81,6 +81,7 @@ class SourceListWidget final : public ControlWidget {
     title_.add_css_class("orvane-headline");
     all_.set_label(list_.all.label);
     all_.add_css_class("orvane-small");
+    setAccessibleDescription(all_, title);
     all_.signal_clicked().connect([this] { hands_.edit({list_.all.key, {}}); });
     header_.append(title_);
     header_.append(all_);
@@ -114,7 +115,7 @@ class SourceListWidget final : public ControlWidget {
   Gtk::ScrolledWindow scroller_;
   Gtk::Box empty_;
   Gtk::Stack stack_;
-  BoundedHeight area_;
+  ListArea area_;
   Gtk::Box column_{Gtk::Orientation::VERTICAL, 8};
 };
 

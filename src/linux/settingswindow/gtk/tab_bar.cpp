@@ -15,9 +15,11 @@ constexpr int kSymbolHeight = 18;
 
 }  // namespace
 
-TabBar::TabBar(const std::vector<FormTab>& tabs, Mnemonics& mnemonics, Chosen chosen)
+TabBar::TabBar(const std::vector<FormTab>& tabs, const std::string& name, Mnemonics& mnemonics,
+               Chosen chosen)
     : tell_(std::move(chosen)) {
   setAccessibleRole(*this, Gtk::Accessible::Role::TAB_LIST);
+  setAccessibleLabel(*this, name);
   set_homogeneous();
   add_css_class("orvane-tabs");
   for (const auto& tab : tabs) add(tab, mnemonics);
@@ -30,7 +32,6 @@ TabBar::TabBar(const std::vector<FormTab>& tabs, Mnemonics& mnemonics, Chosen ch
 void TabBar::add(const FormTab& tab, Mnemonics& mnemonics) {
   auto button = std::make_unique<Gtk::ToggleButton>();
   setAccessibleRole(*button, Gtk::Accessible::Role::TAB);
-  setAccessibleLabel(*button, tab.label);
   auto& content = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
   content.set_halign(Gtk::Align::CENTER);
   content.append(*Gtk::make_managed<SymbolImage>(tab.symbol, kSymbolHeight));
@@ -42,13 +43,16 @@ void TabBar::add(const FormTab& tab, Mnemonics& mnemonics) {
   content.append(label);
   button->set_child(content);
   if (!tabs_.empty()) button->set_group(*tabs_.front().button);
+  button->set_focusable(false);
   button->signal_toggled().connect(
       [this, tag = tab.tag, &button = *button] { toggled(tag, button); });
   append(*button);
   tabs_.push_back({tab.tag, std::move(button)});
 }
 
-void TabBar::toggled(const std::string& tag, const Gtk::ToggleButton& button) {
+void TabBar::toggled(const std::string& tag, Gtk::ToggleButton& button) {
+  // One stop on the way of the Tab key; from tab to tab by arrow keys.
+  button.set_focusable(button.get_active());
   if (!button.get_active()) return;
   chosen_ = tag;
   if (!isShowing_) tell_(tag);

@@ -18,7 +18,9 @@ class TabBar final : public Gtk::Box {
  public:
   using Chosen = std::function<void(const std::string& tag)>;
 
-  TabBar(const std::vector<FormTab>& tabs, Mnemonics& mnemonics, Chosen chosen);
+  // `name` is what screen readers call the bar.
+  TabBar(const std::vector<FormTab>& tabs, const std::string& name, Mnemonics& mnemonics,
+         Chosen chosen);
 
   // Tells nobody. An unknown tag leaves all as it is.
   void choose(const std::string& tag);
@@ -33,7 +35,7 @@ class TabBar final : public Gtk::Box {
   };
 
   void add(const FormTab& tab, Mnemonics& mnemonics);
-  void toggled(const std::string& tag, const Gtk::ToggleButton& button);
+  void toggled(const std::string& tag, Gtk::ToggleButton& button);
   bool key(guint value);
 
   const Chosen tell_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
 
 namespace orvane::window {
@@ -16,7 +15,6 @@ class TextFieldWidget final : public ControlWidget {
       : key_(control.key), hands_(hands) {
     const auto& field = std::get<FormTextField>(control.content);
     longest_ = field.longest;
-    setAccessibleLabel(entry_, control.label);
     entry_.set_placeholder_text(field.placeholder);
     entry_.set_max_length(static_cast<int>(std::min(longest_, kMostCharacters)));
     entry_.set_hexpand();

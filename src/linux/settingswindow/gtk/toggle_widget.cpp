@@ -1,6 +1,5 @@
 #include <gtkmm/switch.h>
 
-#include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
 
 namespace orvane::window {
@@ -10,7 +9,6 @@ class ToggleWidget final : public ControlWidget {
  public:
   ToggleWidget(const FormControl& control, const FormHands& hands)
       : key_(control.key), hands_(hands) {
-    setAccessibleLabel(switch_, control.label);
     switch_.set_valign(Gtk::Align::CENTER);
     show(control);
     switch_.property_active().signal_changed().connect([this] {

@@ -4,14 +4,15 @@
 
 namespace orvane::window {
 
-// A place for one widget that is as high as it should be, or less where there is no room, but not
-// lower than the least; whatever the widget in it would like.
-class BoundedHeight final : public Gtk::Widget {
+// The place of a list: as high as it should be, or less where there is no room, but not lower than
+// the least, however long the list is. The Tab key stops here once and goes on behind it, however
+// many rows there are; from row to row it goes by arrow keys.
+class ListArea final : public Gtk::Widget {
  public:
-  BoundedHeight(double least, double height);
-  ~BoundedHeight() override;
-  BoundedHeight(const BoundedHeight&) = delete;
-  BoundedHeight& operator=(const BoundedHeight&) = delete;
+  ListArea(double least, double height);
+  ~ListArea() override;
+  ListArea(const ListArea&) = delete;
+  ListArea& operator=(const ListArea&) = delete;
 
   // Must outlive this.
   void setChild(Gtk::Widget& child);
