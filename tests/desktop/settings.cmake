@@ -1,0 +1,32 @@
+# The settings window, operated by the names of its controls.
+
+# settings_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest.
+function(settings_test script class)
+  string(REGEX REPLACE "_test\\.py$" "" prefix "${script}")
+  foreach(test ${ARGN})
+    set(name "${prefix}.${class}.${test}")
+    add_test(NAME "${name}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 240 LABELS desktop ENVIRONMENT
+                         "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+  endforeach()
+endfunction()
+
+if(ORVANE_X11)
+  set(script settings_window_test.py)
+  settings_test(${script} Names are_those_of_the_controls are_all_reached_by_the_keyboard have_letters)
+  settings_test(${script} Sources are_chosen_and_all_again come_and_go)
+  settings_test(${script} Display is_chosen toggles_are_stored shows_what_was_changed_elsewhere
+                springs_back_where_login_items_cannot_be_written)
+  settings_test(${script} SmartNext toggles_are_stored words_are_stored_as_they_are_typed)
+  settings_test(${script} Style is_seen_on_the_board strength_is_seen_on_the_board
+                color_is_seen_on_the_board)
+  settings_test(${script} Window closes_by_return_and_opens_as_it_was
+                leaves_return_to_a_list_that_is_open leaves_return_to_a_button
+                stands_in_the_middle_and_then_where_it_was_put)
+  settings_test(${script} Restart keeps_everything)
+endif()
+if(ORVANE_WAYLAND)
+  settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept
+                close_and_open_as_they_were)
+endif()

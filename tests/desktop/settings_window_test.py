@@ -1,0 +1,343 @@
+"""The settings window on a headless Xfce, operated by the names of its controls as a screen reader
+knows them. What comes of it is read from the stored settings and seen on the board."""
+
+import os
+import unittest
+
+from desktop_session import eventually, run_tests
+from settings_session import TITLE, SettingsSession
+from xfce_session import XfceSession
+
+DISPLAY_TOGGLES = {
+    "Show on every Space": "showOnAllSpaces",
+    "Hide desktop icons in Focus mode": "hideDesktopIconsInFocus",
+    "Focus mode": "focusMode",
+    "Launch at login": "launchAtLogin",
+}
+SMART_TOGGLES = {
+    "Calendar events can drive Next Up": "countdownIncludesEvents",
+    "Reminders with due dates can drive Next Up": "countdownIncludesReminders",
+    "Allow all-day events to drive Next Up": "countdownIncludesAllDayEvents",
+    "Use urgency colors as deadlines approach": "urgencyTinting",
+}
+CONTROLS = {
+    "page tab": ["Sources", "Display", "Smart Next", "Style"],
+    "list": ["Calendars", "Reminder Lists"],
+    "check box": ["Home", "Work", "Errands", *DISPLAY_TOGGLES, *SMART_TOGGLES],
+    "combo box": ["Dashboard display", "Selected display", "Theme"],
+    "text": ["Ignored words"],
+    "slider": ["Glass strength"],
+    "image": ["Preview"],
+    "push button": ["All", "Primary color", "Done", "Minimize", "Close"],
+}
+TEXTS = [
+    "Orvane",
+    "Ambient ETA wallpaper powered by Apple Calendar and Reminders.",
+    "Calendars",
+    "Reminder Lists",
+    "Ignored words",
+    "If an event or reminder title contains one of these words, it appears in the list but does not "
+    "become the main countdown.",
+    "Preview",
+    "Calendar and Reminder data stays local on this Mac.",
+]
+# Within the board's first card, beside its texts and the window.
+ON_CARD = (330, 60)
+
+
+class Session(SettingsSession, XfceSession):
+    """Xfce with the board on it, and its settings open."""
+
+    def __enter__(self):
+        super().__enter__()
+        self.start_accessible()
+        self.give_calendars("Home", "Work")
+        self.give_lists("Errands")
+        self.start_board()
+        return self
+
+    def start_board(self):
+        self.board = self.start_program()
+        self.open_settings()
+        eventually("the calendars are offered", lambda: self.accessible.look("Work", "check box"))
+
+    def card(self):
+        return self.picture().pixel(*ON_CARD)
+
+    def brightness(self):
+        return sum(self.card())
+
+
+class Names(unittest.TestCase):
+    def are_those_of_the_controls(self):
+        with Session() as xfce:
+            for role, names in CONTROLS.items():
+                for name in names:
+                    self.assertIsNotNone(xfce.accessible.look(name, role), "%s %s" % (role, name))
+            texts = xfce.accessible.names("label")
+            for text in TEXTS:
+                self.assertIn(text, texts)
+
+    def are_all_reached_by_the_keyboard(self):
+        with Session() as xfce:
+            for tab, names in {
+                "Sources": ["Done"],
+                "Display": ["Dashboard display", *DISPLAY_TOGGLES, "Done"],
+                "Smart Next": [*SMART_TOGGLES, "Ignored words", "Done"],
+                "Style": ["Theme", "Primary color", "Glass strength", "Done"],
+            }.items():
+                xfce.choose_tab(tab)
+                for name in names:
+                    xfce.go_to(name)
+            xfce.choose_tab("Sources")
+            for name in ("Work", "Home", "Errands"):
+                xfce.go_to_row(name)
+
+    def have_letters(self):
+        with Session() as xfce:
+            for letter, tab in {"d": "Display", "n": "Smart Next", "t": "Style", "s": "Sources"}.items():
+                xfce.press("alt+" + letter)
+                eventually(tab, lambda tab=tab: "pressed" in xfce.states(tab, "page tab"))
+            xfce.press("alt+o")
+            eventually("it is closed", lambda: not xfce.is_open())
+
+
+class Sources(unittest.TestCase):
+    def are_chosen_and_all_again(self):
+        with Session() as xfce:
+            self.assertFalse(xfce.is_enabled("All", "push button", "Calendars"))
+            xfce.go_to_row("Work")
+            xfce.press("space")
+            chosen = eventually("Work is chosen", lambda: xfce.setting("selectedCalendarIDs"))
+            self.assertEqual(len(chosen), 1)
+            xfce.go_to_row("Home")
+            xfce.press("space")
+            eventually("both are chosen", lambda: len(xfce.setting("selectedCalendarIDs")) == 2)
+            xfce.press("space")
+            xfce.expect("selectedCalendarIDs", chosen)
+            xfce.accessible.act("All", "push button", "Calendars")
+            xfce.expect("selectedCalendarIDs", [])
+            eventually("none is on", lambda: not xfce.is_on("Work"))
+            eventually("All is disabled", lambda: not xfce.is_enabled("All", "push button", "Calendars"))
+            xfce.go_to_row("Errands")
+            xfce.press("space")
+            eventually("a list is chosen", lambda: xfce.setting("selectedReminderListIDs"))
+            xfce.accessible.act("All", "push button", "Reminder Lists")
+            xfce.expect("selectedReminderListIDs", [])
+
+    def come_and_go(self):
+        with Session() as xfce:
+            xfce.go_to_row("Work")
+            xfce.give_calendars("Added")
+            eventually("it is offered", lambda: xfce.accessible.look("Added", "check box"))
+            # The row that has the focus stays where it is.
+            self.assertTrue(xfce.has_focus("check box", "Work"))
+            for name in ("Home", "Work", "Added"):
+                os.remove(xfce.path(".local", "share", "orvane", "calendars", name, "item.ics"))
+                os.rmdir(xfce.path(".local", "share", "orvane", "calendars", name))
+            eventually("there is no calendar", lambda: not xfce.accessible.look("Work", "check box"))
+
+
+class Display(unittest.TestCase):
+    def is_chosen(self):
+        with Session() as xfce:
+            xfce.choose_tab("Display")
+            self.assertFalse(xfce.is_enabled("Selected display", "combo box"))
+            xfce.pick("Dashboard display", 2)
+            xfce.expect("displayMode", "selected")
+            eventually("it can be chosen", lambda: xfce.is_enabled("Selected display", "combo box"))
+            xfce.pick("Selected display", 1)
+            chosen = eventually("one is chosen", lambda: xfce.setting("selectedDisplayID"))
+            self.assertTrue(chosen)
+            xfce.pick("Selected display", 0)
+            xfce.expect("selectedDisplayID", "")
+            xfce.pick("Dashboard display", 1)
+            xfce.expect("displayMode", "all")
+            eventually("it cannot", lambda: not xfce.is_enabled("Selected display", "combo box"))
+
+    def toggles_are_stored(self):
+        with Session() as xfce:
+            xfce.choose_tab("Display")
+            for name, key in DISPLAY_TOGGLES.items():
+                was = xfce.is_on(name)
+                xfce.toggle(name)
+                xfce.expect(key, not was)
+                eventually(name, lambda name=name, was=was: xfce.is_on(name) != was)
+            icons = "Hide desktop icons in Focus mode"
+            eventually("icons are settled", lambda: not xfce.is_enabled(icons, "check box"))
+            entry = xfce.path(".config", "autostart", "org.orvane.Orvane.desktop")
+            eventually("it starts at login", lambda: os.path.exists(entry))
+            xfce.toggle("Launch at login")
+            xfce.expect("launchAtLogin", False)
+
+    def shows_what_was_changed_elsewhere(self):
+        with Session() as xfce:
+            xfce.choose_tab("Smart Next")
+            xfce.go_to("Ignored words")
+            xfce.press("End", "comma", "space", "x", "y")
+            for is_on in (True, False, True):
+                xfce.action("toggle-focus")
+                eventually("focus mode", lambda is_on=is_on: xfce.is_on("Focus mode") == is_on)
+                xfce.press("z")
+            self.assertTrue(xfce.has_focus("text", "Ignored words"))
+            xfce.expect("ignoredWordsText", "lunch, birthday, holiday, xyzzz")
+
+    def springs_back_where_login_items_cannot_be_written(self):
+        with Session() as xfce:
+            # A file stands where the folder should be, which stops even the superuser.
+            xfce.write("", ".config", "autostart")
+            xfce.choose_tab("Display")
+            xfce.toggle("Launch at login")
+            # What was done later has come about, so that this has failed.
+            xfce.toggle("Focus mode")
+            xfce.expect("focusMode", True)
+            eventually("it is off", lambda: not xfce.is_on("Launch at login"))
+            self.assertIn(xfce.setting("launchAtLogin"), (None, False))
+
+
+class SmartNext(unittest.TestCase):
+    def toggles_are_stored(self):
+        with Session() as xfce:
+            xfce.choose_tab("Smart Next")
+            for name, key in SMART_TOGGLES.items():
+                was = xfce.is_on(name)
+                xfce.toggle(name)
+                xfce.expect(key, not was)
+
+    def words_are_stored_as_they_are_typed(self):
+        with Session() as xfce:
+            xfce.choose_tab("Smart Next")
+            xfce.accessible.set_text("Ignored words", "Mittagessen, 昼食")
+            xfce.expect("ignoredWordsText", "Mittagessen, 昼食")
+            xfce.go_to("Ignored words")
+            xfce.press("ctrl+a", "t", "e", "a")
+            xfce.expect("ignoredWordsText", "tea")
+
+
+class Style(unittest.TestCase):
+    def is_seen_on_the_board(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            vivid = xfce.card()
+            xfce.pick("Theme", 2)
+            xfce.expect("themeMode", "light")
+            eventually("the board is light", lambda: xfce.brightness() > sum(vivid) + 150)
+            xfce.pick("Theme", 1)
+            xfce.expect("themeMode", "dark")
+            eventually("the board is dark", lambda: xfce.brightness() < sum(vivid))
+            xfce.pick("Theme", 0)
+            xfce.expect("themeMode", "vividBlue")
+            eventually("the board is blue", lambda: xfce.card() == vivid)
+
+    def strength_is_seen_on_the_board(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            xfce.accessible.set_value("Glass strength", 0.95)
+            xfce.expect("glassOpacity", 0.95)
+            strong = eventually("the board is drawn", xfce.card)
+            xfce.go_to("Glass strength")
+            xfce.press("Home")
+            xfce.expect("glassOpacity", 0.45)
+            # There is nothing but black behind the glass.
+            eventually("less is seen of the glass", lambda: xfce.brightness() < sum(strong))
+
+    def color_is_seen_on_the_board(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            blue = xfce.card()
+            xfce.accessible.act("Primary color", "push button")
+            eventually("the palette is there", lambda: xfce.has_focus("radio button"))
+            xfce.accessible.act("Red", "radio button")
+            xfce.expect("primaryColorHex", "#E01B24")
+            eventually("the board is redder", lambda: xfce.card()[0] > blue[0] + 30)
+
+
+class Window(unittest.TestCase):
+    def closes_by_return_and_opens_as_it_was(self):
+        with Session() as xfce:
+            xfce.choose_tab("Smart Next")
+            xfce.go_to("Ignored words")
+            xfce.press("Return")
+            eventually("it is closed", lambda: not xfce.is_open())
+            xfce.open_settings()
+            self.assertIn("pressed", xfce.states("Smart Next", "page tab"))
+            self.assertTrue(xfce.has_focus("text", "Ignored words"))
+
+    def leaves_return_to_a_list_that_is_open(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            xfce.pick("Theme", 1)
+            xfce.expect("themeMode", "dark")
+            self.assertTrue(xfce.is_open())
+            xfce.accessible.act("Theme", "push button")
+            eventually("the choices are there", lambda: xfce.has_focus("list item"))
+            xfce.press("Escape")
+            eventually("the choices are gone", lambda: not xfce.has_focus("list item"))
+            self.assertTrue(xfce.is_open())
+            xfce.press("Escape")
+            eventually("it is closed", lambda: not xfce.is_open())
+
+    def leaves_return_to_a_button(self):
+        with Session() as xfce:
+            xfce.go_to_row("Work")
+            xfce.press("space")
+            eventually("Work is chosen", lambda: xfce.setting("selectedCalendarIDs"))
+            eventually("All can be pressed", lambda: xfce.is_enabled("All", "push button", "Calendars"))
+            xfce.go_to("All", description="Calendars")
+            xfce.press("Return")
+            xfce.expect("selectedCalendarIDs", [])
+            self.assertTrue(xfce.is_open())
+
+    def stands_in_the_middle_and_then_where_it_was_put(self):
+        with Session() as xfce:
+            left, top, width, height = self._frame(xfce)
+            self.assertAlmostEqual(left + width / 2, 800, delta=12)
+            self.assertAlmostEqual(top + height / 2, 450, delta=12)
+            xfce.ask("xdotool", "windowmove", self._window(xfce), "100", "150")
+            eventually("it has moved", lambda: self._frame(xfce)[0] != left)
+            moved = self._frame(xfce)
+            xfce.accessible.act("Done", "push button")
+            eventually("it is closed", lambda: not xfce.is_open())
+            xfce.open_settings()
+            eventually("it is where it was", lambda: self._frame(xfce) == moved)
+
+    @staticmethod
+    def _window(xfce):
+        return xfce.ask("xdotool", "search", "--onlyvisible", "--name", TITLE).decode().split()[0]
+
+    def _frame(self, xfce):
+        text = xfce.ask("xdotool", "getwindowgeometry", "--shell", self._window(xfce)).decode()
+        known = dict(line.split("=") for line in text.split())
+        return tuple(int(known[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+
+class Restart(unittest.TestCase):
+    def keeps_everything(self):
+        with Session() as xfce:
+            xfce.go_to_row("Work")
+            xfce.press("space")
+            xfce.choose_tab("Display")
+            xfce.pick("Dashboard display", 1)
+            xfce.toggle("Show on every Space")
+            xfce.choose_tab("Smart Next")
+            xfce.toggle("Use urgency colors as deadlines approach")
+            xfce.accessible.set_text("Ignored words", "tea")
+            xfce.choose_tab("Style")
+            xfce.accessible.set_value("Glass strength", 0.5)
+            xfce.expect("glassOpacity", 0.5)
+            self.assertEqual(xfce.board.end(), 0)
+            eventually("its window is gone", lambda: not xfce.is_open())
+            xfce.start_board()
+            self.assertTrue(xfce.is_on("Work"))
+            self.assertFalse(xfce.is_on("Home"))
+            picker = xfce.accessible.look("Dashboard display", "push button")
+            self.assertEqual(picker["description"], "All Displays")
+            self.assertFalse(xfce.is_on("Show on every Space"))
+            self.assertFalse(xfce.is_on("Use urgency colors as deadlines approach"))
+            self.assertAlmostEqual(xfce.accessible.look("Glass strength", "slider")["value"], 0.5)
+            self.assertEqual(xfce.setting("ignoredWordsText"), "tea")
+            self.assertEqual(xfce.board.output, "")
+
+
+if __name__ == "__main__":
+    run_tests()
