@@ -30,7 +30,8 @@ packages_test=(
 # The desktops of the matrix, beside those that the other tests start.
 packages_desktops=(
   plasma-workspace plasma-desktop kactivitymanagerd qtwayland5 libkf5globalaccel-bin
-  openbox pcmanfm picom i3-wm marco caja muffin nemo kwin-x11 mate-settings-daemon-common libglib2.0-bin
+  openbox pcmanfm picom i3-wm marco caja muffin nemo kwin-x11
+  wayfire libwlroots-dev libegl-dev libgles-dev mate-settings-daemon-common libglib2.0-bin
   gnome-shell gnome-shell-extension-desktop-icons-ng nautilus gnome-session-bin python3-dbusmock
   gir1.2-gdm-1.0 gir1.2-rsvg-2.0 gir1.2-gweather-4.0 gir1.2-ibus-1.0 gir1.2-geoclue-2.0 gir1.2-nm-1.0
   gir1.2-upowerglib-1.0 gir1.2-accountsservice-1.0 gir1.2-gnomebluetooth-3.0 gir1.2-polkit-1.0

@@ -55,6 +55,17 @@ if(ORVANE_WAYLAND)
   matrix_row(sway sway_rows.py desktop)
   matrix_row(kwin kwin_rows.py desktop)
   matrix_row(kwin-plasma kwin_rows.py)
+  matrix_row(wayfire wayfire_rows.py)
+
+  # Where it cannot be built, the row on Wayfire is missing.
+  pkg_check_modules(ORVANE_WLROOTS IMPORTED_TARGET wlroots>=0.15 wlroots<0.16 egl glesv2 pixman-1
+                    wayland-server)
+  if(ORVANE_WLROOTS_FOUND)
+    add_library(software_gpu MODULE software_gpu.c)
+    target_link_libraries(software_gpu PRIVATE PkgConfig::ORVANE_WLROOTS)
+    set_target_properties(software_gpu PROPERTIES PREFIX "" SUFFIX ".so" C_STANDARD 11
+                          LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  endif()
   matrix_row(icons-plasma icon_rows.py)
 endif()
 

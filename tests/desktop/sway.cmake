@@ -26,7 +26,9 @@ add_executable(sway_client sway_client.cpp)
 target_link_libraries(sway_client PRIVATE orvane_common desktop_protocols)
 add_executable(kwin_input kwin_input.cpp)
 target_link_libraries(kwin_input PRIVATE orvane_common desktop_protocols)
-set_target_properties(wayland_probe sway_client kwin_input PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+add_executable(wlr_input wlr_input.cpp)
+target_link_libraries(wlr_input PRIVATE orvane_common desktop_protocols)
+set_target_properties(wayland_probe sway_client kwin_input wlr_input PROPERTIES RUNTIME_OUTPUT_DIRECTORY
                       "${CMAKE_BINARY_DIR}/tests")
 
 # sway_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest. What measures
