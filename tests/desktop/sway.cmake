@@ -72,16 +72,6 @@ sway_test(${script} OutOfSight behind_a_window_that_fills_the_output
 sway_test(${script} Modes that_stand_upright of_one_pixel of_sixteen_thousand_pixels)
 sway_test(${script} Scales between_one_and_two_are_drawn_as_two)
 
-# Short in an ordinary build; under the sanitizers it is what the whole program is tried by.
-sway_test(sway_soak_test.py Soak changes_for_long_leave_the_board_and_the_memory_as_they_were)
-set(soak_seconds 10)
-if(ORVANE_SANITIZE)
-  set(soak_seconds 60)
-endif()
-set_tests_properties(sway.Soak.changes_for_long_leave_the_board_and_the_memory_as_they_were
-                     PROPERTIES TIMEOUT 300 ENVIRONMENT
-                     "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_SOAK_SECONDS=${soak_seconds}")
-
 sway_test(sway_soak_test.py Storm of_output_changes_leaves_the_boards_where_they_were)
 
 # Some of them wait as long as the program does, or begin again and again.

@@ -12,7 +12,7 @@ from desktop_session import eventually, program, run_tests
 from sway_program_test import ON_THE_BOARD
 from sway_session import SwayInWindows, SwaySession
 
-SECONDS = float(os.environ.get("ORVANE_SOAK_SECONDS", "10"))
+SECONDS = float(os.environ.get("ORVANE_LONG_SECONDS") or os.environ.get("ORVANE_SOAK_SECONDS", "10"))
 SUPPRESSIONS = os.path.join(os.path.dirname(__file__), os.pardir, "support", "lsan.supp")
 # A buffer of one output that is kept from each round would come to more within a few rounds.
 ALLOWED_GROWTH_MB = 8

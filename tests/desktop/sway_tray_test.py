@@ -37,9 +37,12 @@ class Tray(unittest.TestCase):
 
         sway.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
         sway.environment["GSETTINGS_BACKEND"] = "memory"
+        self.write_bar(sway)
+        return self.start_bar(sway)
+
+    def write_bar(self, sway):
         sway.write(json.dumps(BAR), "bar.json")
         sway.write(STYLE, "bar.css")
-        return self.start_bar(sway)
 
     def start_bar(self, sway):
         bar = sway.start("waybar", "-c", sway.path("bar.json"), "-s", sway.path("bar.css"))

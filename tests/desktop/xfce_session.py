@@ -47,8 +47,7 @@ class XfceSession(DesktopSession):
         try:
             self._start_server()
             self._start_bus()
-            self.start("xfwm4", "--compositor=on")
-            eventually("xfwm4 manages", lambda: "0x" in self._root_property("_NET_SUPPORTING_WM_CHECK"))
+            self.start_manager()
             return self
         except BaseException as error:
             self.__exit__(type(error), error, None)
@@ -70,6 +69,17 @@ class XfceSession(DesktopSession):
             return next((line for line in bus.lines if line.startswith("unix:")), None)
 
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
+
+    def start_manager(self):
+        """Starts xfwm4, in the place of one that is there."""
+        before = self._root_property("_NET_SUPPORTING_WM_CHECK")
+        self.start("xfwm4", "--compositor=on", "--replace")
+
+        def manages():
+            now = self._root_property("_NET_SUPPORTING_WM_CHECK")
+            return "0x" in now and now != before
+
+        eventually("xfwm4 manages", manages)
 
     def _root_property(self, name):
         return self.ask("xprop", "-root", name).decode(errors="replace")
