@@ -24,6 +24,7 @@ packages_test=(
   kwin-wayland libkf5screen-bin dbus-daemon python3-gi gir1.2-glib-2.0
   at-spi2-core wtype
   util-linux procps python3 x11-xkb-utils xfce4-panel waybar libglib2.0-bin xdg-desktop-portal
+  strace
   evolution-data-server gir1.2-ecal-2.0 gir1.2-edataserver-1.2 python3-radicale
 )
 

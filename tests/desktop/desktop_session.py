@@ -171,15 +171,16 @@ class DesktopSession:
                 continue
         return found
 
-    def start(self, *command, environment=None, stdin=subprocess.DEVNULL, stdout=None):
+    def start(self, *command, environment=None, stdin=subprocess.DEVNULL, stdout=None, around=list):
         """Starts a program of the system, or of the build when it is named by `program()`. What it
-        writes is kept, unless its standard output goes elsewhere."""
+        writes is kept, unless its standard output goes elsewhere. `around` makes the command one
+        that runs it elsewhere, before it becomes the user's."""
         command = (self.within_reach(command[0]),) + command[1:]
         self._count += 1
         output_path = self.path("output-%d" % self._count)
         with open(output_path, "wb") as output:
             process = subprocess.Popen(
-                self._as_user + list(command),
+                around(self._as_user + list(command)),
                 stdin=stdin,
                 stdout=stdout or output,
                 stderr=output,

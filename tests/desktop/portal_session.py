@@ -3,29 +3,16 @@ desktop portal hands shortcuts to a stand-in for what a desktop does behind it."
 
 import json
 import os
-import shutil
 
 from desktop_session import eventually, program
 from portal_backend import NAME as BACKEND
+from private_bus import start_bus
 from sway_session import SwaySession
 
 APPLICATION = "org.orvane.Orvane"
 PORTAL = "/usr/libexec/xdg-desktop-portal"
 PORTAL_NAME = "org.freedesktop.portal.Desktop"
-SERVICES = "/usr/share/dbus-1/services"
 PERMISSIONS = "org.freedesktop.impl.portal.PermissionStore"
-
-BUS = """<busconfig>
-  <type>session</type>
-  <listen>unix:path=%s</listen>
-  <servicedir>%s</servicedir>
-  <policy context="default">
-    <allow own="*"/>
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-  </policy>
-</busconfig>
-"""
 
 BACKEND_FILE = """[portal]
 DBusName=%s
@@ -48,17 +35,8 @@ class PortalSession(SwaySession):
 
     def _begin(self):
         if "DBUS_SESSION_BUS_ADDRESS" not in self.environment:  # it outlives compositors
-            self.start_bus(PERMISSIONS)
+            start_bus(self, PERMISSIONS)
         super()._begin()
-
-    def start_bus(self, *services):
-        os.makedirs(self.path("services"))
-        for service in services:
-            shutil.copy(os.path.join(SERVICES, service + ".service"), self.path("services"))
-        self.write(BUS % (self.path("bus"), self.path("services")), "bus.conf")
-        self.start("dbus-daemon", "--nofork", "--config-file=" + self.path("bus.conf"))
-        eventually("there is a bus", lambda: os.path.exists(self.path("bus")))
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + self.path("bus")
 
     def start_backend(self, manner):
         self.write(BACKEND_FILE, "portals", "standin.portal")

@@ -2,11 +2,11 @@
 itself."""
 
 import os
-import shutil
 import unittest
 
 from desktop_session import eventually, run_tests
-from portal_session import PORTAL_NAME, SERVICES, PortalSession
+from portal_session import PORTAL_NAME, PortalSession
+from private_bus import offer
 
 SHORTCUT = "[('toggle-focus', {'description': 'Focus mode', 'preferred_trigger': 'LOGO+SHIFT+z'})]"
 
@@ -44,7 +44,7 @@ class Portal(unittest.TestCase):
 
     def is_started_when_the_program_asks_for_it(self):
         with PortalSession() as session:
-            shutil.copy(os.path.join(SERVICES, PORTAL_NAME + ".service"), session.path("services"))
+            offer(session, PORTAL_NAME)
             session.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
             backend = session.start_backend("grant")
             self.assertFalse(session.has_owner(PORTAL_NAME))

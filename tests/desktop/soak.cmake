@@ -20,3 +20,16 @@ soak_test(soak.Random.runs_end_well_on_x11 random_run_test.py Random.runs_end_we
 math(EXPR soak_seconds "2 * ${soak_seconds} - 10")
 soak_test(sway.Soak.changes_for_long_leave_the_board_and_the_memory_as_they_were sway_soak_test.py
           Soak.changes_for_long_leave_the_board_and_the_memory_as_they_were ${soak_seconds})
+
+# The program under the eyes of strace.
+foreach(test Day.leaves_no_trace_on_wayland Day.leaves_no_trace_on_x11
+        Watching.finds_what_another_program_does)
+  add_test(NAME trace.${test} COMMAND /usr/bin/python3 -B
+           "${CMAKE_CURRENT_SOURCE_DIR}/trace_test.py" ${test})
+  set_tests_properties(trace.${test} PROPERTIES TIMEOUT 300 LABELS desktop ENVIRONMENT
+                       "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+endforeach()
+foreach(test let_pass_what_is_the_programs_own find_everything_else)
+  add_test(NAME trace.TraceRules.${test} COMMAND /usr/bin/python3 -B
+           "${CMAKE_CURRENT_SOURCE_DIR}/trace_rules_test.py" TraceRules.${test})
+endforeach()

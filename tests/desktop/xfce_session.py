@@ -6,6 +6,7 @@ import re
 
 from desktop_session import DesktopSession, eventually, program
 from picture import Picture
+from private_bus import start_bus
 
 NAME = "org.orvane.Orvane"
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -46,7 +47,7 @@ class XfceSession(DesktopSession):
     def __enter__(self):
         try:
             self._start_server()
-            self._start_bus()
+            start_bus(self, "org.xfce.Xfconf")
             self.start_manager()
             return self
         except BaseException as error:
@@ -61,14 +62,6 @@ class XfceSession(DesktopSession):
             return next((line for line in server.lines if re.fullmatch(r"\d+", line)), None)
 
         self.environment["DISPLAY"] = ":" + eventually("Xvfb tells its number", number)
-
-    def _start_bus(self):
-        bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address=1")
-
-        def address():
-            return next((line for line in bus.lines if line.startswith("unix:")), None)
-
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
 
     def start_manager(self):
         """Starts xfwm4, in the place of one that is there."""
