@@ -130,6 +130,12 @@ class Window(unittest.TestCase):
                 set(xfce.board.lines), {"orvane: The settings window ended unexpectedly (signal 9)."}
             )
 
+    def ends_with_a_board_that_is_killed(self):
+        with Session() as xfce:
+            xfce.open()
+            self.assertEqual(xfce.board.end(signal.SIGKILL), -signal.SIGKILL)
+            eventually("it ends too", lambda: not xfce.is_open())
+
     def stopped_it_holds_up_nobody(self):
         with Session() as xfce:
             xfce.open()

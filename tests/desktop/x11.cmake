@@ -57,6 +57,7 @@ endfunction()
 
 if(TARGET orvane-settings)
   settings_program_test(Window comes_and_goes_without_the_board killed_it_is_opened_anew
+                        ends_with_a_board_that_is_killed
                         stopped_it_holds_up_nobody opened_edited_and_closed_a_hundred_times)
   # Only the program as it is meant to be is quick; and what measures time runs alone.
   if(NOT ORVANE_SANITIZE)
