@@ -27,8 +27,9 @@ TELL = """
 print(JSON.stringify(desktops().map(function (desktop) {
   desktop.currentConfigGroup = ["General"];
   return desktop.configKeys.map(function (key) {
-    // A place is written down with the files in no order.
-    return [key, String(desktop.readConfig(key)).split(",").sort()];
+    // Places are written down with the files in no order.
+    var value = String(desktop.readConfig(key)).replace(/[^\\w:/.,-]/g, "");
+    return [key, value.split(",").sort()];
   });
 })));
 """
