@@ -33,7 +33,6 @@ using LayoutHandle = GObjectHandle<PangoLayout>;
 using FontDescriptionHandle =
     std::unique_ptr<PangoFontDescription, Release<pango_font_description_free>>;
 using AttributesHandle = std::unique_ptr<PangoAttrList, Release<pango_attr_list_unref>>;
-using FontMetricsHandle = std::unique_ptr<PangoFontMetrics, Release<pango_font_metrics_unref>>;
 
 // Keeps cairo's state of one context as it was, whatever happens in between.
 class SavedState {

@@ -23,6 +23,12 @@ PangoWeight pangoWeight(FontWeight weight) {
   return static_cast<PangoWeight>(static_cast<int>(weight));
 }
 
+// Absolute sizes, since setting the map's resolution would make pango list every font there is.
+void setSize(PangoFontDescription* description, const Font& font) {
+  pango_font_description_set_absolute_size(description,
+                                           std::clamp(font.size, 0.1, 4096.0) * PANGO_SCALE);
+}
+
 CairoFontOptionsHandle fontOptions(FontOptions::Rendering rendering) {
   CairoFontOptionsHandle options(cairo_font_options_create());
   // Coverage alone, since what lies under a translucent picture is not known here, and lengths
@@ -46,6 +52,14 @@ AttributesHandle attributes(const TextStyle& style) {
     pango_attr_list_insert(list.get(),
                            pango_attr_text_transform_new(PANGO_TEXT_TRANSFORM_UPPERCASE));
   return list;
+}
+
+// Without a language of the user's, texts are set as English ones: pango would take Latin letters
+// for that all the same, and look up every font in both.
+PangoLanguage* languageOf(const FontOptions& options) {
+  if (!options.language.empty()) return pango_language_from_string(options.language.c_str());
+  PangoLanguage* const users = pango_language_get_default();
+  return pango_language_matches(users, "c;posix") ? pango_language_from_string("en") : users;
 }
 
 std::size_t hashOf(const Font& font) {
@@ -73,6 +87,10 @@ std::size_t Typesetter::AdvanceHash::operator()(const AdvanceKey& key) const {
   return hashWith(hashOf(key.font), key.character);
 }
 
+std::size_t Typesetter::FaceHash::operator()(const FaceKey& key) const {
+  return hashWith(static_cast<std::size_t>(key.weight), static_cast<int>(key.design));
+}
+
 Typesetter::Typesetter(const FontOptions& options)
     : map_(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT)),
       standardFamily_(standardFamily(options)),
@@ -80,20 +98,34 @@ Typesetter::Typesetter(const FontOptions& options)
   context_.reset(pango_font_map_create_context(map_.get()));
   pango_context_set_round_glyph_positions(context_.get(), FALSE);
   pango_cairo_context_set_font_options(context_.get(), fontOptions(options.rendering).get());
-  if (!options.language.empty())
-    pango_context_set_language(context_.get(),
-                               pango_language_from_string(options.language.c_str()));
+  pango_context_set_language(context_.get(), languageOf(options));
 }
 
-FontDescriptionHandle Typesetter::describe(const Font& font) const {
-  FontDescriptionHandle description(pango_font_description_new());
-  const std::string& family = font.design == FontDesign::rounded ? roundedFamily_ : standardFamily_;
-  pango_font_description_set_family_static(description.get(), family.c_str());
-  pango_font_description_set_weight(description.get(), pangoWeight(font.weight));
-  // Absolute sizes, since setting the map's resolution would make pango list every font there is.
-  pango_font_description_set_absolute_size(description.get(),
-                                           std::clamp(font.size, 0.1, 4096.0) * PANGO_SCALE);
+FontDescriptionHandle Typesetter::describe(const Font& font) {
+  FontDescriptionHandle description(pango_font_description_copy(face(font)));
+  setSize(description.get(), font);
   return description;
+}
+
+// What the wished families come down to, by its own name: while pango breaks lines it asks for
+// metrics by that name, and it looks every name up anew for each size. With one name for both, half
+// of that is saved. What the font lacks is looked for in the same generic families. Where the
+// user's language has another script, Latin letters have another font than that, and the wish
+// remains.
+const PangoFontDescription* Typesetter::face(const Font& font) {
+  const FaceKey key{font.design, font.weight};
+  if (const FontDescriptionHandle* known = faces_.find(key)) return known->get();
+  FontDescriptionHandle face(pango_font_description_new());
+  const std::string& family = font.design == FontDesign::rounded ? roundedFamily_ : standardFamily_;
+  pango_font_description_set_family(face.get(), family.c_str());
+  pango_font_description_set_weight(face.get(), pangoWeight(font.weight));
+  setSize(face.get(), font);
+  PangoLanguage* const language = pango_context_get_language(context_.get());
+  if (pango_language_includes_script(language, PANGO_SCRIPT_LATIN)) {
+    const PangoFontHandle found(pango_font_map_load_font(map_.get(), context_.get(), face.get()));
+    if (found) face.reset(pango_font_describe(found.get()));
+  }
+  return faces_.insert(key, std::move(face)).get();
 }
 
 LayoutHandle Typesetter::layout(const std::string& text, const TextStyle& style, double width) {
@@ -139,9 +171,11 @@ LineMetrics Typesetter::lineMetrics(const Font& font) {
   const PangoFontHandle face(
       pango_font_map_load_font(map_.get(), context_.get(), describe(font).get()));
   if (face) {
-    const FontMetricsHandle known(pango_font_get_metrics(face.get(), nullptr));
-    metrics = {toPoints(pango_font_metrics_get_ascent(known.get())),
-               toPoints(pango_font_metrics_get_descent(known.get()))};
+    // Every glyph's logical box is as high as the font's lines. The font's own metrics say no more
+    // of that, and pango sets sample texts for them.
+    PangoRectangle box;
+    pango_font_get_glyph_extents(face.get(), PANGO_GLYPH_EMPTY, nullptr, &box);
+    metrics = {toPoints(PANGO_ASCENT(box)), toPoints(PANGO_DESCENT(box))};
   }
   return metrics_.insert(font, metrics);
 }

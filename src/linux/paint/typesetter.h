@@ -55,13 +55,24 @@ class Typesetter {
     std::size_t operator()(const AdvanceKey& key) const;
   };
 
-  [[nodiscard]] FontDescriptionHandle describe(const Font& font) const;
+  struct FaceKey {
+    FontDesign design = FontDesign::standard;
+    FontWeight weight = FontWeight::regular;
+    friend bool operator==(const FaceKey&, const FaceKey&) = default;
+  };
+  struct FaceHash {
+    std::size_t operator()(const FaceKey& key) const;
+  };
+
+  [[nodiscard]] FontDescriptionHandle describe(const Font& font);
+  [[nodiscard]] const PangoFontDescription* face(const Font& font);
   [[nodiscard]] TextExtent extentOf(PangoLayout* layout, const TextStyle& style, double width);
 
   FontMapHandle map_;
   ContextHandle context_;
   std::string standardFamily_;
   std::string roundedFamily_;
+  BoundedCache<FaceKey, FontDescriptionHandle, FaceHash> faces_{32};
   BoundedCache<MeasureKey, TextExtent, MeasureHash> extents_{512};
   BoundedCache<AdvanceKey, double, AdvanceHash> advances_{256};
   BoundedCache<Font, LineMetrics, FontHash> metrics_{64};

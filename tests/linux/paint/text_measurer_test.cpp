@@ -157,6 +157,16 @@ TEST(TextMeasurer, UppercaseFollowsTheLanguage) {
   EXPECT_EQ(width("en", "istif", true), width("en", "ISTIF", false));
 }
 
+TEST(TextMeasurer, LatinLettersHaveOneFontWhateverTheLanguage) {
+  const auto widthIn = [](const std::string& language) {
+    const auto measurer = host::makeTextMeasurer(host::makeTypesetter({"", "", language, {}}));
+    return measurer->measure(longTitle, {{15}}, unlimitedWidth).size.width;
+  };
+  const double width = widthIn("en");
+  for (const char* language : {"de", "ja", "ar", "el", "zh-cn"})
+    EXPECT_EQ(widthIn(language), width) << language;
+}
+
 TEST(TextMeasurer, WidthsThatMakeNoSenseDoNoHarm) {
   const Studio studio;
   for (const double width : {0.0, -5.0, -std::numeric_limits<double>::infinity()})
