@@ -5,6 +5,7 @@
 #include "linux/x11/properties.h"
 #include "linux/x11/window_area.h"
 #include "linux/x11/window_level.h"
+#include "linux/xcb/answers.h"
 #include "view/glass.h"
 
 namespace orvane::host::x11 {
@@ -162,8 +163,11 @@ void DesktopWindow::renderAll(const PixelRect& area) {
     putsAllWhenPlaced_ = true;
     corrections_ = 0;
   }
-  paint({area});
+  // First, since what is drawn on a window that is not there is lost until the server asks for it.
   board_->show();
+  paint({area});
+  // At once: a picture that is new need not wait for whatever else this turn of the loop has to do.
+  if (xcb::takesRequests(around_.connection.handle())) xcb_flush(around_.connection.handle());
 }
 
 void DesktopWindow::paint(const std::vector<PixelRect>& parts) {
