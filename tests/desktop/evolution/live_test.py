@@ -1,5 +1,6 @@
 """The program while the desktop's calendar service changes under it."""
 
+import os
 import statistics
 import time
 import unittest
@@ -9,7 +10,7 @@ from published import Probe, options, titles
 from service import Evolution
 
 # What may pass until a change is published, typically.
-SOON = 2
+SOON = float(os.environ.get("ORVANE_SOON", "2"))
 
 
 def stamp(seconds):

@@ -1,5 +1,6 @@
 """The program itself under a real sway, with the calendars of the desktop's service."""
 
+import os
 import time
 import unittest
 
@@ -10,7 +11,7 @@ from service import Evolution
 from sway_session import SwaySession
 
 NAME_SPACE = "org.orvane.Orvane"
-SOON = 2
+SOON = float(os.environ.get("ORVANE_SOON", "2"))
 # A loaded machine is late sometimes; the program may not be late each time.
 ATTEMPTS = 3
 

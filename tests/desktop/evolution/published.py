@@ -6,7 +6,7 @@ import time
 from desktop_session import eventually, program
 
 # Long, since everything may be busy.
-PATIENCE = 60
+PATIENCE = 90
 
 # For a program that is to know of no service.
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/dev/null/none"}
