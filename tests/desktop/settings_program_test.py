@@ -15,7 +15,11 @@ PROGRAM = "orvane-settings"
 
 
 class Session(XfceSession):
-    """Xfce with the board on it."""
+    """Xfce with the board on it, and nobody who reads the screen aloud."""
+
+    def __init__(self):
+        super().__init__()
+        self.environment["GTK_A11Y"] = "none"
 
     def __enter__(self):
         super().__enter__()
