@@ -32,6 +32,8 @@ PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 
 
 class XfceSession(DesktopSession):
+    SCREEN = "1600x900x24"
+
     def __init__(self):
         super().__init__()
         self.environment.update(
@@ -55,7 +57,7 @@ class XfceSession(DesktopSession):
             raise
 
     def _start_server(self):
-        command = ("Xvfb", "-displayfd", "1", "-screen", "0", "1600x900x24", "-nolisten", "tcp", "-noreset")
+        command = ("Xvfb", "-displayfd", "1", "-screen", "0", self.SCREEN, "-nolisten", "tcp", "-noreset")
         server = self.start(*command)
 
         def number():

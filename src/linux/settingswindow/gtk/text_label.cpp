@@ -24,6 +24,7 @@ const char* classOf(FormTextStyle style) {
 TextLabel::TextLabel(const FormText& text) : Gtk::Label(text.text) {
   set_xalign(0);
   set_wrap();
+  set_natural_wrap_mode(Gtk::NaturalWrapMode::NONE);
   add_css_class(classOf(text.style));
   if (text.isSemibold) add_css_class("orvane-semibold");
   if (text.isSecondary) add_css_class("orvane-secondary");

@@ -1,6 +1,6 @@
 // Shows the settings' form as the window does and keeps a picture of each tab, for looking at:
-// form_pictures FOLDER SOURCES [dark], where SOURCES is full, empty or many. The display's scale is
-// taken from the toolkit's GDK_SCALE.
+// form_pictures FOLDER SOURCES [dark] [rtl] [large], where SOURCES is full, empty or many. The
+// display's scale is taken from the toolkit's GDK_SCALE.
 #include <gdkmm/texture.h>
 #include <glibmm/main.h>
 #include <gsk/gsk.h>
@@ -8,6 +8,7 @@
 #include <gtkmm/init.h>
 #include <gtkmm/settings.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -26,6 +27,7 @@ namespace orvane {
 namespace {
 
 constexpr unsigned kRestMilliseconds = 700;
+constexpr int kLargeTexts = 144 * 1024;  // half as large again
 
 using Names = std::vector<std::string>;
 
@@ -179,11 +181,16 @@ class Pictures {
 
 int run(const std::vector<std::string>& arguments) {
   if (arguments.size() < 2 || !gtk_init_check()) {
-    std::cerr << "form_pictures FOLDER full|empty|many [dark], on a display\n";
+    std::cerr << "form_pictures FOLDER full|empty|many [dark] [rtl] [large], on a display\n";
     return 1;
   }
   Gtk::init_gtkmm_internals();
-  const bool isDark = arguments.size() > 2 && arguments[2] == "dark";
+  const auto wants = [&](const char* word) {
+    return std::find(arguments.begin() + 2, arguments.end(), word) != arguments.end();
+  };
+  const bool isDark = wants("dark");
+  if (wants("large")) Gtk::Settings::get_default()->property_gtk_xft_dpi() = kLargeTexts;
+  if (wants("rtl")) gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
   Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = isDark;
   Board board(arguments[1]);
   Pictures(board, arguments[0], "-" + arguments[1] + (isDark ? "-dark" : "-light")).take();
