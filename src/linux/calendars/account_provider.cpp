@@ -21,6 +21,9 @@ constexpr milliseconds listingDelay{40};
 // Several calendars that change together are announced together. With the time that a burst takes
 // this stays within a tenth of a second.
 constexpr milliseconds announcementDelay{10};
+// Whoever hears of a change waits for a second of quiet before asking. Many calendars that are read
+// for the first time, one after the other, leave room for that.
+constexpr milliseconds announcementDistance{2000};
 
 constexpr const char* serviceFailure =
     "The calendars of the desktop's accounts cannot be read because their service does not answer.";
@@ -69,7 +72,7 @@ class AccountProvider final : public CalendarProvider {
 
   void stop() override {
     alive_.reset();
-    for (auto* timer : {&firstLimit_, &listing_, &announcement_, &question_, &limit_}) {
+    for (auto* timer : {&firstLimit_, &listing_, &announcement_, &rest_, &question_, &limit_}) {
       timer->cancel();
     }
     backOff_.reset();
@@ -211,10 +214,16 @@ class AccountProvider final : public CalendarProvider {
 
   void settle() {
     publish();
-    const bool isKnown = std::none_of(feeds_.begin(), feeds_.end(), [](const auto& feed) {
+    if (isSomeUnknown()) return;
+    becomeReady();
+    rest_.cancel();
+    if (std::exchange(isOwed_, false)) announce();
+  }
+
+  [[nodiscard]] bool isSomeUnknown() const {
+    return std::any_of(feeds_.begin(), feeds_.end(), [](const auto& feed) {
       return feed->outcome() == AccountFeed::Outcome::unknown;
     });
-    if (isKnown) becomeReady();
   }
 
   void becomeReady() {
@@ -225,11 +234,21 @@ class AccountProvider final : public CalendarProvider {
   void announce() {
     // Whoever waits for the first answers gets them as they are then.
     if (ready_ || announcement_) return;
+    if (rest_) {
+      isOwed_ = true;
+      return;
+    }
     announcement_ = actor_.after(announcementDelay, [this] {
       announcement_.cancel();
+      if (isSomeUnknown()) rest_ = actor_.after(announcementDistance, [this] { endRest(); });
       const auto changed = changed_;
       changed();
     });
+  }
+
+  void endRest() {
+    rest_.cancel();
+    if (std::exchange(isOwed_, false)) announce();
   }
 
   void publish() {
@@ -280,6 +299,8 @@ class AccountProvider final : public CalendarProvider {
   Subscription firstLimit_;
   Subscription listing_;
   Subscription announcement_;
+  Subscription rest_;    // between announcements while calendars are read for the first time
+  bool isOwed_ = false;  // an announcement, after the rest
   Subscription question_;
   Subscription limit_;
   // Main thread: gone once the provider was stopped.

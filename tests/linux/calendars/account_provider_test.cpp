@@ -230,6 +230,23 @@ TEST_F(AccountProviderTest, ACalendarThatHangsDelaysNoneOfItsNeighbours) {
   EXPECT_THAT(titles(), ElementsAre("Late", "Lunch", "Standup"));
 }
 
+TEST_F(AccountProviderTest, CalendarsThatAreReadOneByOneLeaveRoomBetweenTheirAnnouncements) {
+  for (const char* uid : {"a", "b", "c", "d", "e", "f"}) world->add(uid, uid, event, uid);
+  world->add("slow", "Slow", event, "Late");
+  world->hanging = {"slow"};
+  open();
+  actor.advance(seconds(1));
+  takeCounts();
+  for (const char* uid : {"a", "b", "c", "d", "e", "f"}) {
+    world->change(uid, std::string(uid) + "2");
+    actor.advance(milliseconds(500));
+  }
+  EXPECT_EQ(changes, 2) << "in three seconds";
+  actor.advance(seconds(2));
+  EXPECT_EQ(changes, 3) << "and none is lost";
+  EXPECT_THAT(titles(), ElementsAre("a2", "b2", "c2", "d2", "e2", "f2"));
+}
+
 TEST_F(AccountProviderTest, ACalendarThatFailsIsTriedAgainAndItsNeighboursAreShown) {
   world->add("bad", "Bad", event, "Back");
   world->add("w", "Work", event, "Standup");
