@@ -24,5 +24,21 @@ TEST(WellFormedUTF8, IsNothingElse) {
   }
 }
 
+struct Front {
+  std::string_view text;
+  UTF8Sequence sequence;
+};
+
+TEST(FirstUTF8Sequence, IsACharacterOrAFault) {
+  for (const auto& [text, sequence] :
+       {Front{"ab"sv, {1, true}}, Front{"\0"sv, {1, true}}, Front{"éa"sv, {2, true}},
+        Front{"日"sv, {3, true}}, Front{"🎂a"sv, {4, true}}, Front{"\x80\x80"sv, {1, false}},
+        Front{"\xC3"sv, {1, false}}, Front{"\xE2\x82("sv, {2, false}},
+        Front{"\xF0\x9F\x8E"sv, {3, false}}, Front{"\xED\xA0\x80"sv, {1, false}},
+        Front{"\xF5\x80"sv, {1, false}}}) {
+    EXPECT_EQ(firstUTF8Sequence(text), sequence) << text;
+  }
+}
+
 }  // namespace
 }  // namespace orvane

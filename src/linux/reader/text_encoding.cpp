@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "foundation/utf8.h"
+
 namespace orvane::ical {
 
 namespace {
@@ -55,25 +57,6 @@ std::string fromUtf16(std::string_view bytes, bool isBigEndian) {
     appendCodePoint(text, code >= 0xd800 && code < 0xe000 ? kReplacement : code);
   }
   return text;
-}
-
-// Length of the well-formed sequence at the front, 0 when there is none. `byteAt` answers the
-// bytes, -1 behind the last.
-template <class ByteAt>
-std::size_t sequenceSize(ByteAt byteAt) {
-  const int first = byteAt(0);
-  if (first >= 0 && first < 0x80) return 1;
-  const std::size_t size = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
-  if (first < 0xc2 || first > 0xf4) return 0;
-  const int second = byteAt(1);
-  const int lowest = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;
-  const int highest = first == 0xed ? 0x9f : first == 0xf4 ? 0x8f : 0xbf;
-  if (second < lowest || second > highest) return 0;
-  for (std::size_t index = 2; index < size; ++index) {
-    const int byte = byteAt(index);
-    if (byte < 0x80 || byte > 0xbf) return 0;
-  }
-  return size;
 }
 
 // The bytes of a text as if it had no folds; only ever a few from where it stands.
@@ -153,8 +136,7 @@ TextEncoding encodingOf(std::string_view text) {
   bool hasBadBytes = false;
   UnfoldingCursor cursor(text);
   while (cursor.moveToForeignByte()) {
-    const std::size_t size = sequenceSize(cursor);
-    if (size > 1) return TextEncoding::utf8;
+    if (firstUTF8Sequence(cursor).isWellFormed) return TextEncoding::utf8;
     hasBadBytes = true;
     cursor.advance(1);
   }
@@ -164,22 +146,21 @@ TextEncoding encodingOf(std::string_view text) {
 std::string decodedText(std::string_view bytes, TextEncoding encoding) {
   std::string text;
   text.reserve(bytes.size());
-  for (std::size_t at = 0; at < bytes.size();) {
-    const auto byte = static_cast<unsigned char>(bytes[at]);
-    const auto byteAt = [&](std::size_t ahead) {
-      return at + ahead < bytes.size() ? static_cast<unsigned char>(bytes[at + ahead]) : -1;
-    };
-    const std::size_t size = encoding == TextEncoding::utf8 ? sequenceSize(byteAt) : 0;
+  while (!bytes.empty()) {
+    const auto byte = static_cast<unsigned char>(bytes.front());
+    const UTF8Sequence sequence = firstUTF8Sequence(bytes);
+    const bool isCharacter =
+        sequence.isWellFormed && (encoding == TextEncoding::utf8 || byte < 0x80);
     if (byte == 0) {
       text.push_back(' ');
-    } else if (byte < 0x80 || size > 1) {
-      text.append(bytes, at, std::max<std::size_t>(size, 1));
+    } else if (isCharacter) {
+      text.append(bytes.substr(0, sequence.length));
     } else if (encoding == TextEncoding::utf8) {
       appendCodePoint(text, kReplacement);
     } else {
       appendCodePoint(text, byte < 0xa0 ? kWindowsLetters[byte - 0x80] : byte);
     }
-    at += std::max<std::size_t>(size, 1);
+    bytes.remove_prefix(isCharacter ? sequence.length : 1);
   }
   return text;
 }
