@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "agenda/records.h"
 #include "platform/calendar.h"
 #include "platform/ek_event_store.h"

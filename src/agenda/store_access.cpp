@@ -1,5 +1,7 @@
 #include "agenda/store_access.h"
 
+#include "foundation/task_waiting.h"
+
 namespace orvane {
 
 Task<AccessAnswer> requestFullAccess(MainActor& actor, std::shared_ptr<EKEventStore> store,

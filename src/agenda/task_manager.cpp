@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "agenda/day_boundary.h"
+#include "foundation/task_waiting.h"
 
 namespace orvane {
 namespace {

@@ -1,5 +1,4 @@
 // Which kinds of items may be read, asking the user or not, before a refresh.
-#include <utility>
 
 #include "agenda/store_access.h"
 #include "agenda/task_manager.h"

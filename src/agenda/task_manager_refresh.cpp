@@ -5,6 +5,7 @@
 #include "agenda/selection.h"
 #include "agenda/store_queries.h"
 #include "agenda/task_manager.h"
+#include "foundation/task_waiting.h"
 
 namespace orvane {
 namespace {

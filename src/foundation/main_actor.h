@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <functional>
+#include <utility>
 
 #include "foundation/date.h"
 #include "foundation/subscription.h"

@@ -52,7 +52,7 @@ class Published {
   Published& operator=(const Published&) = delete;
 
   [[nodiscard]] const T& get() const { return value_; }
-  operator const T&() const { return value_; }  // NOLINT(google-explicit-constructor)
+  operator const T&() const { return value_; }
   const T* operator->() const { return &value_; }
   const T& operator*() const { return value_; }
 

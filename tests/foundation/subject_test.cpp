@@ -79,7 +79,7 @@ TEST(Subscription, EndsOnceWhenDestroyedReplacedOrMoved) {
   {
     Subscription first([&] { ++ended; });
     Subscription second(std::move(first));
-    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move)
+    EXPECT_FALSE(first);
     first.cancel();
     EXPECT_EQ(ended, 0);
     second = Subscription([&] { ended += 10; });

@@ -1,5 +1,3 @@
-#include "foundation/task.h"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -9,6 +7,7 @@
 #include <utility>
 
 #include "fakes/manual_main_actor.h"
+#include "foundation/task_waiting.h"
 
 namespace orvane {
 namespace {

@@ -1,4 +1,6 @@
 // What a task may wait for besides time, and what becomes of it when the loop ends.
+#include "foundation/task_waiting.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,7 +11,6 @@
 #include <utility>
 
 #include "fakes/manual_main_actor.h"
-#include "foundation/task.h"
 
 namespace orvane {
 namespace {
