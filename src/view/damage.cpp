@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <optional>
 
 namespace orvane {
 namespace {
@@ -82,15 +81,6 @@ bool haveSameGroups(const Span& before, const Span& after) {
     if (!same && (isMarker(old) || isMarker(fresh))) return false;
   }
   return true;
-}
-
-std::size_t endOfGroup(const DisplayList& list, std::size_t begin) {
-  std::size_t depth = 0;
-  for (std::size_t index = begin; index < list.size(); ++index) {
-    if (std::holds_alternative<GroupBegin>(list[index].content)) ++depth;
-    if (std::holds_alternative<GroupEnd>(list[index].content) && --depth == 0) return index;
-  }
-  return list.size();
 }
 
 // Whether two items are texts that differ in nothing but the characters in their cells.

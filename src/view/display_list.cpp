@@ -55,6 +55,15 @@ Rect DisplayItem::bounds() const {
   return drawn.isEmpty() ? Rect{} : drawn;
 }
 
+std::size_t endOfGroup(const DisplayList& list, std::size_t begin) {
+  std::size_t depth = 0;
+  for (std::size_t index = begin; index < list.size(); ++index) {
+    if (std::holds_alternative<GroupBegin>(list[index].content)) ++depth;
+    if (std::holds_alternative<GroupEnd>(list[index].content) && --depth == 0) return index;
+  }
+  return list.size();
+}
+
 Rect boundsOf(const DisplayList& list) {
   Rect all;
   std::vector<std::optional<Rect>> clips;  // of the groups around the item, each within the outer

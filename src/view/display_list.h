@@ -1,8 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -87,6 +87,9 @@ struct DisplayItem {
 
 // In drawing order.
 using DisplayList = std::vector<DisplayItem>;
+
+// The index of the GroupEnd that matches the GroupBegin at `begin`; the list's size without one.
+[[nodiscard]] std::size_t endOfGroup(const DisplayList& list, std::size_t begin);
 
 // One line of text each, for tests and for looking at a case.
 std::string describe(const DisplayItem& item);

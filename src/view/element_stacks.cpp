@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 
 #include "view/alignment.h"
 #include "view/distribution.h"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <utility>
 
 namespace orvane {
 namespace {
@@ -32,20 +31,6 @@ GlassPane paneWithin(const std::optional<Clip>& clip, const DisplayItem& item) {
 bool isGlass(const DisplayItem& item) {
   const auto* fill = std::get_if<FillItem>(&item.content);
   return fill && std::holds_alternative<Material>(fill->fill) && !item.bounds().isEmpty();
-}
-
-double cornerRadius(const GlassPane& pane) {
-  const double most = std::min(pane.frame.width, pane.frame.height) / 2;
-  switch (pane.shape.kind) {
-    case Shape::Kind::rectangle:
-      return 0;
-    case Shape::Kind::roundedRectangle:
-      return std::clamp(pane.shape.cornerRadius, 0.0, most);
-    case Shape::Kind::capsule:
-    case Shape::Kind::circle:
-      return most;
-  }
-  return 0;
 }
 
 // How far a corner's arc keeps from the side, at this distance from the edge that it begins at.
@@ -108,7 +93,7 @@ std::vector<PixelRect> pixelsWithin(const GlassPane& pane, double scale) {
   const Rect points = outlineOf(pane);
   const Rect outline{points.x * scale, points.y * scale, points.width * scale,
                      points.height * scale};
-  const double radius = cornerRadius(pane) * scale;
+  const double radius = cornerRadiusIn(pane.shape, outline.size(), scale);
   std::vector<PixelRect> rows;
   for (int y = wholeUp(outline.y); y < wholeDown(outline.bottom()); ++y) {
     const double inset = insetAt(std::min(y - outline.y, outline.bottom() - y - 1), radius);

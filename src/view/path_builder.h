@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "view/symbols.h"
 
 namespace orvane {

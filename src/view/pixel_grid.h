@@ -29,6 +29,17 @@ template <class R>
 concept WholeRect = std::same_as<decltype(R::x), int> && std::same_as<decltype(R::y), int> &&
     std::same_as<decltype(R::width), int> && std::same_as<decltype(R::height), int>;
 
+// Where it ends. Wide, since a rectangle whose edges were clamped to the range of int may end
+// beyond it once it was moved.
+template <WholeRect R>
+constexpr std::int64_t rightOf(const R& rect) {
+  return std::int64_t{rect.x} + rect.width;
+}
+template <WholeRect R>
+constexpr std::int64_t bottomOf(const R& rect) {
+  return std::int64_t{rect.y} + rect.height;
+}
+
 // The smallest rectangle that holds both; an empty one counts as nothing.
 template <WholeRect R>
 constexpr R unionOf(const R& a, const R& b) {
@@ -36,8 +47,8 @@ constexpr R unionOf(const R& a, const R& b) {
   if (b.isEmpty()) return a;
   const int x = std::min(a.x, b.x);
   const int y = std::min(a.y, b.y);
-  return {x, y, std::max(a.x + a.width, b.x + b.width) - x,
-          std::max(a.y + a.height, b.y + b.height) - y};
+  return {x, y, static_cast<int>(std::max(rightOf(a), rightOf(b)) - x),
+          static_cast<int>(std::max(bottomOf(a), bottomOf(b)) - y)};
 }
 
 // What both hold; empty where they do not meet.
@@ -45,10 +56,10 @@ template <WholeRect R>
 constexpr R intersectionOf(const R& a, const R& b) {
   const int x = std::max(a.x, b.x);
   const int y = std::max(a.y, b.y);
-  const int right = std::min(a.x + a.width, b.x + b.width);
-  const int bottom = std::min(a.y + a.height, b.y + b.height);
+  const auto right = std::min(rightOf(a), rightOf(b));
+  const auto bottom = std::min(bottomOf(a), bottomOf(b));
   if (right <= x || bottom <= y) return {};
-  return {x, y, right - x, bottom - y};
+  return {x, y, static_cast<int>(right - x), static_cast<int>(bottom - y)};
 }
 
 // How many pixels several rectangles have together; what lies in two of them counts twice.

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <variant>
 
 #include "foundation/color.h"
+#include "view/geometry.h"
 
 namespace orvane {
 
@@ -24,6 +26,22 @@ struct Shape {
 
   friend bool operator==(const Shape&, const Shape&) = default;
 };
+
+// The radius of the corners of a shape that fills `size`, both in a unit of which a point has
+// `scale`.
+[[nodiscard]] constexpr double cornerRadiusIn(const Shape& shape, Size size, double scale) {
+  const double most = std::max(std::min(size.width, size.height) / 2, 0.0);
+  switch (shape.kind) {
+    case Shape::Kind::rectangle:
+      return 0;
+    case Shape::Kind::roundedRectangle:
+      return std::clamp(shape.cornerRadius * scale, 0.0, most);
+    case Shape::Kind::capsule:
+    case Shape::Kind::circle:
+      return most;
+  }
+  return 0;
+}
 
 // From the top-leading to the bottom-trailing corner, the stops evenly spaced.
 struct LinearGradient {

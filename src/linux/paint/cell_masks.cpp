@@ -30,11 +30,11 @@ const LineMask& CellDrawing::mask(const MaskKey& key) {
 void CellDrawing::drawCell(cairo_t* cr, const MaskKey& key, const Rect& cell, double baseline,
                            const PixelRect& area) {
   const PixelRect place = pixelsCovering(cell, key.scale);
-  if (meeting(place, area).isEmpty()) return;
+  if (intersectionOf(place, area).isEmpty()) return;
   const LineMask& glyph = mask(key);
   const PixelRect ink =
       movedBy(glyph.extents, toPixels(cell.x, key.scale), toPixels(baseline, key.scale));
-  const PixelRect shown = meeting(ink, place);
+  const PixelRect shown = intersectionOf(ink, place);
   if (!glyph.surface || shown.isEmpty()) return;
   if (shown == ink) {
     cairo_mask_surface(cr, glyph.surface.get(), ink.x, ink.y);

@@ -24,16 +24,6 @@ bool beginsGroup(const DisplayItem& item) {
   return std::holds_alternative<GroupBegin>(item.content);
 }
 
-// The index of the end that matches the beginning at `begin`; the list's size without one.
-std::size_t groupEnd(const DisplayList& list, std::size_t begin) {
-  int depth = 0;
-  for (std::size_t i = begin; i < list.size(); ++i) {
-    if (beginsGroup(list[i])) ++depth;
-    if (std::holds_alternative<GroupEnd>(list[i].content) && --depth == 0) return i;
-  }
-  return list.size();
-}
-
 // In points, a little more than the area: most items are far from a few digits, which is told
 // without rounding theirs to pixels.
 Rect reachOf(const PixelRect& area, double scale) {
@@ -61,7 +51,7 @@ void DisplayListDrawing::drawItems(const Canvas& canvas, const DisplayList& list
       if (list[i].bounds().intersects(reach)) drawItem(canvas, list[i]);
       continue;
     }
-    const std::size_t end = std::min(groupEnd(list, i), range.last);
+    const std::size_t end = std::min(endOfGroup(list, i), range.last);
     drawGroup(canvas, list, {i, end});
     i = end;
   }
@@ -70,7 +60,7 @@ void DisplayListDrawing::drawItems(const Canvas& canvas, const DisplayList& list
 void DisplayListDrawing::drawItem(const Canvas& canvas, const DisplayItem& item) {
   if (item.opacity <= 0) return;
   const PixelRect touched = pixelsCovering(item.bounds(), canvas.scale);
-  const PixelRect area = meeting(touched, canvas.area);
+  const PixelRect area = intersectionOf(touched, canvas.area);
   if (area.isEmpty()) return;
   // Nothing is drawn beyond an item's bounds, since nothing beyond them is drawn again with it.
   const SavedState saved(canvas.cr);
@@ -91,7 +81,7 @@ DisplayListDrawing::Group DisplayListDrawing::groupAt(const DisplayList& list, R
     group.inside = {range.first + 1, range.last};
     holdsOneGroup = group.inside.first < group.inside.last &&
                     beginsGroup(list[group.inside.first]) &&
-                    groupEnd(list, group.inside.first) + 1 == group.inside.last;
+                    endOfGroup(list, group.inside.first) + 1 == group.inside.last;
     range = {group.inside.first, group.inside.last - 1};
   }
   return group;
@@ -104,9 +94,9 @@ void DisplayListDrawing::drawGroup(const Canvas& canvas, const DisplayList& list
 
   PixelRect area;
   for (std::size_t i = group.inside.first; i < group.inside.last; ++i)
-    area = joining(area, pixelsCovering(list[i].bounds(), canvas.scale));
-  area = meeting(area, canvas.area);
-  if (group.clip) area = meeting(area, coveringPixels(*group.clip));
+    area = unionOf(area, pixelsCovering(list[i].bounds(), canvas.scale));
+  area = intersectionOf(area, canvas.area);
+  if (group.clip) area = intersectionOf(area, coveringPixels(*group.clip));
   if (area.isEmpty()) return;
 
   const SavedState saved(canvas.cr);

@@ -99,7 +99,8 @@ void GradientDrawing::fill(cairo_t* cr, const LinearGradient& gradient, const Ou
   if (isEmpty(outline)) return;
   const Ramp& colors = ramp(gradient);
   for (int y = area.y; y < bottomOf(area); y += stripHeight)
-    fillStrip(cr, colors, outline, meeting(area, {area.x, y, area.width, stripHeight}));
+    fillStrip(cr, colors, outline,
+              intersectionOf(area, PixelRect{area.x, y, area.width, stripHeight}));
 }
 
 }  // namespace orvane::host

@@ -5,14 +5,14 @@
 
 #include <algorithm>
 
+#include "linux/paint/pango_units.h"
+
 namespace orvane::host {
 
 namespace {
 
 // Of the part of a line that is drawn, in pixels: more than any screen shows.
 constexpr int longestMask = 16384;
-
-double toPoints(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
 
 // Fonts of pictures, which have no outlines.
 bool hasPictures(PangoFont* font) {

@@ -8,20 +8,6 @@ namespace orvane::host {
 
 namespace {
 
-double radiusOf(const Shape& shape, double width, double height, double scale) {
-  const double most = std::min(width, height) / 2;
-  switch (shape.kind) {
-    case Shape::Kind::rectangle:
-      return 0;
-    case Shape::Kind::roundedRectangle:
-      return std::clamp(shape.cornerRadius * scale, 0.0, std::max(most, 0.0));
-    case Shape::Kind::capsule:
-    case Shape::Kind::circle:
-      return most;
-  }
-  return 0;
-}
-
 Outline circleIn(const Rect& frame, double scale) {
   const int side = toPixels(std::min(frame.width, frame.height), scale);
   const double centerX = (frame.x + frame.width / 2) * scale;
@@ -110,7 +96,7 @@ Outline outlineOf(const Shape& shape, const Rect& frame, double scale) {
           static_cast<double>(rect.y),
           width,
           height,
-          radiusOf(shape, width, height, scale),
+          cornerRadiusIn(shape, {width, height}, scale),
           shape.continuous};
 }
 

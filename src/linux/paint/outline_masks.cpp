@@ -69,7 +69,7 @@ void OutlineMasks::fill(cairo_t* cr, const Outline& outline, const PixelRect& ar
   // In the steps that masks have, so that the seam between the two ways of drawing is not seen.
   const auto steps = static_cast<std::uint8_t>(std::lround(std::clamp(opacity, 0.0, 1.0) * 255));
   const PixelRect inside = interiorOf(outline);
-  const PixelRect inner = meeting(inside, area);
+  const PixelRect inner = intersectionOf(inside, area);
   if (!inner.isEmpty()) fillRect(cr, inner, steps / 255.0);
   if (contains(inside, area)) return;
   const Coverage& corners = tile(outline, 0);

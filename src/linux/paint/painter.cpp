@@ -7,15 +7,11 @@
 #include "linux/paint/display_list_drawing.h"
 #include "linux/paint/handles.h"
 #include "linux/paint/pixel_geometry.h"
+#include "linux/paint/pixel_surface.h"
 
 namespace orvane::host {
 
 namespace {
-
-SurfaceHandle surfaceOver(const PixelBuffer& buffer) {
-  return SurfaceHandle(cairo_image_surface_create_for_data(
-      buffer.data, CAIRO_FORMAT_ARGB32, buffer.width, buffer.height, buffer.stride));
-}
 
 // The background of a picture: what lies under it, or nothing.
 void clear(cairo_t* cr, const PaintTarget& target) {
@@ -52,7 +48,7 @@ void CairoPainter::paint(const DisplayList& list, const PaintTarget& target,
   const PixelRect buffer{target.origin.x, target.origin.y, pixels.width, pixels.height};
   std::vector<PixelRect> areas;
   areas.reserve(damage.size());
-  for (const PixelRect& rect : damage) areas.push_back(meeting(rect, buffer));
+  for (const PixelRect& rect : damage) areas.push_back(intersectionOf(rect, buffer));
 
   const SurfaceHandle surface = surfaceOver(pixels);
   const CairoHandle cr(cairo_create(surface.get()));

@@ -12,25 +12,6 @@ constexpr double farthest = 1 << 22;
 
 }  // namespace
 
-PixelRect meeting(const PixelRect& a, const PixelRect& b) {
-  const int x = std::max(a.x, b.x);
-  const int y = std::max(a.y, b.y);
-  const auto right = std::min(rightOf(a), rightOf(b));
-  const auto bottom = std::min(bottomOf(a), bottomOf(b));
-  if (right <= x || bottom <= y) return {};
-  return {x, y, static_cast<int>(right - x), static_cast<int>(bottom - y)};
-}
-
-PixelRect joining(const PixelRect& a, const PixelRect& b) {
-  if (a.isEmpty()) return b;
-  if (b.isEmpty()) return a;
-  const int x = std::min(a.x, b.x);
-  const int y = std::min(a.y, b.y);
-  const auto right = std::max(rightOf(a), rightOf(b));
-  const auto bottom = std::max(bottomOf(a), bottomOf(b));
-  return {x, y, static_cast<int>(right - x), static_cast<int>(bottom - y)};
-}
-
 PixelRect grownBy(const PixelRect& rect, int amount) {
   return {rect.x - amount, rect.y - amount, rect.width + 2 * amount, rect.height + 2 * amount};
 }
@@ -64,13 +45,13 @@ std::vector<PixelRect> apart(std::vector<PixelRect> rects) {
     rects.pop_back();
     if (rect.isEmpty()) continue;
     const auto met = std::ranges::find_if(
-        result, [&](const PixelRect& other) { return !meeting(rect, other).isEmpty(); });
+        result, [&](const PixelRect& other) { return !intersectionOf(rect, other).isEmpty(); });
     if (met == result.end()) {
       result.push_back(rect);
       continue;
     }
     // The joined one may meet others that neither of the two met.
-    rects.push_back(joining(rect, *met));
+    rects.push_back(unionOf(rect, *met));
     result.erase(met);
   }
   return result;

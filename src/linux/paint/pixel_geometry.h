@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "view/geometry.h"
@@ -8,15 +7,6 @@
 
 namespace orvane::host {
 
-// Wide, since a rectangle that was clamped to the range of int ends beyond it.
-[[nodiscard]] constexpr std::int64_t rightOf(const PixelRect& rect) {
-  return std::int64_t{rect.x} + rect.width;
-}
-[[nodiscard]] constexpr std::int64_t bottomOf(const PixelRect& rect) {
-  return std::int64_t{rect.y} + rect.height;
-}
-[[nodiscard]] PixelRect meeting(const PixelRect& a, const PixelRect& b);
-[[nodiscard]] PixelRect joining(const PixelRect& a, const PixelRect& b);
 [[nodiscard]] PixelRect grownBy(const PixelRect& rect, int amount);
 [[nodiscard]] PixelRect movedBy(const PixelRect& rect, int dx, int dy);
 [[nodiscard]] bool contains(const PixelRect& outer, const PixelRect& inner);

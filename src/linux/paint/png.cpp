@@ -1,9 +1,9 @@
 #include "linux/paint/png.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "linux/paint/handles.h"
+#include "linux/paint/pixel_surface.h"
 
 namespace orvane::host {
 
@@ -19,11 +19,6 @@ PictureError readError(const std::string& path, cairo_status_t status) {
     return {"Cannot read the picture " + path + ": it is no PNG, or damaged"};
   }
   return error("Cannot read the picture", path, status);
-}
-
-SurfaceHandle surfaceOver(const PixelBuffer& buffer) {
-  return SurfaceHandle(cairo_image_surface_create_for_data(
-      buffer.data, CAIRO_FORMAT_ARGB32, buffer.width, buffer.height, buffer.stride));
 }
 
 }  // namespace

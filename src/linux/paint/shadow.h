@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "linux/paint/blur.h"
 #include "linux/paint/bounded_cache.h"
 #include "linux/paint/outline.h"

@@ -25,7 +25,7 @@ std::uint8_t thinned(std::uint8_t value, std::uint8_t opacity) {
 
 // What surrounds `hole` within `full`, in four pieces.
 std::array<PixelRect, 4> around(const PixelRect& full, const PixelRect& hole) {
-  const PixelRect inner = meeting(full, hole);
+  const PixelRect inner = intersectionOf(full, hole);
   if (inner.isEmpty()) return {full};
   const int right = static_cast<int>(rightOf(inner));
   const int bottom = static_cast<int>(bottomOf(inner));
@@ -58,7 +58,7 @@ SurfaceHandle StretchedMask::part(const PixelRect& area, std::uint8_t opacity) c
 void StretchedMask::draw(cairo_t* cr, const PixelRect& hole, const PixelRect& area,
                          std::uint8_t opacity) const {
   for (const PixelRect& piece : around(full, hole)) {
-    const PixelRect place = meeting(piece, area);
+    const PixelRect place = intersectionOf(piece, area);
     if (place.isEmpty()) continue;
     const SurfaceHandle mask = part(place, opacity);
     cairo_mask_surface(cr, mask.get(), place.x, place.y);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <cstdint>
 
 #include "linux/paint/blur.h"
 #include "linux/paint/handles.h"

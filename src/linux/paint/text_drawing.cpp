@@ -1,6 +1,7 @@
 #include "linux/paint/text_drawing.h"
 
 #include "linux/paint/line_mask.h"
+#include "linux/paint/pango_units.h"
 #include "linux/paint/pixel_geometry.h"
 
 namespace orvane::host {
@@ -11,7 +12,7 @@ double startOf(PangoLayoutLine* line, double frameWidth) {
   if (pango_layout_line_get_resolved_direction(line) != PANGO_DIRECTION_RTL) return 0;
   PangoRectangle logical;
   pango_layout_line_get_extents(line, nullptr, &logical);
-  return frameWidth - static_cast<double>(logical.width) / PANGO_SCALE;
+  return frameWidth - toPoints(logical.width);
 }
 
 void drawLine(cairo_t* cr, PangoLayoutLine* line, PixelPoint start, double scale, double opacity) {

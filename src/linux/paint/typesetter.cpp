@@ -4,13 +4,12 @@
 #include <cmath>
 
 #include "linux/paint/font_families.h"
+#include "linux/paint/pango_units.h"
 #include "linux/paint/plain_text.h"
 
 namespace orvane::host {
 
 namespace {
-
-double toPoints(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
 
 // A frame that was measured holds its text again though its width was rounded on the way.
 int toPangoWidth(double points) {
