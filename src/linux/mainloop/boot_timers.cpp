@@ -3,20 +3,12 @@
 #include <sys/timerfd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <system_error>
 
 #include "linux/mainloop/clocks.h"
 
 namespace orvane::host {
 namespace {
-
-FileDescriptor openTimer() {
-  const int number = timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC);
-  if (number < 0) throw std::system_error(errno, std::generic_category(), "timerfd");
-  return FileDescriptor(number);
-}
 
 // Far enough for any wait, near enough that no sum of times overflows.
 constexpr Duration kLongest = std::chrono::hours(24) * 365 * 50;
@@ -24,7 +16,7 @@ constexpr Duration kLongest = std::chrono::hours(24) * 365 * 50;
 }  // namespace
 
 BootTimers::BootTimers()
-    : descriptor_(openTimer()),
+    : descriptor_(openTimer(CLOCK_BOOTTIME)),
       source_(descriptor_.get(), SourcePriority::normal, [this] { fire(); }) {}
 
 Subscription BootTimers::after(Duration delay, std::function<void()> work) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <system_error>
 #include <utility>
 
 #include "linux/files/file_descriptor.h"
@@ -15,16 +14,10 @@
 namespace orvane::host {
 namespace {
 
-FileDescriptor openTimer() {
-  const int number = timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC);
-  if (number < 0) throw std::system_error(errno, std::generic_category(), "timerfd");
-  return FileDescriptor(number);
-}
-
 class TimerfdWallTimer final : public WallTimer {
  public:
   TimerfdWallTimer()
-      : descriptor_(openTimer()),
+      : descriptor_(openTimer(CLOCK_REALTIME)),
         source_(descriptor_.get(), SourcePriority::urgent, [this] { readable(); }) {}
 
   [[nodiscard]] Time now() const override { return wallTime(); }
