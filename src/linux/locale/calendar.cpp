@@ -3,7 +3,6 @@
 #include <unicode/calendar.h>
 #include <unicode/gregocal.h>
 
-#include <chrono>
 #include <cmath>
 #include <iostream>
 #include <map>
@@ -11,6 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "linux/locale/icu_date.h"
 #include "linux/locale/system_zone.h"
 
 namespace orvane::host {
@@ -18,10 +18,6 @@ namespace {
 
 using IcuCalendar = std::unique_ptr<icu::Calendar>;
 
-// ICU counts in milliseconds and gives up somewhat beyond this.
-bool isUsable(Date date) { return std::abs(date.secondsSince1970) < 8e12; }
-
-UDate toIcu(Date date) { return date.secondsSince1970 * 1000.0; }
 Date fromIcu(UDate time) { return {time / 1000.0}; }
 
 // Dates before 1582 are counted as if the Gregorian calendar had always been in use.
@@ -43,11 +39,6 @@ IcuCalendar makeIcuCalendar(std::unique_ptr<icu::TimeZone> zone, const std::stri
   calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
   calendar->setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
   return calendar;
-}
-
-Date systemNow() {
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return {std::chrono::duration<double>(now).count()};
 }
 
 bool isIn(std::optional<int> field, int least, int most) {
@@ -82,10 +73,7 @@ std::optional<Date> instantOf(icu::Calendar& calendar, const DateComponents& com
 
 class IcuSystemCalendar final : public SystemCalendar {
  public:
-  explicit IcuSystemCalendar(Region region) : region_(std::move(region)) {
-    if (!region_.now) region_.now = systemNow;
-    systemChanged();
-  }
+  explicit IcuSystemCalendar(Region region) : region_(std::move(region)) { systemChanged(); }
 
   void systemChanged() override {
     auto zone = zoneOf(region_, region_.now());

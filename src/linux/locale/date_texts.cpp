@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "linux/locale/icu_date.h"
 #include "linux/locale/unicode_text.h"
 
 namespace orvane::host {
@@ -69,7 +70,7 @@ DateTexts::DateTexts(const icu::Locale& locale, std::unique_ptr<icu::TimeZone> z
 
 const std::string& DateTexts::text(DateText kind, Date date) {
   static const std::string none;
-  if (!(std::abs(date.secondsSince1970) < 8e12)) return none;
+  if (!isUsable(date)) return none;
   const auto key = keyOf(kind, date);
   if (const auto found = kept_.find(key); found != kept_.end()) return found->second;
   if (kept_.size() >= kMostKept) kept_.clear();
@@ -80,7 +81,7 @@ const std::string& DateTexts::text(DateText kind, Date date) {
 DateTexts::Key DateTexts::keyOf(DateText kind, Date date) const {
   std::int32_t raw = 0, dst = 0;
   UErrorCode status = U_ZERO_ERROR;
-  zone_->getOffset(date.secondsSince1970 * 1000.0, false, raw, dst, status);
+  zone_->getOffset(toIcu(date), false, raw, dst, status);
   const bool dayOnly = kind == DateText::weekdayWide || kind == DateText::dateLong;
   const double local = date.secondsSince1970 + (raw + dst) / 1000.0;
   return {kind, static_cast<std::int64_t>(std::floor(local / (dayOnly ? 86400.0 : 60.0)))};
@@ -93,7 +94,7 @@ std::string DateTexts::format(DateText kind, Date date) {
     if (format) format->setTimeZone(*zone_);
   }
   icu::UnicodeString text;
-  if (format) format->format(date.secondsSince1970 * 1000.0, text);
+  if (format) format->format(toIcu(date), text);
   return toUtf8(text);
 }
 

@@ -5,6 +5,7 @@
 #include <unicode/timezone.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>

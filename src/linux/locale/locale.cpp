@@ -3,7 +3,6 @@
 #include <unicode/coll.h>
 #include <unicode/numfmt.h>
 
-#include <chrono>
 #include <mutex>
 #include <utility>
 
@@ -14,11 +13,6 @@
 
 namespace orvane::host {
 namespace {
-
-Date systemNow() {
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return {std::chrono::duration<double>(now).count()};
-}
 
 icu::Locale localeOf(const Region& region) {
   const auto given = region.locale ? knownLocaleName(*region.locale) : std::nullopt;
@@ -48,10 +42,7 @@ struct Texts {
 
 class IcuSystemLocale final : public SystemLocale {
  public:
-  explicit IcuSystemLocale(Region region) : region_(std::move(region)) {
-    if (!region_.now) region_.now = systemNow;
-    systemChanged();
-  }
+  explicit IcuSystemLocale(Region region) : region_(std::move(region)) { systemChanged(); }
 
   void systemChanged() override {
     auto texts = std::make_unique<Texts>(localeOf(region_), zoneOf(region_, region_.now()));

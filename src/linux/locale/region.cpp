@@ -4,6 +4,7 @@
 #include <unicode/timezone.h>
 #include <unicode/ures.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <memory>
@@ -25,6 +26,11 @@ SystemPlaces::SystemPlaces()
         return static_cast<std::int32_t>(local.tm_gmtoff);
       }),
       offsetOf(offsetByZoneFile) {}
+
+Date systemNow() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return {std::chrono::duration<double>(now).count()};
+}
 
 bool isTimeZone(const std::string& name) {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createTimeZone(fromUtf8(name)));

@@ -30,11 +30,14 @@ struct SystemPlaces {
   SystemPlaces();
 };
 
+// By the system's wall clock.
+[[nodiscard]] Date systemNow();
+
 // What a calendar and a locale go by. Whatever is left out follows the system.
 struct Region {
-  std::optional<std::string> timeZone;  // an IANA name; must satisfy isTimeZone()
-  std::optional<std::string> locale;    // "de_DE", "sr_RS@latin", "C"; see knownLocaleName()
-  std::function<Date()> now;            // the system's clock when left empty; any thread
+  std::optional<std::string> timeZone;    // an IANA name; must satisfy isTimeZone()
+  std::optional<std::string> locale;      // "de_DE", "sr_RS@latin", "C"; see knownLocaleName()
+  std::function<Date()> now = systemNow;  // the system's clock; any thread
   SystemPlaces system;
 };
 

@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "linux/locale/ruled_zone.h"

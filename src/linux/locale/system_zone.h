@@ -3,6 +3,7 @@
 #include <unicode/timezone.h>
 
 #include <memory>
+#include <string>
 
 #include "foundation/date.h"
 #include "linux/locale/region.h"
