@@ -5,7 +5,6 @@
 #include <functional>
 #include <map>
 #include <sstream>
-#include <string_view>
 
 namespace orvane::tools {
 namespace {

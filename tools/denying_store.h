@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "foundation/main_actor.h"
 #include "platform/ek_event_store.h"

@@ -1,8 +1,6 @@
 #include "snapshot_options.h"
 
-#include <array>
 #include <charconv>
-#include <cmath>
 #include <functional>
 #include <map>
 #include <string_view>

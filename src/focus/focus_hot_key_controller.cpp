@@ -1,7 +1,6 @@
 #include "focus/focus_hot_key_controller.h"
 
 #include <string>
-#include <utility>
 
 #include "focus/four_char_code.h"
 

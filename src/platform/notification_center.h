@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "foundation/subject.h"
 #include "foundation/subscription.h"

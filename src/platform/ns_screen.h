@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "view/geometry.h"
 

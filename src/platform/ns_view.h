@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "foundation/color.h"
 #include "view/geometry.h"

@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 #include <variant>
 
 #include "foundation/utf8.h"

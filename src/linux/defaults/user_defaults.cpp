@@ -1,7 +1,6 @@
 #include "linux/defaults/user_defaults.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <utility>
 
 #include "linux/defaults/defaults_file.h"

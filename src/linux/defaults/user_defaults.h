@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <string>
 
 #include "foundation/main_actor.h"
 #include "linux/files/base_directory.h"

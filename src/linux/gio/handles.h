@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace orvane::host::gio {
 

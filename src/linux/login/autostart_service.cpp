@@ -1,6 +1,5 @@
 #include "linux/login/autostart_service.h"
 
-#include <optional>
 #include <system_error>
 #include <utility>
 

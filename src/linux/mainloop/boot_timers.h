@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "foundation/main_actor.h"
 #include "linux/files/file_descriptor.h"

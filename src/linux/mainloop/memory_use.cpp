@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -26,7 +25,7 @@ void letGo(std::uintptr_t begin, std::size_t size) {
   const auto first = (begin + page - 1) / page * page;
   const auto last = (begin + size) / page * page;
   if (first >= last) return;
-  auto* const start = reinterpret_cast<void*>(first);  // NOLINT(performance-no-int-to-ptr)
+  auto* const start = reinterpret_cast<void*>(first);
   madvise(start, last - first, MADV_RANDOM);
   madvise(start, last - first, MADV_DONTNEED);
 }

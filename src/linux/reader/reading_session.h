@@ -1,7 +1,7 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
-#include <string>
 
 #include "linux/wire/reader_messages.h"
 

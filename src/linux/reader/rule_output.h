@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
 #include "linux/reader/rule_expansion.h"
 
 namespace orvane::ical {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
-#include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <unordered_set>
-#include <vector>
 
 #include "linux/reader/calendar_item.h"
 #include "linux/reader/rule_expansion.h"

@@ -1,7 +1,6 @@
 #include "linux/reader/text_encoding.h"
 
 #include <array>
-#include <cstdint>
 #include <utility>
 
 #include "foundation/utf8.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 
 #include "linux/reader/wall_time.h"
 

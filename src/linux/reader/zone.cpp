@@ -1,7 +1,6 @@
 #include "linux/reader/zone.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace orvane::ical {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <limits>
+#include <cstdint>
 #include <vector>
 
 #include "linux/reader/wall_time.h"

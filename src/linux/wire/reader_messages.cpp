@@ -1,7 +1,6 @@
 #include "linux/wire/reader_messages.h"
 
 #include <string_view>
-#include <utility>
 
 #include "linux/wire/byte_reader.h"
 #include "linux/wire/byte_writer.h"

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "foundation/task.h"
+#include "foundation/task_waiting.h"
 
 namespace orvane::host {
 namespace {
