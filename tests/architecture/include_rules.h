@@ -13,7 +13,7 @@ namespace orvane::architecture {
 // - Files of an adapter include their own folder, what adapters share (linux/files/, linux/gio/,
 //   linux/wire/), foundation/, platform/, view/, and whatever library they adapt.
 // - Headers outside linux/ name no library that an adapter stands for, not even in a comment.
-// - main.cpp and main_desktop.cpp, which name the adapters, may include anything.
+// - main.cpp and app/main_*, which name the adapters, may include anything.
 [[nodiscard]] std::vector<std::string> violationsIn(std::string_view path, std::string_view text);
 
 }  // namespace orvane::architecture
