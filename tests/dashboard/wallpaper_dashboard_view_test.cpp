@@ -276,11 +276,16 @@ TEST_F(WallpaperDashboardViewTest, ManyItemsCostNoMoreThanWhatIsShown) {
   EXPECT_NE(find(list, "10,000"), nullptr);
 }
 
-TEST_F(WallpaperDashboardViewTest, TheViewMayOutliveNobodyAndBeMadeAgain) {
-  const auto observing = view->onWillChange([] {});
+TEST_F(WallpaperDashboardViewTest, WhoObservesMayOutliveTheView) {
+  int heard = 0;
+  auto observing = view->onWillChange([&] { ++heard; });
   view.reset();
   settings->glassOpacity = 0.5;
   manager->isRefreshing = true;
+  EXPECT_EQ(heard, 2);
+  observing.cancel();
+  settings->glassOpacity = 0.6;
+  EXPECT_EQ(heard, 2);
 }
 
 }  // namespace

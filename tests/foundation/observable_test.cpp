@@ -91,9 +91,12 @@ TEST(Published, AnEndedSubscriptionHearsNothingMore) {
 
 TEST(Published, ASubscriptionMayOutliveItsObject) {
   auto model = std::make_unique<Model>();
-  auto watching = model->number.subscribe([](int) {});
+  int heard = 0;
+  auto watching = model->number.subscribe([&](int) { ++heard; });
   model.reset();
   watching.cancel();
+  EXPECT_EQ(heard, 1);
+  EXPECT_FALSE(watching);
 }
 
 TEST(CombineLatest, DeliversThePairAtOnceAndOnEveryChangeOfEither) {
