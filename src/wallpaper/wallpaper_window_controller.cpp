@@ -105,7 +105,7 @@ void WallpaperWindowController::setDisplaySelection(DashboardDisplayMode mode,
 void WallpaperWindowController::syncToScreens() {
   const auto screens = targetScreens();
   if (screens.empty()) return;
-  closeWindowsBeside(screens);
+  closeWindowsElsewhere(screens);
   for (const auto& screen : screens) {
     const auto window = windowFor(screen);
     managedWindows_[screenID(screen)] = window;
@@ -115,7 +115,7 @@ void WallpaperWindowController::syncToScreens() {
   window_ = managedWindows_.at(screenID(screens.front()));
 }
 
-void WallpaperWindowController::closeWindowsBeside(const std::vector<NSScreen>& screens) {
+void WallpaperWindowController::closeWindowsElsewhere(const std::vector<NSScreen>& screens) {
   std::set<std::string> ids;
   for (const auto& screen : screens) ids.insert(screenID(screen));
   for (auto entry = managedWindows_.begin(); entry != managedWindows_.end();) {

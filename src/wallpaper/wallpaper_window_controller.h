@@ -62,7 +62,7 @@ class WallpaperWindowController : public std::enable_shared_from_this<WallpaperW
 
   [[nodiscard]] std::vector<NSScreen> targetScreens() const;
   [[nodiscard]] std::vector<NSScreen> mainScreenAlone() const;
-  void closeWindowsBeside(const std::vector<NSScreen>& screens);
+  void closeWindowsElsewhere(const std::vector<NSScreen>& screens);
   [[nodiscard]] std::shared_ptr<NSWindow> windowFor(const NSScreen& screen) const;
   void configure(NSWindow& window, const NSScreen& screen) const;
   [[nodiscard]] std::int64_t boardLevel() const;
