@@ -88,8 +88,9 @@ std::optional<Outcome> problemOfResults(const SnapshotOptions& options) {
     if (!path || access(path->c_str(), W_OK) == 0) {
       return !path || !std::filesystem::is_directory(*path);
     }
+    const bool isNew = errno == ENOENT;
     const auto folder = std::filesystem::absolute(*path).parent_path();
-    return errno == ENOENT && access(folder.c_str(), W_OK | X_OK) == 0;
+    return isNew && access(folder.c_str(), W_OK | X_OK) == 0;
   };
   if (!isWritable(options.dumpPath)) {
     return wrong("--dump: cannot write \"" + *options.dumpPath + "\"");
