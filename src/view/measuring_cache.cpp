@@ -1,6 +1,7 @@
 #include "view/measuring_cache.h"
 
 #include <functional>
+#include <utility>
 
 namespace orvane {
 namespace {

@@ -1,6 +1,7 @@
 #include "linux/gio/session_bus.h"
 
 #include <filesystem>
+#include <utility>
 
 namespace orvane::host::gio {
 namespace {

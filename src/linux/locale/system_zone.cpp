@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "linux/locale/ruled_zone.h"

@@ -1,5 +1,7 @@
 #include "linux/login/autostart_entry.h"
 
+#include <utility>
+
 #include "linux/gio/handles.h"
 
 namespace orvane::host::login {

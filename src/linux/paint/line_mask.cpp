@@ -4,6 +4,7 @@
 #include <pango/pangofc-font.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "linux/paint/pango_units.h"
 

@@ -1,6 +1,7 @@
 #include "linux/paint/stretched_mask.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 namespace orvane::host {

@@ -1,5 +1,7 @@
 #include "linux/reader/component_splitter.h"
 
+#include <utility>
+
 #include "linux/reader/content_lines.h"
 
 namespace orvane::ical {

@@ -1,6 +1,8 @@
 #include "linux/reader/item_scan.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "linux/reader/content_lines.h"
 #include "linux/reader/date_values.h"

@@ -1,5 +1,6 @@
 #include "linux/reader/task_reading.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 

@@ -1,6 +1,7 @@
 #include "linux/reader/zone.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace orvane::ical {
 

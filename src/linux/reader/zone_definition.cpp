@@ -1,5 +1,6 @@
 #include "linux/reader/zone_definition.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
