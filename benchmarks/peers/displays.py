@@ -3,7 +3,8 @@
 import os
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tests", "desktop"))
+# Last, since the tests have modules of the same names.
+sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tests", "desktop"))
 
 from desktop_session import DesktopSession, eventually  # noqa: E402
 
