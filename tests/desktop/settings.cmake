@@ -24,6 +24,7 @@ if(ORVANE_X11)
   settings_test(${script} Window closes_by_return_and_opens_as_it_was
                 leaves_return_to_a_list_that_is_open leaves_return_to_a_button
                 stands_in_the_middle_and_then_where_it_was_put)
+  settings_test(${script} Looks are_those_that_the_desktop_prefers)
   settings_test(${script} Restart keeps_everything)
 endif()
 if(ORVANE_WAYLAND)

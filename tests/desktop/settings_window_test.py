@@ -2,6 +2,7 @@
 knows them. What comes of it is read from the stored settings and seen on the board."""
 
 import os
+import subprocess
 import unittest
 
 from desktop_session import eventually, run_tests
@@ -43,6 +44,9 @@ TEXTS = [
 ]
 # Within the board's first card, beside its texts and the window.
 ON_CARD = (330, 60)
+# Within the window, which stands in the middle of the screen, below its lowest control.
+ON_WINDOW = (800, 750)
+PORTAL = os.path.join(os.path.dirname(os.path.abspath(__file__)), "settings_portal.py")
 
 
 class Session(SettingsSession, XfceSession):
@@ -309,6 +313,26 @@ class Window(unittest.TestCase):
         text = xfce.ask("xdotool", "getwindowgeometry", "--shell", self._window(xfce)).decode()
         known = dict(line.split("=") for line in text.split())
         return tuple(int(known[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+
+class Looks(unittest.TestCase):
+    def are_those_that_the_desktop_prefers(self):
+        with XfceSession() as xfce:
+            with open(PORTAL, encoding="utf-8") as file:
+                command = ("/usr/bin/python3", "-B", "-c", file.read())
+            portal = xfce.start(*command, stdin=subprocess.PIPE)
+            eventually("the portal is there", lambda: "ready" in portal.lines)
+            xfce.start_program()
+            xfce.action("settings")
+            eventually("it is dark", lambda: 20 < self._brightness(xfce) < 300)
+            for scheme, limits in ((2, (600, 765)), (1, (20, 300))):
+                portal.process.stdin.write(b"%d\n" % scheme)
+                portal.process.stdin.flush()
+                eventually("it is another", lambda limits=limits: limits[0] < self._brightness(xfce) < limits[1])
+
+    @staticmethod
+    def _brightness(xfce):
+        return sum(xfce.picture().pixel(*ON_WINDOW))
 
 
 class Restart(unittest.TestCase):
