@@ -9,6 +9,7 @@
 #include <gdkmm/surface.h>
 
 #include <cmath>
+#include <memory>
 
 namespace orvane::window {
 
@@ -81,6 +82,17 @@ bool canBeReached(Gtk::Window& window, const Rect& frame) {
   return false;
 }
 
+void place(Gtk::Window& window, const std::optional<Point>& position, const Size& size) {
+  const OnServer server(x11Surface(window));
+  if (position && canBeReached(window, {position->x, position->y, size.width, size.height})) {
+    return server.move(*position);
+  }
+  const auto monitor = window.get_display()->get_monitor_at_surface(window.get_surface());
+  if (!monitor) return;
+  const Rect area = areaOf(*monitor);
+  server.move({area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2});
+}
+
 }  // namespace
 
 std::optional<Point> positionOf(Gtk::Window& window) {
@@ -91,15 +103,16 @@ std::optional<Point> positionOf(Gtk::Window& window) {
 void moveTo(Gtk::Window& window, const std::optional<Point>& position) {
   GdkSurface* surface = x11Surface(window);
   if (!surface) return;
-  const OnServer server(surface);
-  const Size size = server.size();
-  if (position && canBeReached(window, {position->x, position->y, size.width, size.height})) {
-    return server.move(*position);
-  }
-  const auto monitor = window.get_display()->get_monitor_at_surface(window.get_surface());
-  if (!monitor) return;
-  const Rect area = areaOf(*monitor);
-  server.move({area.x + (area.width - size.width) / 2, area.y + (area.height - size.height) / 2});
+  const Size size = OnServer(surface).size();
+  if (size.width >= kGrip) return place(window, position, size);
+  // It is not laid out yet, and will be before anything of it is seen.
+  const auto once = std::make_shared<sigc::connection>();
+  *once = window.get_surface()->signal_layout().connect(
+      [&window, position, once](int width, int height) {
+        const auto done = once;
+        done->disconnect();
+        place(window, position, {static_cast<double>(width), static_cast<double>(height)});
+      });
 }
 
 #else
