@@ -42,7 +42,8 @@ if(ORVANE_X11)
   target_link_libraries(user_unit PRIVATE orvane_warnings)
   set_target_properties(user_unit PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY
                         "${CMAKE_BINARY_DIR}/tests")
-  foreach(test is_started_when_the_program_asks_for_it shows_a_board_on_every_monitor)
+  foreach(test is_started_when_the_program_asks_for_it shows_a_board_on_every_monitor
+               is_drawn_at_the_scale_that_the_session_sets)
     add_test(NAME "mutter.Xwayland.${test}"
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/mutter_program_test.py"
                      "Xwayland.${test}")

@@ -4,6 +4,7 @@ that is there only when it is asked for."""
 import os
 import re
 import shutil
+import time
 import unittest
 
 import agenda
@@ -87,6 +88,28 @@ class Xwayland(unittest.TestCase):
                 self.assertTrue(begin <= x < begin + width, left)
             self.assertEqual((running.end(), running.output), (0, ""))
             eventually("nothing is left", lambda: not session.boards())
+
+    def is_drawn_at_the_scale_that_the_session_sets(self):
+        """GNOME's settings daemon tells X11 clients by the resolution of their texts."""
+        with MutterSession(["2560x1440"]) as session:
+            running = session.start_board()
+            once = eventually("the board is as wide as it gets", lambda: self.settled(session))
+            session.write("Xft.dpi: 192\n", "resources")
+            session.ask("xrdb", "-nocpp", "-merge", session.path("resources"))
+            # The screen has half as many points then, of which the board takes a little fewer.
+            eventually("it is larger", lambda: 1.6 * once < self.width(session) < 2.1 * once)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    @staticmethod
+    def width(session):
+        told = [told for _, _, told in session.boards()]
+        return int(re.search(r"Width: (\d+)", told[0])[1]) if told else 0
+
+    def settled(self, session):
+        """The calendars' cards make the board wider once they are read."""
+        before = self.width(session)
+        time.sleep(2)
+        return before if self.width(session) == before > 500 else None
 
 
 if __name__ == "__main__":
