@@ -8,7 +8,7 @@ set(matrix_environment "ORVANE_BUILD=${CMAKE_BINARY_DIR}"
 # the label `desktop` too are part of every run of the tests.
 function(matrix_row name file)
   add_test(NAME "matrix.${name}" COMMAND /usr/bin/python3 -B "${matrix}/${file}" "${name}")
-  set_tests_properties("matrix.${name}" PROPERTIES TIMEOUT 300 LABELS "matrix;${ARGN}"
+  set_tests_properties("matrix.${name}" PROPERTIES TIMEOUT 450 LABELS "matrix;${ARGN}"
                        ENVIRONMENT "${matrix_environment}")
 endfunction()
 
