@@ -83,6 +83,9 @@ SourceRows::SourceRows(double rowSpacing, double padding, Toggled toggled)
   set_model(Gtk::NoSelection::create(model_));
 }
 
+// The rows let go of their items while there is still somebody to hear of it.
+SourceRows::~SourceRows() { set_model({}); }
+
 Glib::RefPtr<Gtk::ListItemFactory> SourceRows::makeFactory() {
   auto factory = Gtk::SignalListItemFactory::create();
   factory->signal_setup().connect([this](const Item& item) {

@@ -35,6 +35,9 @@ class SourceRows final : public Gtk::ListView {
 
   // Distances are those of the form: between the rows, and around them.
   SourceRows(double rowSpacing, double padding, Toggled toggled);
+  ~SourceRows() override;
+  SourceRows(const SourceRows&) = delete;
+  SourceRows& operator=(const SourceRows&) = delete;
 
   void show(const std::vector<FormRow>& rows);
 
