@@ -9,6 +9,7 @@
 #include "linux/calendars/account_answers.h"
 #include "linux/calendars/account_feed.h"
 #include "linux/calendars/account_questions.h"
+#include "linux/calendars/directory_connection.h"
 #include "linux/calendars/library_answers.h"
 
 namespace orvane::host {
@@ -16,8 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A calendar that appears is told of in several signs at once.
-constexpr milliseconds listingDelay{40};
 // Several calendars that change together are announced together. With the time that a burst takes
 // this stays within a tenth of a second.
 constexpr milliseconds announcementDelay{10};
@@ -49,8 +48,8 @@ class AccountProvider final : public CalendarProvider {
   AccountProvider(AccountOptions options, std::unique_ptr<Accounts> accounts, MainActor& actor)
       : options_(std::move(options)),
         actor_(actor),
-        backOff_(options_.patience.waits, actor),
-        accounts_(std::move(accounts)) {
+        accounts_(std::move(accounts)),
+        connection_(options_.patience, actor, {[this] { list(); }, [this] { loseDirectory(); }}) {
     if (options_.readText) return;
     reading_.emplace(options_.readerPath, actor);
     options_.readText = [this](std::string text, const ReadWindow& window, const ShownSpan& shown,
@@ -72,12 +71,9 @@ class AccountProvider final : public CalendarProvider {
 
   void stop() override {
     alive_.reset();
-    for (auto* timer : {&firstLimit_, &listing_, &announcement_, &rest_, &question_, &limit_}) {
-      timer->cancel();
-    }
-    backOff_.reset();
+    for (auto* timer : {&firstLimit_, &announcement_, &rest_}) timer->cancel();
     feeds_.clear();
-    directory_.reset();
+    connection_.stop();
     if (reading_) reading_->stop();
     if (accounts_) accounts_->stop();
     accounts_.reset();
@@ -121,54 +117,31 @@ class AccountProvider final : public CalendarProvider {
   }
 
   void meet(AccountService* service) {
-    service_ = service;
     isAbsent_ = service == nullptr;
     publish();
     if (isAbsent_) return becomeReady();
-    openDirectory();
-  }
-
-  void openDirectory() {
-    limit_ = actor_.after(options_.patience.opening, [this] { loseDirectory(); });
-    AccountSigns signs{[this] { listSoon(); }, [this] { postAlive([this] { loseDirectory(); }); }};
-    question_ = service_->open(std::move(signs), [this](std::unique_ptr<AccountDirectory> opened) {
-      if (!opened) return loseDirectory();
-      limit_.cancel();
-      backOff_.reset();
-      directory_ = std::move(opened);
-      list();
-    });
+    connection_.use(*service);
   }
 
   // What was read stays; it is tried again by and by.
   void loseDirectory() {
-    limit_.cancel();
-    question_.cancel();
-    listing_.cancel();
     for (const auto& feed : feeds_) feed->use(nullptr);
-    directory_.reset();
     hasServiceFailed_ = true;
-    backOff_.wait([this] { openDirectory(); });
     settle();
   }
 
-  void listSoon() {
-    if (!listing_) listing_ = actor_.after(listingDelay, [this] { list(); });
-  }
-
   void list() {
-    listing_.cancel();
     const bool isBack = std::exchange(hasServiceFailed_, false);
     Feeds before = std::exchange(feeds_, {});
     bool isOther = false;
-    for (auto& calendar : directory_->calendars()) {
+    for (auto& calendar : connection_.directory()->calendars()) {
       auto known = takeFrom(before, calendar);
       isOther = isOther || (known && known->calendar() != calendar);
       if (!known) {
         feeds_.push_back(makeFeed(calendar));
       } else {
         known->rename(std::move(calendar.title));
-        if (isBack) known->use(directory_.get());
+        if (isBack) known->use(connection_.directory());
         feeds_.push_back(std::move(known));
       }
     }
@@ -203,7 +176,7 @@ class AccountProvider final : public CalendarProvider {
                                             },
                                             [this] { return questions_.tellings(); },
                                             [this] { settle(); }, [this] { announce(); }});
-    feed->use(directory_.get());
+    feed->use(connection_.directory());
     feed->look();
     return feed;
   }
@@ -290,19 +263,14 @@ class AccountProvider final : public CalendarProvider {
   AccountQuestions questions_;
   bool isAbsent_ = false;
   bool hasServiceFailed_ = false;
-  BackOff backOff_;
   std::optional<TextReading> reading_;
   std::unique_ptr<Accounts> accounts_;
-  AccountService* service_ = nullptr;
-  std::unique_ptr<AccountDirectory> directory_;
+  DirectoryConnection connection_;
   Feeds feeds_;
   Subscription firstLimit_;
-  Subscription listing_;
   Subscription announcement_;
   Subscription rest_;    // between announcements while calendars are read for the first time
   bool isOwed_ = false;  // an announcement, after the rest
-  Subscription question_;
-  Subscription limit_;
   // Main thread: gone once the provider was stopped.
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);
   const std::weak_ptr<int> isAlive_ = alive_;  // any thread may copy it

@@ -7,7 +7,7 @@
 namespace orvane::host {
 namespace {
 
-// Every release of the service that others can not speak to has numbers of its own behind these.
+// A release of the service that older programs cannot speak to has other numbers behind these.
 // The library knows which are its own; here it matters only whether there is anything at all.
 constexpr const char* family = "org.gnome.evolution.dataserver";
 constexpr std::string_view registry = "org.gnome.evolution.dataserver.Sources";
