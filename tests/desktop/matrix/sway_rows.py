@@ -38,7 +38,8 @@ class Sway(Layers, SwaySession, Row):
         return self.window(title)
 
     def press_key(self):
-        self.ask("wtype", "a")
+        # The keyboard is plugged in for it, which windows notice only after a moment.
+        self.ask("wtype", "-s", "500", "a")
 
     def click(self, screen, x, y):
         left, top = self.places[screen.name]

@@ -113,7 +113,8 @@ class Wayfire(Layers, DesktopSession, Row):
         return window
 
     def press_key(self):
-        self.ask("wtype", "a")
+        # The keyboard is plugged in for it, which windows notice only after a moment.
+        self.ask("wtype", "-s", "500", "a")
 
     def _press_with(self, modifier):
         self.ask("wtype", "-M", modifier, "-k", "Return", "-m", modifier)
