@@ -1,6 +1,7 @@
 #include "linux/wayland/swap_buffers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvane::host::wayland {
 namespace {
