@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "linux/gio/subscription.h"
+
 namespace orvane::host {
 namespace {
 
@@ -19,8 +21,7 @@ constexpr std::chrono::seconds patience{10};
 
 guint subscribe(GDBusConnection* bus, const char* signal, const char* argument,
                 GDBusSignalFlags flags, GDBusSignalCallback heard, gpointer self) {
-  return g_dbus_connection_signal_subscribe(bus, busName, busName, signal, busPath, argument, flags,
-                                            heard, self, nullptr);
+  return gio::subscribe(bus, {busName, busPath, busName, signal}, argument, flags, heard, self);
 }
 
 }  // namespace
@@ -34,10 +35,9 @@ ServiceWatch::ServiceWatch(GDBusConnection* bus, std::function<void(bool)> told)
   ask();
 }
 
-// The library checks that a subscription is still there before it hands on what it had queued.
 ServiceWatch::~ServiceWatch() {
-  g_dbus_connection_signal_unsubscribe(bus_.get(), ownerSigns_);
-  g_dbus_connection_signal_unsubscribe(bus_.get(), activatableSigns_);
+  gio::unsubscribe(bus_.get(), ownerSigns_);
+  gio::unsubscribe(bus_.get(), activatableSigns_);
 }
 
 void ServiceWatch::onSign(GDBusConnection*, const char*, const char*, const char*, const char*,

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "linux/gio/subscription.h"
+
 namespace orvane::host::gio {
 namespace {
 
@@ -46,14 +48,9 @@ SignalWatch::SignalWatch(GDBusConnection* connection, const Method& signal, Hear
     const auto call = static_cast<SignalWatch*>(self)->heard_;
     if (call) call(arguments);
   };
-  subscription_ = g_dbus_connection_signal_subscribe(
-      connection, signal.destination.c_str(), signal.interface.c_str(), signal.name.c_str(),
-      signal.path.c_str(), nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
+  subscription_ = subscribe(connection, signal, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this);
 }
 
-// The library checks that a subscription is still there before it hands on what it had queued.
-SignalWatch::~SignalWatch() {
-  g_dbus_connection_signal_unsubscribe(connection_.get(), subscription_);
-}
+SignalWatch::~SignalWatch() { unsubscribe(connection_.get(), subscription_); }
 
 }  // namespace orvane::host::gio
