@@ -18,6 +18,13 @@ BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
 COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so", "orvane-settings"]}
 
 
+def own_display():
+    """The name of an X display that is this process's alone. A server that looks for a free number
+    by itself takes no lock on it, so that a Wayland compositor that starts beside it may give the
+    same number to its Xwayland; those begin at the low ones."""
+    return ":%d" % (100 + os.getpid() % 50000)
+
+
 def eventually(what, condition, seconds=20):
     """Waits until the condition answers something true, which is returned."""
     limit = time.monotonic() + seconds

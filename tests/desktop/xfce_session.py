@@ -4,7 +4,7 @@ server of their own."""
 import json
 import re
 
-from desktop_session import DesktopSession, eventually, program
+from desktop_session import DesktopSession, eventually, own_display, program
 from picture import Picture
 from private_bus import start_bus
 
@@ -57,8 +57,8 @@ class XfceSession(DesktopSession):
             raise
 
     def _start_server(self):
-        command = ("Xvfb", "-displayfd", "1", "-screen", "0", self.SCREEN, "-nolisten", "tcp", "-noreset")
-        server = self.start(*command)
+        told = ("-displayfd", "1", "-nolisten", "tcp", "-noreset")
+        server = self.start("Xvfb", own_display(), "-screen", "0", self.SCREEN, *told)
 
         def number():
             return next((line for line in server.lines if re.fullmatch(r"\d+", line)), None)

@@ -5,7 +5,7 @@ import os
 import re
 import shutil
 
-from desktop_session import DesktopSession, eventually, happens, program
+from desktop_session import DesktopSession, eventually, happens, own_display, program
 from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND, WINDOW, Row, Screen
@@ -52,7 +52,8 @@ class X11Row(DesktopSession, Row):
         width, height = self.size
         whole = "%dx%dx24" % (len(self.monitors) * width, height)
         screen = ("-screen", "0", whole)
-        self.start_display("Xvfb", "-displayfd", "1", *screen, "-nolisten", "tcp", "-noreset")
+        told = ("-displayfd", "1", "-nolisten", "tcp", "-noreset")
+        self.start_display("Xvfb", own_display(), *screen, *told)
         self.set_monitors()
 
     def start_display(self, *command):
