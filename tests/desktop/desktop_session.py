@@ -21,8 +21,13 @@ COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so", "orvane-setting
 def own_display():
     """The name of an X display that is this process's alone. A server that looks for a free number
     by itself takes no lock on it, so that a Wayland compositor that starts beside it may give the
-    same number to its Xwayland; those begin at the low ones."""
-    return ":%d" % (100 + os.getpid() % 50000)
+    same number to its Xwayland; those begin at the low ones. A process has a second one for a
+    second session."""
+    processes = 20000
+    number = 100 + os.getpid() % processes
+    while os.path.exists("/tmp/.X11-unix/X%d" % number):
+        number += processes
+    return ":%d" % number
 
 
 def eventually(what, condition, seconds=20):

@@ -77,7 +77,14 @@ class SwaySession(DesktopSession):
         (self.environment["WAYLAND_DISPLAY"],) = eventually(
             "sway has a display", lambda: self._displays() - known
         )
-        eventually("sway has its outputs", lambda: len(self.outputs()) == outputs)
+        eventually("sway has its outputs", lambda: self._has_outputs(outputs))
+
+    def _has_outputs(self, count):
+        try:
+            return len(self.outputs()) == count
+        except AssertionError:
+            # The sockets have their names a moment before sway listens to them.
+            return False
 
     def restart(self):
         """Kills sway and starts it anew; what connected to it finds it under the same name."""

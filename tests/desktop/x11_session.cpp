@@ -1,5 +1,7 @@
 #include "x11_session.h"
 
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -23,6 +25,16 @@ std::string numberIn(const std::string& output) {
   return {};
 }
 
+// A number that is this process's alone: a server that looks for a free one by itself takes no lock
+// on it, so that others that start at the same time take it, too. A process has a second one for a
+// second session.
+std::string ownDisplay() {
+  constexpr int kProcesses = 20000;
+  int number = 100 + getpid() % kProcesses;
+  while (fs::exists("/tmp/.X11-unix/X" + std::to_string(number))) number += kProcesses;
+  return ":" + std::to_string(number);
+}
+
 }  // namespace
 
 Session::Session(std::vector<std::string> serverOptions) {
@@ -43,12 +55,11 @@ Session::Session(std::vector<std::string> serverOptions) {
   startServer(serverOptions);
 }
 
-// The server looks for a free number itself and tells it on its standard output, between what it
-// says of the numbers that were taken.
+// The server tells its number on its standard output once it can be connected to.
 void Session::startServer(const std::vector<std::string>& options) {
-  std::vector<std::string> command = {"Xvfb", "-displayfd",  "1",         "-screen",
-                                      "0",    "1600x900x24", "-nolisten", "tcp"};
-  if (!display_.empty()) command.insert(command.begin() + 1, display_);
+  if (display_.empty()) display_ = ownDisplay();
+  std::vector<std::string> command = {"Xvfb", display_,      "-displayfd", "1",  "-screen",
+                                      "0",    "1600x900x24", "-nolisten",  "tcp"};
   command.insert(command.end(), options.begin(), options.end());
   server_ = start(std::move(command));
   std::string number;
@@ -57,7 +68,6 @@ void Session::startServer(const std::vector<std::string>& options) {
     return !number.empty() || server_->status();
   });
   if (number.empty()) throw std::runtime_error("Xvfb does not start: " + server_->output());
-  display_ = ":" + number;
   environment_["DISPLAY"] = display_;
 }
 

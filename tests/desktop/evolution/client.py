@@ -30,8 +30,9 @@ def patiently(attempt, failure):
         except failure:
             if GLib.get_monotonic_time() > limit:
                 raise
-        GLib.MainContext.default().iteration(False)
-        GLib.usleep(5000)
+        # What the service tells meanwhile is taken in; an attempt follows whatever it told.
+        GLib.timeout_add(5, lambda: GLib.SOURCE_REMOVE)
+        GLib.MainContext.default().iteration(True)
 
 
 class Desk:

@@ -6,7 +6,7 @@ import signal
 
 from checks import ALL_SCREENS, check
 from checks import comes_back_after_the_desktop_was_shown, stands_on_every_screen
-from desktop_session import eventually, happens
+from desktop_session import eventually, happens, own_display
 from neighbours import DesktopWindow, hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND
@@ -103,7 +103,7 @@ class XfceOnTwoScreens(XfceComposited, SwaySession):
 
     def _start_server(self):
         self._start_sway("headless", SIDE_BY_SIDE, len(self.monitors))
-        self.start_display("Xwayland", "-displayfd", "1", "-noreset", "-shm")
+        self.start_display("Xwayland", own_display(), "-displayfd", "1", "-noreset", "-shm")
         # The program is not to know of it.
         for name in ("WAYLAND_DISPLAY", "SWAYSOCK"):
             del self.environment[name]
