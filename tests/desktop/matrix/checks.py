@@ -2,7 +2,7 @@
 AssertionError; SETTINGS tells what the program is set to while it runs, and USES which operations
 of the row it takes."""
 
-from desktop_session import eventually
+from desktop_session import eventually, happens
 from row import FIRST_BACKGROUND, SECOND_BACKGROUND
 from trial import require, throughout
 
@@ -206,16 +206,22 @@ def leaves_nothing(trial):
     require(status == 0, "exit status %s: %s" % (status, written))
     require(not written, "it wrote: " + written)
     for screen in trial.screens:
-        eventually(
-            "%s looks as it did before" % screen.name,
-            lambda each=screen: _is_bare(trial, each),
-        )
+        if not happens(lambda each=screen: _is_bare(trial, each), 20):
+            what = "%s does not look as it did before, between %s and %s"
+            require(False, what % (screen.name, *_corners(trial, screen)))
     eventually("nothing is left of it", lambda: not trial.row.traces())
 
 
 def _is_bare(trial, screen):
     """Apart from what the desktop itself changes, such as a clock."""
-    return len(trial.differing_points(screen, trial.row.picture(screen))) == 0
+    return not trial.differing_points(screen, trial.row.picture(screen))
+
+
+def _corners(trial, screen):
+    """Of the box around all that differs: that tells what it is."""
+    box = trial.row.picture(screen).differing_box(trial.bare[screen.name])
+    left, top, right, bottom = box or (0, 0, 0, 0)
+    return (left, top), (right, bottom)
 
 
 # ---- Of some rows alone
