@@ -9,7 +9,8 @@ import unittest
 
 import agenda
 from desktop_session import DesktopSession, eventually, program, run_tests
-from mutter_session import start_bus, start_mutter
+from mutter_session import start_mutter
+from private_bus import start_bus
 
 
 class MutterSession(DesktopSession):

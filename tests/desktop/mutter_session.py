@@ -9,15 +9,6 @@ from desktop_session import eventually
 START = 90
 
 
-def start_bus(session, kind="session"):
-    """A bus of the session's own, named by the environment from here on."""
-    path = session.path("%s-bus" % kind)
-    # The configuration of a session serves for both: it lets everybody own and call everything.
-    session.start("dbus-daemon", "--session", "--nofork", "--address=unix:path=" + path)
-    eventually("there is a %s bus" % kind, lambda: os.path.exists(path))
-    session.environment["DBUS_%s_BUS_ADDRESS" % kind.upper()] = "unix:path=" + path
-
-
 def start_mutter(session, *command, environment=None):
     """Starts Mutter, or a shell that is one, and answers it when both of its displays can be had,
     which the environment names from here on."""

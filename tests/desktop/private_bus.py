@@ -23,14 +23,15 @@ BUS = """<busconfig>
 
 
 def start_bus(session, *services):
-    """The session's environment names it from here on."""
+    """Answers its process; the session's environment names it from here on."""
     os.makedirs(session.path("services"))
     for service in services:
         offer(session, service)
     session.write(BUS % (session.path("bus"), session.path("services")), "bus.conf")
-    session.start("dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf"))
+    bus = session.start("dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf"))
     eventually("there is a bus", lambda: os.path.exists(session.path("bus")))
     session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + session.path("bus")
+    return bus
 
 
 def offer(session, service):

@@ -4,6 +4,7 @@ import json
 import unittest
 
 from desktop_session import eventually, program, run_tests
+from private_bus import start_bus
 from settings_session import TITLE, SettingsSession
 from sway_session import SwaySession
 
@@ -20,12 +21,7 @@ class Session(SettingsSession, SwaySession):
 
     def __enter__(self):
         super().__enter__()
-        bus = self.start("dbus-daemon", "--session", "--nofork", "--print-address=1")
-
-        def address():
-            return next((line for line in bus.lines if line.startswith("unix:")), None)
-
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
+        start_bus(self)
         self.environment.update({"GSETTINGS_BACKEND": "memory", "GIO_USE_VFS": "local"})
         self.background(color=(0, 0, 0))
         # No window is active where there is no keyboard, which stays as long as this one sleeps.

@@ -7,6 +7,7 @@ import unittest
 
 from agenda import add_calendar, set_defaults
 from desktop_session import eventually, program, run_tests
+from private_bus import start_bus
 from sway_program_test import ON_THE_BOARD, is_bare, wait_for_board
 from sway_session import BACKGROUND, SwaySession
 from sway_soak_test import complaints, held_mb, sanitizer_options
@@ -84,10 +85,7 @@ class Loss(unittest.TestCase):
 
     def ends_with_the_session(self):
         with SwaySession(outputs=1) as sway:
-            bus = sway.path("bus")
-            sway.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + bus
-            daemon = sway.start("dbus-daemon", "--session", "--nofork", "--address=unix:path=" + bus)
-            eventually("the bus listens", lambda: os.path.exists(bus))
+            daemon = start_bus(sway)
             running = begin(sway)
             sway.kill_sway()
             daemon.end(signal.SIGKILL)

@@ -5,6 +5,7 @@ import os
 import unittest
 
 from desktop_session import eventually, program, run_tests
+from private_bus import start_bus
 from sway_session import SwaySession
 
 WATCHER = "org.kde.StatusNotifierWatcher"
@@ -30,12 +31,7 @@ class Tray(unittest.TestCase):
     def begin(self, sway):
         # With it comes a pointer, whose clicks the menu waits for.
         sway.background()
-        bus = sway.start("dbus-daemon", "--session", "--nofork", "--print-address=1")
-
-        def address():
-            return next((line for line in bus.lines if line.startswith("unix:")), None)
-
-        sway.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
+        start_bus(sway)
         sway.environment["GSETTINGS_BACKEND"] = "memory"
         self.write_bar(sway)
         return self.start_bar(sway)

@@ -35,6 +35,16 @@ std::string ownDisplay() {
   return ":" + std::to_string(number);
 }
 
+// Whatever else is installed, this bus starts Xfce's settings and nothing more.
+constexpr const char* kSettingsService = "org.xfce.Xfconf.service";
+
+std::string busConfiguration(const fs::path& services) {
+  return "<busconfig><type>session</type><listen>unix:tmpdir=" + services.string() +
+         "</listen><servicedir>" + services.string() +
+         "</servicedir><policy context=\"default\"><allow own=\"*\"/>"
+         "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>";
+}
+
 }  // namespace
 
 Session::Session(std::vector<std::string> serverOptions) {
@@ -84,7 +94,14 @@ std::unique_ptr<ChildProcess> Session::start(std::vector<std::string> command) c
 
 void Session::startBus() {
   if (bus_) return;
-  bus_ = start({"dbus-daemon", "--session", "--nofork", "--print-address=1"});
+  const auto services = folder_.path() / "services";
+  fs::create_directories(services);
+  fs::copy_file(fs::path("/usr/share/dbus-1/services") / kSettingsService,
+                services / kSettingsService);
+  const auto configuration = services / "bus.conf";
+  std::ofstream(configuration) << busConfiguration(services);
+  bus_ = start(
+      {"dbus-daemon", "--config-file=" + configuration.string(), "--nofork", "--print-address=1"});
   const auto address = bus_->firstLine();
   if (address.empty()) throw std::runtime_error("no bus: " + bus_->output());
   environment_["DBUS_SESSION_BUS_ADDRESS"] = address;

@@ -6,7 +6,7 @@ import os
 import time
 
 from desktop_session import eventually
-from mutter_session import start_bus, start_mutter
+from mutter_session import start_mutter
 from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND, Screen
@@ -49,6 +49,16 @@ PANEL_AND_TITLE = 100
 # Where the first icon is: left, top and how large.
 HOME_ICON = (40, 40, 52)
 KEY_A, KEY_ESCAPE = 0x61, 0xFF1B
+
+
+def start_bus(session, kind="session"):
+    """A bus with all services that are installed, named by the environment from here on: the shell
+    and its icons start many of them."""
+    path = session.path("%s-bus" % kind)
+    # The configuration of a session serves for both: it lets everybody own and call everything.
+    session.start("dbus-daemon", "--session", "--nofork", "--address=unix:path=" + path)
+    eventually("there is a %s bus" % kind, lambda: os.path.exists(path))
+    session.environment["DBUS_%s_BUS_ADDRESS" % kind.upper()] = "unix:path=" + path
 
 
 class GnomeShell(X11Row):

@@ -4,9 +4,10 @@ so that what it composes can be seen, and its pointer and keyboard are those of 
 import time
 
 from desktop_session import eventually, program
-from mutter_session import start_bus, start_mutter
+from mutter_session import start_mutter
 from neighbours import DesktopWindow
 from picture import Picture
+from private_bus import start_bus
 from row import Screen
 from run import run_named
 from x11_row import TOOLS, X11Row
