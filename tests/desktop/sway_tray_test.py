@@ -32,7 +32,7 @@ class Tray(unittest.TestCase):
         # With it comes a pointer, whose clicks the menu waits for.
         sway.background()
         start_bus(sway)
-        sway.environment["GSETTINGS_BACKEND"] = "memory"
+        sway.environment.update({"GSETTINGS_BACKEND": "memory", "GTK_A11Y": "none"})
         self.write_bar(sway)
         return self.start_bar(sway)
 
