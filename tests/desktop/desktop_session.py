@@ -13,6 +13,8 @@ import unittest
 
 # Where the build put the programs that are started.
 BUILD = os.environ.get("ORVANE_BUILD", "build/debug")
+# The programs under test may come from another build than the tests' own.
+PROGRAMS = os.environ.get("ORVANE_PROGRAMS", BUILD)
 
 # What a program looks for beside itself.
 COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so", "orvane-settings"]}
@@ -239,8 +241,8 @@ class DesktopSession:
 
 
 def program(*parts):
-    """A program that the build made."""
-    path = os.path.join(os.path.abspath(BUILD), *parts)
+    """A program that the build made; those of the tests lie in a folder `tests`."""
+    path = os.path.join(os.path.abspath(BUILD if parts[0] == "tests" else PROGRAMS), *parts)
     if not os.access(path, os.X_OK):
         raise AssertionError("%s was not built" % path)
     return path
