@@ -6,7 +6,8 @@ set(evolution_modifications "")
 if(ORVANE_SANITIZE)
   # Everything is slower, and leaks of the service's library are known by their whole stacks.
   list(APPEND evolution_environment "ORVANE_SOON=5")
-  set(evolution_modifications "ASAN_OPTIONS=string_append::fast_unwind_on_malloc=0")
+  set(evolution_modifications
+      "ASAN_OPTIONS=string_append::fast_unwind_on_malloc=0:malloc_context_size=14")
 endif()
 
 # evolution_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest.
@@ -54,6 +55,13 @@ evolution_test(failures_test.py Absence of_the_service_costs_nothing
 if(ORVANE_WAYLAND)
   evolution_test(program_test.py Program shows_a_new_event_of_an_account_within_two_seconds)
 endif()
+
+# Each opens more than a hundred calendars, which is enough for the machine.
+set_tests_properties(evolution.Cases.are_the_same_agenda_from_either
+                     evolution.Cases.are_told_apart_where_one_is_deliberately_different
+                     evolution.Cases.are_the_same_when_they_were_imported
+                     evolution.Cases.have_identifiers_of_their_own_in_every_run
+                     PROPERTIES RESOURCE_LOCK evolution)
 
 # What measures time runs alone.
 set_tests_properties(evolution.Live.changes_are_published_within_two_seconds
