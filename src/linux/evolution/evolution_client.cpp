@@ -142,8 +142,9 @@ class EvolutionClient final : public AccountClient {
   }
 
   void noteConnection() {
-    if (wantsSignIn() == std::exchange(wantedSignIn_, wantsSignIn())) return;
-    tell(signs_.changed);
+    // Another thread may set it meanwhile; it then tells of it once more.
+    const bool wants = wantsSignIn();
+    if (std::exchange(wantedSignIn_, wants) != wants) tell(signs_.changed);
   }
 
   const std::shared_ptr<CallThreads> threads_;
