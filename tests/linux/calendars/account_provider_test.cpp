@@ -230,6 +230,30 @@ TEST_F(AccountProviderTest, ACalendarThatHangsDelaysNoneOfItsNeighbours) {
   EXPECT_THAT(titles(), ElementsAre("Late", "Lunch", "Standup"));
 }
 
+TEST_F(AccountProviderTest, ACalendarThatHangsWhenItIsOpenedIsGivenUpAndTriedAgain) {
+  world->add("slow", "Slow", event, "Late");
+  world->add("w", "Work", reminder, "-Dishes");
+  world->stuck = {"slow"};
+  open();
+  const auto openings = [&] {
+    return std::count(world->opened.begin(), world->opened.end(), "slow");
+  };
+  EXPECT_THAT(tasks(), ElementsAre("Dishes"));
+  actor.advance(milliseconds(19999));
+  EXPECT_EQ(provider->state().events, KindAccess::nothing) << "it may still be opened";
+  EXPECT_EQ(openings(), 1);
+  actor.advance(milliseconds(1));
+  EXPECT_EQ(provider->state(), (ProviderState{KindAccess::refused, KindAccess::readable}));
+  actor.advance(milliseconds(999));
+  EXPECT_EQ(openings(), 1) << "it is left in peace for a second";
+  world->stuck = {};
+  actor.advance(milliseconds(1));
+  EXPECT_EQ(openings(), 2);
+  actor.advance(milliseconds(100));
+  EXPECT_THAT(titles(), ElementsAre("Late"));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+}
+
 TEST_F(AccountProviderTest, CalendarsThatAreReadOneByOneLeaveRoomBetweenTheirAnnouncements) {
   for (const char* uid : {"a", "b", "c", "d", "e", "f"}) world->add(uid, uid, event, uid);
   world->add("slow", "Slow", event, "Late");

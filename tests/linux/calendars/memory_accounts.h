@@ -31,6 +31,7 @@ struct AccountWorld {
   std::map<std::string, Duration> slow;  // … that take their time …
   std::set<std::string> failing;         // … that answer with an error …
   std::set<std::string> closed;          // … that cannot even be opened …
+  std::set<std::string> stuck;           // … whose opening is never answered …
   std::set<std::string> signedOut;
 
   // What was done to it.
@@ -117,6 +118,7 @@ class MemoryDirectory final : public AccountDirectory {
   Subscription open(const AccountCalendar& calendar, AccountSigns signs,
                     std::function<void(std::unique_ptr<AccountClient>)> opened) override {
     world_->opened.push_back(calendar.source);
+    if (world_->stuck.contains(calendar.source)) return AccountWorld::unanswered();
     return world_->answer([world = world_, source = calendar.source, signs = std::move(signs),
                            opened = std::move(opened)] {
       if (world->closed.contains(source)) return opened(nullptr);
