@@ -3,27 +3,32 @@
 #include <string>
 #include <utility>
 
+#include "linux/gio/handles.h"
+
 namespace orvane::host {
 
-std::unique_ptr<CalendarView> CalendarView::start(ECalClient* client, const std::string& query,
-                                                  GCancellable* cancellable) {
+CalendarView::Handle CalendarView::ask(ECalClient* client, const std::string& query,
+                                       GCancellable* cancellable) {
   gio::Failure failure;
   ECalClientView* made = nullptr;
   if (!e_cal_client_get_view_sync(client, query.c_str(), &made, cancellable, failure.out())) {
     return nullptr;
   }
-  std::unique_ptr<CalendarView> view(new CalendarView(gio::ObjectPtr<ECalClientView>(made)));
+  return {made, gio::ReleaseObject()};
+}
+
+bool CalendarView::begin(ECalClientView* handle) {
   // The service always adds what tells items apart. That it sends what is there already cannot be
   // done without: it would not report the end of what it never sent.
   std::string uid = "UID";
   GSList fields{uid.data(), nullptr};
-  e_cal_client_view_set_fields_of_interest(made, &fields, failure.out());
-  if (!failure) e_cal_client_view_start(made, failure.out());
-  return failure ? nullptr : std::move(view);
+  gio::Failure failure;
+  e_cal_client_view_set_fields_of_interest(handle, &fields, failure.out());
+  if (!failure) e_cal_client_view_start(handle, failure.out());
+  return !failure;
 }
 
-CalendarView::CalendarView(gio::ObjectPtr<ECalClientView> view)
-    : view_(std::move(view)), handlers_(view_.get()) {
+CalendarView::CalendarView(const Handle& handle) : handlers_(handle.get()) {
   handlers_.add("complete", [this] { hearComplete(); });
   for (const char* signal : {"objects-added", "objects-modified", "objects-removed"}) {
     handlers_.add(signal, [this] { hearChange(); });

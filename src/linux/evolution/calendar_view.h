@@ -7,18 +7,23 @@
 #include <string>
 
 #include "linux/evolution/signal_handlers.h"
-#include "linux/gio/handles.h"
 
 namespace orvane::host {
 
 // A view of the service: it tells when something that a query finds is added, changed or removed.
-// What it sends is not looked at, so it is asked for next to nothing. Made on any thread, blocking;
-// everything else is the main thread's, on which the signs arrive.
+// What it sends is not looked at, so it is asked for next to nothing. Signs arrive on the main
+// thread, so this is the main thread's from its making to its end.
 class CalendarView {
  public:
-  // Null when the service does not grant one.
-  static std::unique_ptr<CalendarView> start(ECalClient* client, const std::string& query,
-                                             GCancellable* cancellable);
+  // The library's own half, which blocks: any thread may hold it, call it, and be its last owner.
+  using Handle = std::shared_ptr<ECalClientView>;
+  // Blocks. Null when the service does not grant one.
+  static Handle ask(ECalClient* client, const std::string& query, GCancellable* cancellable);
+  // Blocks, and cannot be cancelled. Whether the service will report.
+  static bool begin(ECalClientView* handle);
+
+  // To be made before it begins, since what is sent until then nobody hears.
+  explicit CalendarView(const Handle& handle);
 
   // The service has reported everything that is there already, or said that it cannot.
   [[nodiscard]] bool isComplete() const { return isComplete_; }
@@ -30,12 +35,9 @@ class CalendarView {
   void listen(Signs signs) { signs_ = std::move(signs); }
 
  private:
-  explicit CalendarView(gio::ObjectPtr<ECalClientView> view);
-
   void hearComplete();
   void hearChange();
 
-  const gio::ObjectPtr<ECalClientView> view_;
   bool isComplete_ = false;
   Signs signs_;
   SignalHandlers handlers_;

@@ -11,7 +11,10 @@
 namespace orvane::host {
 
 // Makes a call that blocks on a thread of its own and hands its result to the main thread. Ending
-// the subscription cancels the call; its result is then destroyed wherever it is.
+// the subscription cancels the call as far as what it calls can be cancelled; where it cannot, the
+// thread is kept until the service or the bus has an answer. A result that nobody wants any more is
+// destroyed on whatever thread it is, so it must be one that bears that: a value, or a handle that
+// counts its owners, and nothing that hears signals.
 template <class Result>
 Subscription callOnThread(CallThreads& threads, std::function<Result(GCancellable*)> call,
                           std::function<void(Result)> answered) {

@@ -79,10 +79,11 @@ class EvolutionClient final : public AccountClient {
                      std::function<void(std::optional<AccountItems>)> fetched) override {
     fetched_ = std::move(fetched);
     auto query = queryFor(type_, span);
-    if (!view_ || query != query_) {
+    // One that was given up before it was complete may never have begun.
+    if (!view_ || !view_->isComplete() || query != query_) {
       query_ = std::move(query);
       view_.reset();
-      startView();
+      askForView();
     } else {
       fetchList();
     }
@@ -93,23 +94,26 @@ class EvolutionClient final : public AccountClient {
   }
 
  private:
-  using View = std::unique_ptr<CalendarView>;
-
   // The view comes first, so that no change is lost between the two.
-  void startView() {
-    step_ = callOnThread<View>(
+  void askForView() {
+    step_ = callOnThread<CalendarView::Handle>(
         *threads_,
         [client = client_, query = query_](GCancellable* cancellable) {
-          return CalendarView::start(client.get(), query, cancellable);
+          return CalendarView::ask(client.get(), query, cancellable);
         },
-        [this](View view) { takeView(std::move(view)); });
+        [this](const CalendarView::Handle& handle) { beginView(handle); });
   }
 
-  void takeView(View view) {
-    if (!view) return answer(std::nullopt);
-    view_ = std::move(view);
+  // Its end may come to be known before its beginning is; then the list is already asked for.
+  void beginView(const CalendarView::Handle& handle) {
+    if (!handle) return answer(std::nullopt);
+    view_.emplace(handle);
     view_->listen({[this] { fetchList(); }, [this] { tell(signs_.changed); }});
-    if (view_->isComplete()) fetchList();
+    step_ = callOnThread<bool>(
+        *threads_, [handle](GCancellable*) { return CalendarView::begin(handle.get()); },
+        [this](bool hasBegun) {
+          if (!hasBegun) answer(std::nullopt);
+        });
   }
 
   void fetchList() {
@@ -157,7 +161,7 @@ class EvolutionClient final : public AccountClient {
   std::shared_ptr<EvolutionClient*> question_;  // the one that is to be answered
   std::function<void(std::optional<AccountItems>)> fetched_;
   std::shared_ptr<EvolutionClient*> self_ = std::make_shared<EvolutionClient*>(this);
-  View view_;
+  std::optional<CalendarView> view_;
   Subscription step_;
   SignalHandlers clientHandlers_;
   SignalHandlers sourceHandlers_;
