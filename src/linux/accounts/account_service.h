@@ -82,8 +82,9 @@ class AccountService {
 class Accounts {
  public:
   virtual ~Accounts() = default;
-  // `found` is called when it is known, and again whenever it changes; null: there is none. The
-  // service belongs to this object and stays as long.
+  // `found` is called when it is known, and again whenever it changes; null: there is none. Once
+  // there was one it belongs to this object and stays as long; `found` is then called with the same
+  // when it has come back after it was gone.
   virtual void watch(std::function<void(AccountService*)> found) = 0;
   // Nothing is called any more.
   virtual void stop() = 0;

@@ -20,6 +20,12 @@ void AccountConnection::use(AccountDirectory* directory) {
   if (directory_ != nullptr && span_) begin();
 }
 
+void AccountConnection::retry() {
+  if (!backOff_.isWaiting()) return;
+  backOff_.reset();
+  begin();
+}
+
 void AccountConnection::fetch(const AccountSpan& span) {
   span_ = span;
   if (directory_ == nullptr || backOff_.isWaiting()) {

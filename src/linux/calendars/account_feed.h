@@ -39,6 +39,7 @@ class AccountFeed {
   void rename(std::string title) { calendar_.title = std::move(title); }
 
   void use(AccountDirectory* directory) { connection_.use(directory); }
+  void retry() { connection_.retry(); }
   void look() { connection_.fetch(surroundings_.span()); }
 
   // Null while nothing could be read.

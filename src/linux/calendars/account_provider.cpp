@@ -120,6 +120,7 @@ class AccountProvider final : public CalendarProvider {
     isAbsent_ = service == nullptr;
     publish();
     if (isAbsent_) return becomeReady();
+    for (const auto& feed : feeds_) feed->retry();
     connection_.use(*service);
   }
 

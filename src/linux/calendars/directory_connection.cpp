@@ -12,7 +12,9 @@ constexpr std::chrono::milliseconds listingDelay{40};
 }  // namespace
 
 void DirectoryConnection::use(AccountService& service) {
-  service_ = &service;
+  const bool isKnown = std::exchange(service_, &service) == &service;
+  if (isKnown && !backOff_.isWaiting()) return;
+  backOff_.reset();
   open();
 }
 

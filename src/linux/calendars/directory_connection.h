@@ -29,7 +29,8 @@ class DirectoryConnection {
   DirectoryConnection(const DirectoryConnection&) = delete;
   DirectoryConnection& operator=(const DirectoryConnection&) = delete;
 
-  // Begins. The service must outlive this, or stop() be called before it goes.
+  // Begins; said again of the same service, it makes an attempt that is waited for now. The service
+  // must outlive this, or stop() be called before it goes.
   void use(AccountService& service);
   // Nothing is heard any more. Whatever came from the directory must have been given back.
   void stop();

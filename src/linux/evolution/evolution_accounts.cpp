@@ -46,8 +46,8 @@ class EvolutionAccounts final : public Accounts {
  private:
   // Those who have found the service keep it: it may come back, and notices by itself that it went.
   void note(bool isThere) {
-    if (service_ || isLoading_) return;
-    if (!isThere) return found_(nullptr);
+    if (isLoading_ || (service_ && !isThere)) return;
+    if (service_ || !isThere) return found_(service_.get());
     isLoading_ = true;
     pause_ = actor_.after(afterTheFirstFrame, [this] { load(); });
   }

@@ -489,6 +489,34 @@ TEST_F(AccountProviderTest, TheServiceMayComeLater) {
   EXPECT_THAT(titles(), ElementsAre("Standup"));
 }
 
+TEST_F(AccountProviderTest, AServiceThatComesBackAfterALongTimeIsAskedAtOnce) {
+  world->add("w", "Work", event, "Standup");
+  world->add("h", "Home", event, "Nap");
+  open();
+  world->closed = {"w"};
+  world->clientSigns.at("w").died();
+  actor.advance(minutes(60));
+  world->closed = {};
+  world->texts["w"] = "Dinner";
+  const auto openings = world->opened.size();
+  world->found(accounts->service());
+  actor.advance(milliseconds(100));
+  EXPECT_THAT(titles(), ElementsAre("Dinner", "Nap"));
+  EXPECT_EQ(world->opened.size(), openings + 1) << "the other one is not disturbed";
+  EXPECT_EQ(world->directories, 1);
+  EXPECT_EQ(world->openClients, 2);
+
+  world->fails = true;
+  world->directorySigns->died();
+  actor.advance(minutes(60));
+  world->fails = false;
+  world->texts["w"] = "Supper";
+  world->found(accounts->service());
+  actor.advance(milliseconds(100));
+  EXPECT_THAT(titles(), ElementsAre("Nap", "Supper"));
+  EXPECT_EQ(world->directories, 1);
+}
+
 TEST_F(AccountProviderTest, AQueryBeyondWhatWasReadIsAnsweredAtOnceAndReadOn) {
   world->add("w", "Work", event, "Standup Far@300");
   open();
