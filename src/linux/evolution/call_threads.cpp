@@ -1,6 +1,5 @@
 #include "linux/evolution/call_threads.h"
 
-#include <chrono>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -10,7 +9,6 @@ namespace {
 
 // As many calendars of a server that hangs may be waited for before others have to wait for those.
 constexpr std::size_t mostThreads = 64;
-constexpr std::chrono::milliseconds farewell{500};
 
 }  // namespace
 
@@ -55,7 +53,7 @@ void CallThreads::close() {
   std::unique_lock lock(mutex_);
   isClosed_ = true;
   dropped.swap(waiting_);
-  ended_.wait_for(lock, farewell, [this] { return running_ == 0; });
+  ended_.wait_for(lock, farewell_, [this] { return running_ == 0; });
 }
 
 }  // namespace orvane::host

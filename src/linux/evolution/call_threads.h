@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 
 #include "foundation/main_actor.h"
@@ -16,8 +18,10 @@ namespace orvane::host {
 // Shared by the calls and their owners: a thread that is stuck keeps what it needs.
 class CallThreads : public std::enable_shared_from_this<CallThreads> {
  public:
-  // The actor must live until close().
-  explicit CallThreads(MainActor& actor) : actor_(&actor) {}
+  // The actor must live until close(), which waits for so long at most.
+  explicit CallThreads(MainActor& actor,
+                       std::chrono::milliseconds farewell = std::chrono::milliseconds(500))
+      : farewell_(farewell), actor_(&actor) {}
 
   // Any thread. So many at once that one seldom waits for another.
   void run(std::function<void()> call);
@@ -30,6 +34,7 @@ class CallThreads : public std::enable_shared_from_this<CallThreads> {
  private:
   void work();
 
+  const std::chrono::milliseconds farewell_;
   std::mutex postMutex_;
   MainActor* actor_;
 
