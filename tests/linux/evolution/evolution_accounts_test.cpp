@@ -2,15 +2,20 @@
 
 #include <gmock/gmock.h>
 
+#include <set>
+
 #include "gio/private_bus.h"
 #include "linux/evolution/service_watch.h"
 #include "linux/mainloop/main_loop.h"
+#include "support/scratch_folder.h"
+#include "support/test_paths.h"
 
 namespace orvane::host {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 constexpr const char* registry = "org.gnome.evolution.dataserver.Sources5";
 constexpr const char* calendars = "org.gnome.evolution.dataserver.Calendar8";
@@ -74,17 +79,85 @@ TEST_F(ServiceWatchTest, NamesOfOthersAreNone) {
   EXPECT_THAT(told, ElementsAre(false));
 }
 
+// A bus with a configuration that it can read once more.
+class ConfiguredBus {
+ public:
+  ConfiguredBus() {
+    const auto configuration = folder_.write(
+        "bus.conf",
+        "<busconfig><listen>unix:path=" + (folder_ / "bus").string() + "</listen><servicedir>" +
+            (folder_ / "services").string() +
+            "</servicedir><policy context=\"default\"><allow own=\"*\"/>"
+            "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>");
+    std::filesystem::create_directory(folder_ / "services");
+    const auto option = "--config-file=" + configuration.string();
+    gio::Failure failure;
+    bus_.reset(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, failure.out(), "dbus-daemon", "--nofork",
+                                option.c_str(), nullptr));
+    EXPECT_TRUE(bus_) << failure.message();
+    EXPECT_TRUE(gio::eventually([&] { return std::filesystem::exists(folder_ / "bus"); }));
+  }
+  ConfiguredBus(const ConfiguredBus&) = delete;
+  ConfiguredBus& operator=(const ConfiguredBus&) = delete;
+  ~ConfiguredBus() {
+    if (!bus_) return;
+    g_subprocess_force_exit(bus_.get());
+    g_subprocess_wait(bus_.get(), nullptr, nullptr);
+  }
+
+  [[nodiscard]] gio::ObjectPtr<GDBusConnection> connect() const {
+    return gio::connectToBus("unix:path=" + (folder_ / "bus").string(), std::chrono::seconds(20));
+  }
+  void install(const std::string& name) const {
+    folder_.write(fileOf(name), "[D-BUS Service]\nName=" + name + "\nExec=/bin/false\n");
+  }
+  void remove(const std::string& name) const { std::filesystem::remove(folder_ / fileOf(name)); }
+
+ private:
+  static std::string fileOf(const std::string& name) { return "services/" + name + ".service"; }
+
+  const ScratchFolder folder_;
+  gio::ObjectPtr<GSubprocess> bus_;
+};
+
+TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) {
+  const ConfiguredBus bus;
+  const auto ours = bus.connect();
+  const auto theirs = bus.connect();
+  std::vector<bool> told;
+  const ServiceWatch watching(ours.get(), [&](bool isThere) { told.push_back(isThere); });
+  const auto hasToldWithin = [&](std::size_t count) {
+    return gio::eventually([&] { return told.size() >= count; });
+  };
+  const auto reload = [&] {
+    gio::ask(theirs.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+             "ReloadConfig");
+  };
+  ASSERT_TRUE(hasToldWithin(1));
+  for (const char* name : {registry, calendars}) bus.install(name);
+  reload();
+  ASSERT_TRUE(hasToldWithin(2));
+  bus.remove(registry);
+  reload();
+  ASSERT_TRUE(hasToldWithin(3));
+  EXPECT_THAT(told, ElementsAre(false, true, false));
+}
+
 class EvolutionAccountsTest : public testing::Test {
  protected:
   void watch(GDBusConnection* connection, const std::string& module) {
     accounts = makeEvolutionAccounts({connection, module}, *loop);
-    accounts->watch([this](AccountService* service) { found.push_back(service != nullptr); });
+    accounts->watch([this](AccountService* service) {
+      found.push_back(service != nullptr);
+      services.insert(service);
+    });
     EXPECT_THAT(found, IsEmpty()) << "never before the call has returned";
   }
 
   std::unique_ptr<MainLoop> loop = makeMainLoop();
   std::unique_ptr<Accounts> accounts;
   std::vector<bool> found;
+  std::set<AccountService*> services;
 };
 
 TEST_F(EvolutionAccountsTest, WithoutABusThereIsNoService) {
@@ -102,6 +175,26 @@ TEST_F(EvolutionAccountsTest, WithoutAModuleThereIsNoService) {
   watch(ours.get(), "/nonexistent/module.so");
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   EXPECT_THAT(found, ElementsAre(false));
+  accounts.reset();
+}
+
+TEST_F(EvolutionAccountsTest, AServiceThatGoesStaysFoundAndIsToldOfWhenItIsBack) {
+  gio::PrivateBus bus;
+  const auto service = bus.connect();
+  own(service.get(), registry);
+  own(service.get(), calendars);
+  const auto ours = bus.connect();
+  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  std::vector<bool> seen;
+  const ServiceWatch beside(ours.get(), [&](bool isThere) { seen.push_back(isThere); });
+  ASSERT_TRUE(gio::eventually([&] { return seen.size() == 1; }));
+  disown(service.get(), calendars);
+  ASSERT_TRUE(gio::eventually([&] { return seen.size() == 2; }));
+  own(service.get(), calendars);
+  ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
+  EXPECT_THAT(found, ElementsAre(true, true));
+  EXPECT_THAT(services, SizeIs(1)) << "it is the same";
   accounts.reset();
 }
 
