@@ -15,6 +15,7 @@
 #include "app/main_base.h"
 #include "app/main_desktop.h"
 #include "app/main_services.h"
+#include "app/main_start.h"
 #include "app/orvane_app.h"
 #include "app/returning_desktop.h"
 #include "linux/application/instance.h"
@@ -38,7 +39,7 @@ constexpr std::chrono::milliseconds kBusPatience{500};
 
 // What others may ask of the running program over the bus, which lasts longer than the program.
 // `focusToken` keeps what lets the window that they ask for take the focus.
-host::ApplicationOptions applicationOptions(GDBusConnection* bus,
+host::ApplicationOptions applicationOptions(const StartMarks& start, GDBusConnection* bus,
                                             const std::weak_ptr<AppDelegate>& running,
                                             std::string& focusToken) {
   const auto with = [&running](void (*perform)(AppDelegate&)) {
@@ -50,9 +51,9 @@ host::ApplicationOptions applicationOptions(GDBusConnection* bus,
   host::ApplicationOptions options;
   options.connection = bus;
   options.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
-  options.startedByBus = environmentVariable("DBUS_STARTER_ADDRESS").has_value();
-  options.activationToken = environmentVariable("XDG_ACTIVATION_TOKEN")
-                                .value_or(environmentVariable("DESKTOP_STARTUP_ID").value_or(""));
+  options.startedByBus = start.isByBus;
+  options.startedWithSession = start.isWithSession;
+  options.activationToken = start.activationToken;
   options.takeActivationToken = [&focusToken](const std::string& token) { focusToken = token; };
   options.activate = openSettings;
   options.actions = {{"settings", openSettings},
@@ -101,7 +102,7 @@ std::unique_ptr<host::ClockWatcher> watchClocks(const Base& base,
                                 });
 }
 
-int runProgram() {
+int runProgram(const StartMarks& start) {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
   const Base base;
   std::weak_ptr<AppDelegate> running;
@@ -109,7 +110,7 @@ int runProgram() {
   const auto bus =
       host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
   const auto instance =
-      host::claimInstance(applicationOptions(bus.get(), running, focusToken), *base.loop);
+      host::claimInstance(applicationOptions(start, bus.get(), running, focusToken), *base.loop);
   if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
 
   NotificationCenter notifications;
@@ -152,7 +153,7 @@ int main(int argc, char** argv) {
   }
   orvane::host::giveMemoryBackEarly();
   try {
-    return runProgram();
+    return runProgram(orvane::takeStartMarks());
   } catch (const std::exception& error) {
     std::cerr << "orvane: " << error.what() << '\n';
     return 1;

@@ -38,7 +38,8 @@ function(xfce_test class)
 endfunction()
 
 xfce_test(HotKey toggles_focus_mode)
-xfce_test(Instance is_one_and_activated_by_a_second_start)
+xfce_test(Instance is_one_and_activated_by_a_second_start
+          is_left_alone_by_a_second_start_with_the_session)
 xfce_test(Actions do_what_they_are_called)
 xfce_test(Icons are_hidden_while_focus_mode_is_on keep_the_style_of_the_user)
 xfce_test(StatusItem opens_its_menu comes_back_with_the_panel asks_nobody_while_nobody_watches)

@@ -51,6 +51,20 @@ class Instance(unittest.TestCase):
             self.assertEqual(len(xfce.windows(NAME)), 1)
             self.assertEqual(first.end(), 0)
 
+    def is_left_alone_by_a_second_start_with_the_session(self):
+        with XfceSession() as xfce:
+            first = xfce.start_program()
+            monitor = xfce.start("dbus-monitor", "--session", "interface=org.freedesktop.Application")
+            eventually("calls are watched", lambda: "NameAcquired" in monitor.output or monitor.lines)
+            second = xfce.start(program("orvane"), environment={"ORVANE_START": "login"})
+            self.assertEqual(second.process.wait(timeout=10), 0)
+            self.assertEqual(second.output, "")
+            # What it had asked for would have been seen before this.
+            xfce.action("refresh-now")
+            eventually("a call is seen", lambda: "member=ActivateAction" in monitor.output)
+            self.assertEqual(monitor.output.count("member=Activate"), 1)
+            self.assertEqual(first.end(), 0)
+
 
 class Actions(unittest.TestCase):
     def do_what_they_are_called(self):

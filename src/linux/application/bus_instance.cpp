@@ -140,6 +140,7 @@ void activateOther(GDBusConnection* connection, const std::string& activationTok
 // The object is there before the name is, so that nobody who sees the name asks in vain.
 InstanceClaim claimOnBus(ApplicationOptions options, MainActor& mainActor) {
   auto* const connection = options.connection;
+  const bool isWanted = !options.startedWithSession;
   const std::string activationToken = options.activationToken;
   auto instance = std::make_unique<BusInstance>(std::move(options), mainActor);
   std::string failure;
@@ -149,7 +150,7 @@ InstanceClaim claimOnBus(ApplicationOptions options, MainActor& mainActor) {
               << failure << '\n';
     return {InstanceOutcome::first, std::move(instance)};
   }
-  activateOther(connection, activationToken);
+  if (isWanted) activateOther(connection, activationToken);
   return {InstanceOutcome::forwarded, nullptr};
 }
 

@@ -27,6 +27,9 @@ struct ApplicationOptions {
   std::filesystem::path runtimeFolder;
   // The bus started this process to activate it: the first activation then is the launch itself.
   bool startedByBus = false;
+  // The session started this process by itself, so that where another one runs already, nobody asks
+  // that one for anything.
+  bool startedWithSession = false;
   // What this process was started with to let a window take the focus: an XDG activation token or a
   // startup id, else empty. The running instance gets it, if there is one.
   std::string activationToken;
@@ -47,7 +50,7 @@ class Instance {
 
 enum class InstanceOutcome {
   first,     // `instance` is set
-  forwarded  // another one runs, and was asked to show its settings
+  forwarded  // another one runs, and was asked to show its settings if a person started this one
 };
 
 struct InstanceClaim {

@@ -108,7 +108,7 @@ InstanceClaim claimByLock(ApplicationOptions options, MainActor& mainActor) {
     return {InstanceOutcome::first, nullptr};
   }
   if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (!tellAt(socketPath)) {
+    if (!options.startedWithSession && !tellAt(socketPath)) {
       std::cerr << "orvane: Orvane runs already, but cannot be asked for its settings.\n";
     }
     return {InstanceOutcome::forwarded, nullptr};

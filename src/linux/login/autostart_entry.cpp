@@ -64,7 +64,10 @@ std::string entryStarting(const std::string& program, const std::string& existin
   };
   set(G_KEY_FILE_DESKTOP_KEY_TYPE, "Application");
   set(G_KEY_FILE_DESKTOP_KEY_NAME, "Orvane");
-  set(G_KEY_FILE_DESKTOP_KEY_EXEC, quoted(program));
+  // A start that only keeps a promise to the user opens nothing where the program runs already.
+  set(G_KEY_FILE_DESKTOP_KEY_EXEC, "env ORVANE_START=login " + quoted(program));
+  // The command by itself would be found even after the program was removed.
+  set(G_KEY_FILE_DESKTOP_KEY_TRY_EXEC, program);
   set(G_KEY_FILE_DESKTOP_KEY_ICON, "org.orvane.Orvane");
   g_key_file_remove_key(file.get(), kGroup, G_KEY_FILE_DESKTOP_KEY_HIDDEN, nullptr);
   g_key_file_remove_key(file.get(), kGroup, kEnabledByGnome, nullptr);

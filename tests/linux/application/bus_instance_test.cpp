@@ -106,6 +106,17 @@ TEST_F(BusInstanceTest, ASecondStartActivatesTheFirst) {
   EXPECT_EQ(done_, (Texts{"token", "activate"}));
 }
 
+TEST_F(BusInstanceTest, ASecondStartWithTheSessionAsksForNothing) {
+  const auto first = claimInstance(options(ours_.get()), *loop_);
+  auto started = options(other_.get());
+  started.startedWithSession = true;
+  EXPECT_EQ(claimInstance(std::move(started), *loop_).outcome, InstanceOutcome::forwarded);
+  // What it had asked for would come before what is asked now.
+  EXPECT_EQ(call("ActivateAction", "('quit', @av [], @a{sv} {})"), "()");
+  EXPECT_TRUE(eventually([&] { return !done_.empty(); }));
+  EXPECT_EQ(done_, Texts{"quit"});
+}
+
 TEST_F(BusInstanceTest, NothingIsCalledAfterTheEnd) {
   auto claim = claimInstance(options(ours_.get()), *loop_);
   EXPECT_EQ(call("Activate", "(@a{sv} {},)"), "()");

@@ -13,8 +13,9 @@ using gio::eventually;
 
 class LockInstanceTest : public testing::Test {
  protected:
-  InstanceClaim claim() {
+  InstanceClaim claim(bool withSession = false) {
     ApplicationOptions options;
+    options.startedWithSession = withSession;
     options.runtimeFolder = folder_.path();
     options.activate = [this] { ++activations_; };
     return claimInstance(std::move(options), *loop_);
@@ -32,6 +33,14 @@ TEST_F(LockInstanceTest, ASecondStartActivatesTheFirst) {
   EXPECT_EQ(claim().outcome, InstanceOutcome::forwarded);
   EXPECT_EQ(activations_, 0);
   EXPECT_TRUE(eventually([&] { return activations_ == 2; }));
+}
+
+TEST_F(LockInstanceTest, ASecondStartWithTheSessionAsksForNothing) {
+  const auto first = claim();
+  EXPECT_EQ(claim(true).outcome, InstanceOutcome::forwarded);
+  EXPECT_EQ(claim().outcome, InstanceOutcome::forwarded);
+  EXPECT_TRUE(eventually([&] { return activations_ > 0; }));
+  EXPECT_EQ(activations_, 1);
 }
 
 TEST_F(LockInstanceTest, AfterTheFirstEndedAnotherMayRun) {

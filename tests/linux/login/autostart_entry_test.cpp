@@ -41,7 +41,8 @@ TEST(AutostartEntryTest, AFreshEntryStartsTheProgram) {
   const auto entry = entryStarting("/usr/bin/orvane", "");
   EXPECT_TRUE(startsAtLogin(entry));
   EXPECT_EQ(entry,
-            "[Desktop Entry]\nType=Application\nName=Orvane\nExec=\"/usr/bin/orvane\"\n"
+            "[Desktop Entry]\nType=Application\nName=Orvane\n"
+            "Exec=env ORVANE_START=login \"/usr/bin/orvane\"\nTryExec=/usr/bin/orvane\n"
             "Icon=org.orvane.Orvane\n");
 }
 
@@ -63,7 +64,7 @@ TEST(AutostartEntryTest, SomethingElseInItsPlaceIsReplaced) {
 
 TEST(AutostartEntryTest, OddPathsAreOneArgument) {
   EXPECT_THAT(entryStarting("/opt/my apps/100% $HOME/orvane", ""),
-              HasSubstr(R"(Exec="/opt/my apps/100%% \\$HOME/orvane")"));
+              HasSubstr(R"(Exec=env ORVANE_START=login "/opt/my apps/100%% \\$HOME/orvane")"));
 }
 
 }  // namespace
