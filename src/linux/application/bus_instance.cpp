@@ -74,7 +74,10 @@ class BusInstance final : public Instance {
   // The board has no documents: being asked to open one is being started.
   [[nodiscard]] CallReply call(const std::string& method, GVariant* arguments) {
     const auto token = activationTokenIn(arguments);
-    if (method != "ActivateAction") return activated(token);
+    const bool isLaunch = std::exchange(options_.startedByBus, false);
+    if (method != "ActivateAction") {
+      return isLaunch ? VariantPtr() : later(options_.activate, token);
+    }
     const char* name = nullptr;
     g_variant_get_child(arguments, 0, "&s", &name);
     const auto& actions = options_.actions;
@@ -84,10 +87,6 @@ class BusInstance final : public Instance {
       return gio::invalidArguments(std::string("There is no action \"") + name + "\".");
     }
     return later(found->perform, token);
-  }
-  [[nodiscard]] CallReply activated(const std::string& token) {
-    if (std::exchange(options_.startedByBus, false)) return VariantPtr();
-    return later(options_.activate, token);
   }
   [[nodiscard]] CallReply later(std::function<void()> work, const std::string& token) const {
     mainActor_.post([this, alive = std::weak_ptr(alive_), work = std::move(work), token] {

@@ -25,7 +25,8 @@ struct ApplicationOptions {
   GDBusConnection* connection = nullptr;
   // $XDG_RUNTIME_DIR; empty: without a bus there is then no guard at all.
   std::filesystem::path runtimeFolder;
-  // The bus started this process to activate it: the first activation then is the launch itself.
+  // The bus started this process because of a call: if the first one is an activation, it is the
+  // launch itself.
   bool startedByBus = false;
   // The session started this process by itself, so that where another one runs already, nobody asks
   // that one for anything.

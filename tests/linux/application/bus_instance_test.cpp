@@ -90,6 +90,16 @@ TEST_F(BusInstanceTest, TheActivationThatStartedTheProcessIsTheLaunchItself) {
   EXPECT_EQ(done_, Texts{"activate"});
 }
 
+TEST_F(BusInstanceTest, AfterAnActionThatStartedTheProcessEveryActivationCounts) {
+  auto activated = options(ours_.get());
+  activated.startedByBus = true;
+  const auto claim = claimInstance(std::move(activated), *loop_);
+  EXPECT_EQ(call("ActivateAction", "('settings', @av [], @a{sv} {})"), "()");
+  EXPECT_EQ(call("Activate", "(@a{sv} {},)"), "()");
+  EXPECT_TRUE(eventually([&] { return done_.size() == 2; }));
+  EXPECT_EQ(done_, (Texts{"settings", "activate"}));
+}
+
 // The instance of the other process is played by an object that answers on a thread of its own.
 TEST_F(BusInstanceTest, ASecondStartActivatesTheFirst) {
   auto listening = options(ours_.get());
