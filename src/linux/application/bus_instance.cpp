@@ -12,7 +12,10 @@ namespace {
 using gio::CallReply;
 using gio::VariantPtr;
 
-constexpr int kCallLimit = 5000;  // milliseconds
+// Milliseconds. The bus answers at once or has a problem of its own; the running instance may be
+// waiting for its desktop, and whoever started us waits for us.
+constexpr int kBusLimit = 5000;
+constexpr int kOtherLimit = 1000;
 
 constexpr const char* kDescription = R"xml(
 <node>
@@ -112,7 +115,7 @@ bool takeName(GDBusConnection* connection, std::string& failure) {
   const VariantPtr reply(g_dbus_connection_call_sync(
       connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
       "RequestName", g_variant_new("(su)", kName, kDoNotQueue), G_VARIANT_TYPE("(u)"),
-      G_DBUS_CALL_FLAGS_NONE, kCallLimit, nullptr, error.out()));
+      G_DBUS_CALL_FLAGS_NONE, kBusLimit, nullptr, error.out()));
   if (!reply) {
     failure = error.message();
     return false;
@@ -122,14 +125,17 @@ bool takeName(GDBusConnection* connection, std::string& failure) {
   return outcome == kPrimaryOwner;
 }
 
-// The running instance shows its settings, as if it had been chosen from the menu of programs.
+// The running instance shows its settings, as if it had been chosen from the menu of programs. A
+// call that it has not answered in time still reaches it.
 void activateOther(GDBusConnection* connection, const std::string& activationToken) {
   gio::Failure error;
   const VariantPtr reply(g_dbus_connection_call_sync(
       connection, kName, kPath, "org.freedesktop.Application", "Activate",
-      platformDataWith(activationToken), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kCallLimit,
+      platformDataWith(activationToken), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START, kOtherLimit,
       nullptr, error.out()));
-  if (error) {
+  if (error.is(G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) {
+    std::cerr << "orvane: Orvane runs already and is busy; its settings open when it is ready.\n";
+  } else if (error) {
     std::cerr << "orvane: Orvane runs already, but did not answer: " << error.message() << '\n';
   }
 }

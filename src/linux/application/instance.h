@@ -59,8 +59,8 @@ struct InstanceClaim {
   std::unique_ptr<Instance> instance;
 };
 
-// Waits at most a few seconds for the bus or for the running instance. Main thread only; the actor
-// outlives the instance.
+// Waits at most a few seconds for the bus, and one for the running instance. Main thread only; the
+// actor outlives the instance.
 [[nodiscard]] InstanceClaim claimInstance(ApplicationOptions options, MainActor& mainActor);
 
 }  // namespace orvane::host

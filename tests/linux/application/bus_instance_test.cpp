@@ -1,3 +1,4 @@
+#include <chrono>
 #include <thread>
 
 #include "../gio/private_bus.h"
@@ -114,6 +115,19 @@ TEST_F(BusInstanceTest, ASecondStartActivatesTheFirst) {
   EXPECT_EQ(second.outcome, InstanceOutcome::forwarded);
   EXPECT_EQ(second.instance, nullptr);
   EXPECT_EQ(done_, (Texts{"token", "activate"}));
+}
+
+// As when the first one waits for its desktop.
+TEST_F(BusInstanceTest, ABusyInstanceIsNotWaitedForAndOpensItsSettingsLater) {
+  const auto first = claimInstance(options(ours_.get()), *loop_);
+  testing::internal::CaptureStderr();
+  const auto started = std::chrono::steady_clock::now();
+  EXPECT_EQ(claimInstance(options(other_.get()), *loop_).outcome, InstanceOutcome::forwarded);
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(4));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "orvane: Orvane runs already and is busy; its settings open when it is ready.\n");
+  EXPECT_TRUE(eventually([&] { return !done_.empty(); }));
+  EXPECT_EQ(done_, Texts{"activate"});
 }
 
 TEST_F(BusInstanceTest, ASecondStartWithTheSessionAsksForNothing) {
