@@ -3,7 +3,9 @@
 #include <dlfcn.h>
 
 #include <chrono>
+#include <iostream>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "linux/evolution/module.h"
@@ -15,11 +17,22 @@ namespace {
 // Loading takes a processor's time, which belongs to the first frame first.
 constexpr std::chrono::milliseconds afterTheFirstFrame{200};
 
-// Blocks. Null: there is no module, it is another build's, or the service's library is not
-// installed. What was loaded stays, since the library's types cannot be taken back.
-ModuleEntry* loadModule(const std::string& path) {
+// Without an entry there is no module, it is no module of ours, or the service's library is not
+// installed: `failure` is what the system says about it.
+struct LoadedModule {
+  ModuleEntry* entry = nullptr;
+  std::string failure;
+};
+
+// Blocks. What was loaded stays, since the library's types cannot be taken back.
+LoadedModule loadModule(const std::string& path) {
+  LoadedModule loaded;
   void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  return module == nullptr ? nullptr : reinterpret_cast<ModuleEntry*>(dlsym(module, moduleEntry));
+  if (module) loaded.entry = reinterpret_cast<ModuleEntry*>(dlsym(module, moduleEntry));
+  if (loaded.entry) return loaded;
+  const char* const reason = dlerror();
+  loaded.failure = reason ? reason : "no reason is known";
+  return loaded;
 }
 
 class EvolutionAccounts final : public Accounts {
@@ -55,17 +68,26 @@ class EvolutionAccounts final : public Accounts {
   void load() {
     const std::weak_ptr<int> alive = alive_;
     actor_.runOnWorker([this, alive, path = options_.modulePath, &actor = actor_] {
-      auto* const entry = loadModule(path);
-      actor.post([this, alive, entry] {
-        if (!alive.expired()) take(entry);
+      const auto module = loadModule(path);
+      actor.post([this, alive, module] {
+        if (!alive.expired()) take(module);
       });
     });
   }
 
-  void take(ModuleEntry* entry) {
+  void take(const LoadedModule& module) {
     isLoading_ = false;
-    if (entry != nullptr) service_.reset(entry(moduleBuild, &actor_));
+    if (module.entry != nullptr) service_.reset(module.entry(moduleBuild, &actor_));
+    if (!service_) tell(module.entry ? "it belongs to another version" : module.failure);
     found_(service_.get());
+  }
+
+  // The service may come and go; the reason stays.
+  void tell(const std::string& reason) {
+    if (std::exchange(hasTold_, true)) return;
+    std::cerr << "orvane: The calendars of the desktop's accounts are left out, because what reads "
+                 "them cannot be loaded: "
+              << reason << '\n';
   }
 
   const EvolutionOptions options_;
@@ -75,6 +97,7 @@ class EvolutionAccounts final : public Accounts {
   Subscription absence_;
   Subscription pause_;
   bool isLoading_ = false;
+  bool hasTold_ = false;
   std::unique_ptr<AccountService> service_;
   // Main thread: gone once it was stopped.
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);

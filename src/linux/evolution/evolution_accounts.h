@@ -16,8 +16,8 @@ struct EvolutionOptions {
 };
 
 // The accounts of the desktop as Evolution Data Server keeps them. Its library is loaded as a
-// module of ours, on a worker thread, once the bus has such a service and never without. The actor
-// must outlive what is returned.
+// module of ours, on a worker thread, once the bus has such a service and never without; where that
+// fails, one line on standard error says why, once. The actor must outlive what is returned.
 std::unique_ptr<Accounts> makeEvolutionAccounts(EvolutionOptions options, MainActor& actor);
 
 }  // namespace orvane::host

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <set>
 
 #include "gio/private_bus.h"
@@ -13,7 +14,9 @@
 namespace orvane::host {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -172,10 +175,43 @@ TEST_F(EvolutionAccountsTest, WithoutAModuleThereIsNoService) {
   own(service.get(), registry);
   own(service.get(), calendars);
   const auto ours = bus.connect();
+  testing::internal::CaptureStderr();
+  watch(ours.get(), "/nonexistent/module.so");
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  EXPECT_THAT(found, ElementsAre(false));
+  disown(service.get(), calendars);
+  own(service.get(), calendars);
+  ASSERT_TRUE(gio::eventually([&] { return found.size() >= 3; }));
+  EXPECT_THAT(found, Each(false));
+  accounts.reset();
+  const auto told = testing::internal::GetCapturedStderr();
+  EXPECT_THAT(told, HasSubstr("cannot be loaded: /nonexistent/module.so: "));
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+}
+
+TEST_F(EvolutionAccountsTest, WithoutTheServiceNothingIsSaidAboutTheModule) {
+  gio::PrivateBus bus;
+  const auto ours = bus.connect();
+  testing::internal::CaptureStderr();
   watch(ours.get(), "/nonexistent/module.so");
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   EXPECT_THAT(found, ElementsAre(false));
   accounts.reset();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(EvolutionAccountsTest, WhatIsNoModuleOfOursIsToldOf) {
+  gio::PrivateBus bus;
+  const auto service = bus.connect();
+  own(service.get(), registry);
+  own(service.get(), calendars);
+  const auto ours = bus.connect();
+  testing::internal::CaptureStderr();
+  watch(ours.get(), "libgio-2.0.so.0");
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  EXPECT_THAT(found, ElementsAre(false));
+  accounts.reset();
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("undefined symbol"));
 }
 
 TEST_F(EvolutionAccountsTest, AServiceThatGoesStaysFoundAndIsToldOfWhenItIsBack) {
