@@ -26,6 +26,9 @@ if(ORVANE_X11)
                 stands_in_the_middle_and_then_where_it_was_put)
   settings_test(${script} Looks are_those_that_the_desktop_prefers)
   settings_test(${script} Restart keeps_everything)
+  settings_test(settings_effects_test.py Effects of_the_chosen_calendars of_the_chosen_lists
+                of_what_drives_next_up of_days_that_count of_ignored_words of_urgency of_focus_mode
+                of_spaces after_a_restart)
 endif()
 if(ORVANE_WAYLAND)
   settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept

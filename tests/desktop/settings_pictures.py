@@ -1,7 +1,8 @@
 """Takes the pictures of the settings window that the documentation shows: the real program on a
 headless desktop, with the example calendars, with none, and with calendars that may not be read.
 
-settings_pictures.py FOLDER DEMO_CALENDARS, where the second is the script that writes the examples."""
+settings_pictures.py FOLDER DEMO_CALENDARS [full|empty|denied …], where the second is the script that
+writes the examples."""
 
 import os
 import subprocess
@@ -21,11 +22,6 @@ gtk-xft-hintstyle=hintslight
 gtk-enable-animations=0
 gtk-application-prefer-dark-theme=%d
 """
-# Nobody is started by it, so that no account of this machine gets into the pictures.
-BUS = """<busconfig><type>session</type><listen>unix:tmpdir=%s</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow own="*"/>
-<allow eavesdrop="true"/></policy></busconfig>
-"""
 CORNER = 10
 
 
@@ -36,16 +32,6 @@ class Session(SettingsSession, XfceSession):
         super().__init__()
         self.environment["GDK_SCALE"] = str(scale)
         self.write(LOOK % is_dark, ".config", "gtk-4.0", "settings.ini")
-
-    def _start_bus(self):
-        self.write(BUS % self.folder, "bus.conf")
-        command = ("dbus-daemon", "--nofork", "--print-address=1", "--config-file=" + self.path("bus.conf"))
-        bus = self.start(*command)
-
-        def address():
-            return next((line for line in bus.lines if line.startswith("unix:")), None)
-
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = eventually("the bus tells its address", address)
 
     def begin(self):
         self.start_accessible()
@@ -97,7 +83,7 @@ def cut_out(picture, scale, path):
     subprocess.run(["convert", path, "-alpha", "set", *mask, "-compose", "DstIn", "-composite", path], check=True)
 
 
-def take(folder, name, scale, is_dark, prepare, tabs, demo_calendars):
+def take(folder, name, scale, is_dark, prepare, demo_calendars):
     """A picture for each tab; answers where they are."""
     paths = []
     with Session(scale, is_dark) as session:
@@ -105,31 +91,38 @@ def take(folder, name, scale, is_dark, prepare, tabs, demo_calendars):
         session.begin()
         if prepare is full:
             eventually("calendars are offered", lambda: session.accessible.look("Work", "check box"))
-        for tab in tabs:
+        for tab in TABS:
             session.choose_tab(tab)
             paths.append(os.path.join(folder, "%s-%d.png" % (name, len(paths))))
             cut_out(session.window_picture(), scale, paths[-1])
     return paths
 
 
-def put_together(paths, columns, gap, path):
+def put_together(paths, columns, gap, path, *finish):
     layout = ["-tile", "%dx" % columns, "-geometry", "+%d+%d" % (gap, gap), "-background", "none"]
     smallest = ["-strip", "-define", "png:compression-level=9", "-define", "png:compression-filter=5"]
-    subprocess.run(["montage", *paths, *layout, *smallest, path], check=True)
+    subprocess.run(["montage", *paths, *layout, *smallest, *finish, path], check=True)
 
 
-def main(folder, demo_calendars):
+def main(folder, demo_calendars, *states):
+    """All states, or those that are named."""
+    wanted = [prepare for prepare in (full, empty, denied) if prepare.__name__ in states or not states]
     with tempfile.TemporaryDirectory() as work:
-        for scale, ending in ((1, ""), (2, "-2x")):
-            for is_dark, look in ((False, "light"), (True, "dark")):
-                tabs = take(work, "tab", scale, is_dark, full, TABS, demo_calendars)
-                put_together(tabs, 2, 10 * scale, os.path.join(folder, "settings-%s%s.png" % (look, ending)))
-        sources = []
-        for is_dark in (False, True):
-            for prepare in (empty, denied):
-                name = "%s-%d" % (prepare.__name__, is_dark)
-                sources += take(work, name, 1, is_dark, prepare, TABS[:1], demo_calendars)
-        put_together(sources, 2, 10, os.path.join(folder, "settings-no-sources.png"))
+        for prepare in wanted:
+            for scale, ending in ((1, ""), (2, "-2x")):
+                light, dark = (take(work, "tab-%d" % is_dark, scale, is_dark, prepare, demo_calendars)
+                               for is_dark in (False, True))
+                gap = 10 * scale
+
+                def path(name, ending=ending):
+                    return os.path.join(folder, "settings-%s%s.png" % (name, ending))
+
+                if prepare is full:
+                    put_together(light, 2, gap, path("light"))
+                    put_together(dark, 2, gap, path("dark"))
+                else:
+                    pairs = [tab for both in zip(light, dark) for tab in both]
+                    put_together(pairs, 2, gap, path(prepare.__name__))
 
 
 if __name__ == "__main__":
