@@ -29,6 +29,8 @@ if(ORVANE_X11)
   settings_test(settings_effects_test.py Effects of_the_chosen_calendars of_the_chosen_lists
                 of_what_drives_next_up of_days_that_count of_ignored_words of_urgency of_focus_mode
                 of_spaces after_a_restart)
+  settings_test(settings_missing_test.py Toolkit that_is_missing_is_told_and_the_board_goes_on
+                that_is_missing_is_told_on_the_terminal_where_nobody_shows_notifications)
 endif()
 if(ORVANE_WAYLAND)
   settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept
