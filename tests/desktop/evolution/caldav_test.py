@@ -6,7 +6,7 @@ import unittest
 from caldav import PASSWORD, USER, CalendarServer, SilentServer, source_keys
 from cases import NOW, ZONE, calendar, component, morning
 from desktop_session import DesktopSession, eventually, run_tests
-from published import NO_BUS, Probe, differences, options, titles
+from published import NO_BUS, PATIENCE, Probe, differences, options, titles
 from service import Evolution
 
 AT = ("--now", str(NOW), "--timezone", ZONE)
@@ -66,6 +66,9 @@ def sign_up(evolution, port, *names):
 
 
 def sign_in(evolution, name, password=PASSWORD):
+    # Who signs in before the service asks for it is not heard.
+    asks = lambda: evolution.client.call("connection", uid=name) == "awaiting-credentials"
+    eventually("%s asks for a sign-in" % name, asks, PATIENCE)
     evolution.client.call("authenticate", uid=name, user=USER, password=password)
 
 

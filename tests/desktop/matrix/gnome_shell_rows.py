@@ -21,6 +21,9 @@ SETTINGS = """
 [org/gnome/shell]
 enabled-extensions=['%s']
 welcome-dialog-last-shown-version='99'
+[org/gnome/shell/extensions/ding]
+keep-arranged=true
+arrangeorder='NAME'
 [org/gnome/desktop/interface]
 enable-animations=false
 [org/gnome/desktop/notifications]
@@ -117,6 +120,7 @@ class GnomeShell(X11Row):
         eventually("the shell answers", self._is_ready, 60)
         self.evaluate(PREPARATION)
         self._wait_for_icons()
+        eventually("the icons are there, and stay", self._shows_icons_for_long, 60)
 
     def _is_ready(self):
         try:
@@ -155,7 +159,19 @@ class GnomeShell(X11Row):
     def _wait_for_icons(self):
         count = len(self.screens())
         shown = lambda: len(self._windows("it.get_wm_class() === 'gjs'", "it.get_id()")) >= count
-        eventually("the icons are there", shown, 60)
+        eventually("there are windows for the icons", shown, 60)
+
+    def _shows_icons_for_long(self):
+        """They are painted one after another, and later than their windows."""
+        first = self._icons()
+        time.sleep(2)
+        return first == self._icons() and first.pixel(HOME_ICON[2], HOME_ICON[2]) != FIRST_BACKGROUND
+
+    def _icons(self):
+        """A part of the screen on which all of them are, from the first one on."""
+        left, top, size = HOME_ICON
+        first = self.screens()[0]
+        return self.picture(first).cropped(left - size // 2, top - size // 2, 3 * size, 12 * size)
 
     # ---- Seeing
 
