@@ -31,6 +31,11 @@ if(ORVANE_X11)
                 of_spaces after_a_restart)
   settings_test(settings_missing_test.py Toolkit that_is_missing_is_told_and_the_board_goes_on
                 that_is_missing_is_told_on_the_terminal_where_nobody_shows_notifications)
+  set(script settings_looks_test.py)
+  settings_test(${script} Accent is_the_desktops)
+  settings_test(${script} Texts grow_and_everything_is_still_reached)
+  settings_test(${script} Direction is_that_of_the_language)
+  settings_test(${script} Preview follows_theme_color_and_strength)
 endif()
 if(ORVANE_WAYLAND)
   settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept

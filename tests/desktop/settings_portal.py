@@ -1,5 +1,6 @@
 """Stands in for the desktop's settings portal. It runs inside the session; each line that it is given
-is the colour scheme from then on: 0 none, 1 dark, 2 light. It begins with dark."""
+is the colour scheme from then on: 0 none, 1 dark, 2 light. Three numbers from 0 to 1 are the accent,
+three that are no such numbers stand for none. It begins with dark, and a red accent."""
 
 import sys
 
@@ -13,26 +14,34 @@ DESCRIPTION = """<node><interface name="%s">
 <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
 </interface></node>""" % INTERFACE
 
-scheme = 1
+settings = {
+    "color-scheme": GLib.Variant("u", 1),
+    "accent-color": GLib.Variant("(ddd)", (0.8, 0.1, 0.1)),
+}
 bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 loop = GLib.MainLoop()
 
 
 def read(_bus, _sender, _path, _interface, _method, arguments, invocation):
-    if arguments.unpack() == (SPACE, "color-scheme"):
-        value = GLib.Variant("v", GLib.Variant("u", scheme))
+    space, key = arguments.unpack()
+    if space == SPACE and key in settings:
+        value = GLib.Variant("v", settings[key])
         return invocation.return_value(GLib.Variant("(v)", (value,)))
     return invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
 
 
 def told(*_):
-    global scheme
     line = sys.stdin.readline()
     if not line:
         loop.quit()
         return False
-    scheme = int(line)
-    changed = GLib.Variant("(ssv)", (SPACE, "color-scheme", GLib.Variant("u", scheme)))
+    numbers = line.split()
+    if len(numbers) == 1:
+        key, value = "color-scheme", GLib.Variant("u", int(line))
+    else:
+        key, value = "accent-color", GLib.Variant("(ddd)", tuple(map(float, numbers)))
+    settings[key] = value
+    changed = GLib.Variant("(ssv)", (SPACE, key, value))
     bus.emit_signal(None, PATH, INTERFACE, "SettingChanged", changed)
     return True
 

@@ -1,0 +1,150 @@
+"""How the settings window looks where the desktop asks for something else: its accent, larger texts,
+another direction of reading; and how the preview in it follows what is chosen."""
+
+import subprocess
+import unittest
+
+from desktop_session import eventually, run_tests
+from settings_board import BoardSession, event
+from settings_window_test import DISPLAY_TOGGLES, PORTAL, SMART_TOGGLES
+
+REVIEW = event("Work", "Review", 5)
+THEMES_OWN = (53, 132, 228)
+# That can be seen in a light window, and in a dark one, so that they are shown as they are.
+LIGHT, DARK = 2, 1
+ACCENTS = {LIGHT: ((204, 26, 26), (26, 128, 51)), DARK: ((255, 153, 102), (51, 204, 102))}
+REACHED = {
+    "Sources": ["Done"],
+    "Display": ["Dashboard display", *DISPLAY_TOGGLES, "Done"],
+    "Smart Next": [*SMART_TOGGLES, "Ignored words", "Done"],
+    "Style": ["Theme", "Primary color", "Glass strength", "Done"],
+}
+FOOTER = 100
+# Half as large again as the usual 96 for an inch.
+LARGE_TEXTS = "Xft.dpi: 144\n"
+# In the window: within the preview's panel, below its texts and below the palette that hangs over it.
+ON_PREVIEW = (380, 500)
+
+
+class Session(BoardSession):
+    def __init__(self, **environment):
+        super().__init__(REVIEW)
+        self.environment.update(environment)
+
+    def start_portal(self):
+        with open(PORTAL, encoding="utf-8") as file:
+            self._portal = self.start("/usr/bin/python3", "-B", "-c", file.read(), stdin=subprocess.PIPE)
+        eventually("the portal is there", lambda: "ready" in self._portal.lines)
+
+    def tell_portal(self, *numbers):
+        self._portal.process.stdin.write((" ".join(map(str, numbers)) + "\n").encode())
+        self._portal.process.stdin.flush()
+
+    def done_button(self, color=THEMES_OWN):
+        """From where to where the button at the foot is in its colour; None where it is not."""
+        picture = self.window_picture()
+        foot = picture.cropped(0, picture.height - FOOTER, picture.width, FOOTER)
+        rows = [foot.count(color, top=y, bottom=y + 1) for y in range(FOOTER)]
+        if max(rows) < 20:
+            return None
+        row = rows.index(max(rows))
+        columns = [x for x in range(foot.width) if foot.pixel(x, row) == color]
+        return (columns[0], columns[-1] + 1)
+
+    def reach_everything(self):
+        for tab, names in REACHED.items():
+            self.choose_tab(tab)
+            for name in names:
+                self.go_to(name)
+        self.choose_tab("Sources")
+        self.go_to_row("Work")
+
+    def preview(self):
+        left, top, _, _ = self.window_place()
+        return self.picture().pixel(left + ON_PREVIEW[0], top + ON_PREVIEW[1])
+
+    def preview_other_than(self, known):
+        eventually("the preview is another", lambda: self.preview() != known)
+        seen = []
+
+        def rests():
+            seen.append(self.preview())
+            return len(seen) > 4 and len(set(seen[-4:])) == 1
+
+        eventually("the preview rests", rests)
+        return seen[-1]
+
+
+class PortalSession(Session):
+    def start_accessible(self):
+        super().start_accessible()
+        self.start_portal()
+
+
+class LargeTextsSession(Session):
+    def start_accessible(self):
+        super().start_accessible()
+        self.write(LARGE_TEXTS, "resources")
+        self.ask("xrdb", "-nocpp", "-merge", self.path("resources"))
+
+
+class Accent(unittest.TestCase):
+    def is_the_desktops(self):
+        with PortalSession() as xfce:
+            for scheme, accents in ACCENTS.items():
+                xfce.tell_portal(scheme)
+                for accent in accents:
+                    self.assertIsNone(xfce.done_button(accent))
+                    xfce.tell_portal(*(part / 255 for part in accent))
+                    eventually("Done is in the accent", lambda accent=accent: xfce.done_button(accent))
+            xfce.tell_portal(-1, -1, -1)
+            eventually("Done is no more in it", lambda: not xfce.done_button(accents[-1]))
+
+
+class Texts(unittest.TestCase):
+    def grow_and_everything_is_still_reached(self):
+        with Session() as usual:
+            left, right = eventually("there is the button", usual.done_button)
+        with LargeTextsSession() as xfce:
+            self.assertEqual(xfce.window_place()[2:], (760, 620))
+            larger = eventually("there is the button", xfce.done_button)
+            self.assertGreater(larger[1] - larger[0], right - left + 10)
+            xfce.reach_everything()
+
+
+class Direction(unittest.TestCase):
+    def is_that_of_the_language(self):
+        with Session(LANG="C.UTF-8", LANGUAGE="he") as xfce:
+            left, right = eventually("there is the button", xfce.done_button)
+            self.assertLess(right, xfce.window_place()[2] / 2)
+            self.assertLess(left, 60)
+            xfce.reach_everything()
+
+
+class Preview(unittest.TestCase):
+    def follows_theme_color_and_strength(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            vivid = xfce.preview_other_than((0, 0, 0))
+            xfce.pick("Theme", 2)
+            light = xfce.preview_other_than(vivid)
+            self.assertGreater(sum(light), sum(vivid) + 150)
+            xfce.pick("Theme", 1)
+            dark = xfce.preview_other_than(light)
+            self.assertLess(sum(dark), sum(light) - 150)
+            xfce.pick("Theme", 0)
+            eventually("the preview is as before", lambda: xfce.preview() == vivid)
+            xfce.accessible.set_value("Glass strength", 0.45)
+            weak = xfce.preview_other_than(vivid)
+            xfce.accessible.set_value("Glass strength", 0.95)
+            strong = xfce.preview_other_than(weak)
+            self.assertNotEqual(weak, strong)
+            xfce.accessible.act("Primary color", "push button")
+            eventually("the palette is there", lambda: xfce.has_focus("radio button"))
+            xfce.accessible.act("Red", "radio button")
+            red = xfce.preview_other_than(strong)
+            self.assertGreater(red[0] - red[2], strong[0] - strong[2] + 60)
+
+
+if __name__ == "__main__":
+    run_tests()
