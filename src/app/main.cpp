@@ -127,7 +127,7 @@ int runProgram(const StartMarks& start) {
                        *services.hotKeys, *services.desktopIcons, *services.userDefaults,
                        *services.appService, desktop, notifications, *base.loop, *base.calendar,
                        *base.locale, [&] {
-                         const auto store = makeEventStore(base, bus.get(), notifications);
+                         auto store = makeEventStore(base, bus.get(), notifications);
                          eventStore = store;
                          return store;
                        }});

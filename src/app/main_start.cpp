@@ -8,7 +8,7 @@ namespace orvane {
 namespace {
 
 std::string taken(const char* variable) {
-  const auto value = environmentVariable(variable).value_or("");
+  auto value = environmentVariable(variable).value_or("");
   ::unsetenv(variable);
   return value;
 }

