@@ -39,5 +39,6 @@ if(ORVANE_X11)
 endif()
 if(ORVANE_WAYLAND)
   settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept
-                close_and_open_as_they_were)
+                choose_sources_and_all_again choose_the_displays switch_what_there_is_to_switch
+                choose_the_color close_and_open_as_they_were)
 endif()

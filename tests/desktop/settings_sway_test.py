@@ -1,6 +1,7 @@
 """The settings window under a real sway: the same controls, as Wayland shows them."""
 
 import json
+import os
 import unittest
 
 from desktop_session import eventually, program, run_tests
@@ -11,13 +12,20 @@ from sway_session import SwaySession
 NAME = "org.orvane.Orvane"
 # Within the board's first card, beside its texts and the window.
 ON_CARD = (230, 60)
+NO_BOARD = (0, 0, 0)
+SMART_TOGGLES = {
+    "Calendar events can drive Next Up": "countdownIncludesEvents",
+    "Reminders with due dates can drive Next Up": "countdownIncludesReminders",
+    "Allow all-day events to drive Next Up": "countdownIncludesAllDayEvents",
+    "Use urgency colors as deadlines approach": "urgencyTinting",
+}
 
 
 class Session(SettingsSession, SwaySession):
     """sway with the board on it, and its settings open."""
 
-    def __init__(self):
-        super().__init__(outputs=1)
+    def __init__(self, outputs=1):
+        super().__init__(outputs=outputs)
 
     def __enter__(self):
         super().__enter__()
@@ -37,8 +45,11 @@ class Session(SettingsSession, SwaySession):
         self.open_settings()
         eventually("the calendars are offered", lambda: self.accessible.look("Work", "check box"))
 
-    def card(self):
-        return self.picture().pixel(*ON_CARD)
+    def card(self, output="HEADLESS-1", scale=1):
+        return self.picture(output).pixel(*(int(scale * at) for at in ON_CARD))
+
+    def has_board(self, output, scale=1):
+        return self.card(output, scale) != NO_BOARD
 
     def action(self, name):
         self.ask("gapplication", "action", NAME, name)
@@ -94,6 +105,73 @@ class Settings(unittest.TestCase):
             self.assertFalse(sway.is_on("Home"))
             self.assertTrue(sway.is_on("Focus mode"))
             self.assertEqual(sway.accessible.look("Theme", "push button")["description"], "Light Glass")
+
+    def choose_sources_and_all_again(self):
+        with Session() as sway:
+            self.assertFalse(sway.is_enabled("All", "push button", "Calendars"))
+            for name in ("Work", "Home"):
+                sway.go_to_row(name)
+                sway.press("space")
+            eventually("both are chosen", lambda: len(sway.setting("selectedCalendarIDs") or []) == 2)
+            sway.accessible.act("All", "push button", "Calendars")
+            sway.expect("selectedCalendarIDs", [])
+            eventually("All is disabled", lambda: not sway.is_enabled("All", "push button", "Calendars"))
+
+    def choose_the_displays(self):
+        with Session(outputs=2) as sway:
+            sway.background("HEADLESS-2", NO_BOARD)
+            first, second = ("HEADLESS-1", 1), ("HEADLESS-2", 1.5)
+            sway.choose_tab("Display")
+            self.assertFalse(sway.is_enabled("Selected display", "combo box"))
+            self.assertFalse(sway.has_board(*second))
+            sway.pick("Dashboard display", 1)
+            sway.expect("displayMode", "all")
+            eventually("the board is on both", lambda: sway.has_board(*first) and sway.has_board(*second))
+            sway.pick("Dashboard display", 2)
+            sway.expect("displayMode", "selected")
+            eventually("one can be chosen", lambda: sway.is_enabled("Selected display", "combo box"))
+            eventually("it is on the main one", lambda: not sway.has_board(*second))
+            seen = []
+            for position in (1, 2):
+                sway.pick("Selected display", position)
+                eventually("it is chosen", lambda: sway.setting("selectedDisplayID") not in (None, "", *seen))
+                seen.append(sway.setting("selectedDisplayID"))
+                eventually("it is on that one", lambda: sway.has_board(*first) != sway.has_board(*second))
+            eventually("it is on the second", lambda: not sway.has_board(*first) and sway.has_board(*second))
+            sway.pick("Dashboard display", 0)
+            sway.expect("displayMode", "main")
+            eventually("it is on the first", lambda: sway.has_board(*first) and not sway.has_board(*second))
+
+    def switch_what_there_is_to_switch(self):
+        with Session() as sway:
+            sway.choose_tab("Display")
+            for name, key in {
+                "Show on every Space": "showOnAllSpaces",
+                "Hide desktop icons in Focus mode": "hideDesktopIconsInFocus",
+                "Launch at login": "launchAtLogin",
+            }.items():
+                self._switch(sway, name, key)
+            entry = sway.path(".config", "autostart", "org.orvane.Orvane.desktop")
+            eventually("it starts at login", lambda: os.path.exists(entry))
+            sway.choose_tab("Smart Next")
+            for name, key in SMART_TOGGLES.items():
+                self._switch(sway, name, key)
+
+    def _switch(self, sway, name, key):
+        was = sway.is_on(name)
+        sway.toggle(name)
+        sway.expect(key, not was)
+        eventually(name, lambda: sway.is_on(name) != was)
+
+    def choose_the_color(self):
+        with Session() as sway:
+            sway.choose_tab("Style")
+            blue = sway.card()
+            sway.accessible.act("Primary color", "push button")
+            eventually("the palette is there", lambda: sway.has_focus("radio button"))
+            sway.accessible.act("Red", "radio button")
+            sway.expect("primaryColorHex", "#E01B24")
+            eventually("the board is redder", lambda: sway.card()[0] > blue[0] + 30)
 
     def close_and_open_as_they_were(self):
         with Session() as sway:
