@@ -1,8 +1,7 @@
 """Takes the pictures of the settings window that the documentation shows: the real program on a
 headless desktop, with the example calendars, with none, and with calendars that may not be read.
 
-settings_pictures.py FOLDER DEMO_CALENDARS [full|empty|denied …], where the second is the script that
-writes the examples."""
+settings_pictures.py FOLDER DEMO_CALENDARS, where the second is the script that writes the examples."""
 
 import os
 import subprocess
@@ -23,6 +22,8 @@ gtk-enable-animations=0
 gtk-application-prefer-dark-theme=%d
 """
 CORNER = 10
+# So that the same picture is the same file.
+UNDATED = ["-strip", "-define", "png:exclude-chunks=date,time"]
 
 
 class Session(SettingsSession, XfceSession):
@@ -53,7 +54,7 @@ class Session(SettingsSession, XfceSession):
             looks.append(self.picture().cropped(*place))
             return len(looks) > 4 and looks[-1] == looks[-4]
 
-        eventually("the window rests", rests)
+        eventually("the window rests", rests, 60)
         return looks[-1]
 
 
@@ -80,7 +81,8 @@ def cut_out(picture, scale, path):
     radius = CORNER * scale
     shape = "roundrectangle 0,0 %d,%d %d,%d" % (picture.width - 1, picture.height + radius, radius, radius)
     mask = ["(", "+clone", "-alpha", "transparent", "-fill", "white", "-draw", shape, ")"]
-    subprocess.run(["convert", path, "-alpha", "set", *mask, "-compose", "DstIn", "-composite", path], check=True)
+    subprocess.run(["convert", path, "-alpha", "set", *mask, "-compose", "DstIn", "-composite", *UNDATED, path],
+                   check=True)
 
 
 def take(folder, name, scale, is_dark, prepare, demo_calendars):
@@ -98,31 +100,50 @@ def take(folder, name, scale, is_dark, prepare, demo_calendars):
     return paths
 
 
-def put_together(paths, columns, gap, path, *finish):
+def put_together(paths, columns, gap, path):
     layout = ["-tile", "%dx" % columns, "-geometry", "+%d+%d" % (gap, gap), "-background", "none"]
     smallest = ["-strip", "-define", "png:compression-level=9", "-define", "png:compression-filter=5"]
-    subprocess.run(["montage", *paths, *layout, *smallest, *finish, path], check=True)
+    subprocess.run(["montage", *paths, *layout, *smallest, path], check=True)
 
 
-def main(folder, demo_calendars, *states):
-    """All states, or those that are named."""
-    wanted = [prepare for prepare in (full, empty, denied) if prepare.__name__ in states or not states]
+def in_few_colors(path):
+    few = ["+dither", "-colors", "256", "-strip", "-define", "png:compression-level=9"]
+    subprocess.run(["convert", path, *few, "PNG8:" + path], check=True)
+
+
+def is_same(path, other):
+    with open(path, "rb") as file, open(other, "rb") as other_file:
+        return file.read() == other_file.read()
+
+
+def of_the_full(folder, work, scale, ending, demo_calendars):
+    for is_dark, look in ((False, "light"), (True, "dark")):
+        tabs = take(work, "full", scale, is_dark, full, demo_calendars)
+        put_together(tabs, 2, 10 * scale, os.path.join(folder, "settings-%s%s.png" % (look, ending)))
+
+
+def without_sources(folder, work, scale, ending, demo_calendars):
+    """Light beside dark. No calendars and denied ones look the same, of which one picture is enough."""
+    looks = []
+    for is_dark in (False, True):
+        name = "%%s-%d" % is_dark
+        tabs = take(work, name % "empty", scale, is_dark, empty, demo_calendars)
+        others = take(work, name % "denied", scale, is_dark, denied, demo_calendars)
+        # The last shows what time it is.
+        if not all(map(is_same, tabs[:-1], others[:-1])):
+            raise AssertionError("denied calendars look different")
+        looks.append(tabs)
+    pairs = [tab for both in zip(*looks) for tab in both]
+    path = os.path.join(folder, "settings-no-sources%s.png" % ending)
+    put_together(pairs, 2, 10 * scale, path)
+    in_few_colors(path)
+
+
+def main(folder, demo_calendars):
     with tempfile.TemporaryDirectory() as work:
-        for prepare in wanted:
-            for scale, ending in ((1, ""), (2, "-2x")):
-                light, dark = (take(work, "tab-%d" % is_dark, scale, is_dark, prepare, demo_calendars)
-                               for is_dark in (False, True))
-                gap = 10 * scale
-
-                def path(name, ending=ending):
-                    return os.path.join(folder, "settings-%s%s.png" % (name, ending))
-
-                if prepare is full:
-                    put_together(light, 2, gap, path("light"))
-                    put_together(dark, 2, gap, path("dark"))
-                else:
-                    pairs = [tab for both in zip(light, dark) for tab in both]
-                    put_together(pairs, 2, gap, path(prepare.__name__))
+        for scale, ending in ((1, ""), (2, "-2x")):
+            of_the_full(folder, work, scale, ending, demo_calendars)
+            without_sources(folder, work, scale, ending, demo_calendars)
 
 
 if __name__ == "__main__":
