@@ -15,7 +15,7 @@ int points(double length) { return static_cast<int>(std::lround(length)); }
 
 }  // namespace
 
-FormPane::FormPane(const Form& form, const FormHands& hands, std::function<void()> done)
+FormPane::FormPane(const Form& form, const FormHands& hands, const std::function<void()>& done)
     : Gtk::Box(Gtk::Orientation::VERTICAL, points(form.spacing)),
       hands_(hands),
       tabs_(form.tabs, form.header.title.text, mnemonics_,
@@ -26,7 +26,7 @@ FormPane::FormPane(const Form& form, const FormHands& hands, std::function<void(
   const std::string doneLabel = mnemonics_.mark(form.footer.done.label);
   addTabs(form);
   addFooter(form.footer, doneLabel);
-  done_.signal_clicked().connect(std::move(done));
+  done_.signal_clicked().connect(done);
 }
 
 void FormPane::addTabs(const Form& form) {

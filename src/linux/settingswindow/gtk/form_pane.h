@@ -20,7 +20,7 @@ namespace orvane::window {
 class FormPane final : public Gtk::Box {
  public:
   // `hands` outlive the pane.
-  FormPane(const Form& form, const FormHands& hands, std::function<void()> done);
+  FormPane(const Form& form, const FormHands& hands, const std::function<void()>& done);
 
   // What tells another form than the one that this was made for needs another pane.
   void show(const FormChanges& changes);

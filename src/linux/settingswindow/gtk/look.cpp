@@ -4,6 +4,7 @@
 #include <gtkmm/stylecontext.h>
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -110,7 +111,7 @@ SRGB srgbOf(const Gdk::RGBA& color) {
 
 std::string hex(const SRGB& color) {
   std::array<char, 8> text{};
-  const auto part = [](double value) { return static_cast<unsigned>(value * 255 + 0.5); };
+  const auto part = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
   std::snprintf(text.data(), text.size(), "#%02x%02x%02x", part(color.red), part(color.green),
                 part(color.blue));
   return text.data();
