@@ -109,9 +109,10 @@ void moveTo(Gtk::Window& window, const std::optional<Point>& position) {
   const auto once = std::make_shared<sigc::connection>();
   *once = window.get_surface()->signal_layout().connect(
       [&window, position, once](int width, int height) {
-        const auto done = once;
-        done->disconnect();
         place(window, position, {static_cast<double>(width), static_cast<double>(height)});
+        // What was captured ends with the connection: this one outlives it.
+        sigc::connection ending = *once;
+        ending.disconnect();
       });
 }
 
