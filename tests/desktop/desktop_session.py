@@ -32,8 +32,9 @@ def own_display():
     return ":%d" % number
 
 
-def eventually(what, condition, seconds=20):
-    """Waits until the condition answers something true, which is returned."""
+def eventually(what, condition, seconds=20, pause=0.05):
+    """Waits until the condition answers something true, which is returned. It is asked with that pause
+    in between."""
     limit = time.monotonic() + seconds
     while True:
         answer = condition()
@@ -41,7 +42,7 @@ def eventually(what, condition, seconds=20):
             return answer
         if time.monotonic() > limit:
             raise AssertionError("waited %s s in vain: %s" % (seconds, what))
-        time.sleep(0.05)
+        time.sleep(pause)
 
 
 def happens(condition, seconds=3):

@@ -4,6 +4,7 @@ comes, goes, dies and comes again."""
 import json
 import os
 import signal
+import statistics
 import time
 import unittest
 
@@ -32,12 +33,16 @@ class Session(XfceSession):
         except AssertionError:
             return False
 
-    def open(self):
-        """Answers how long it took until the window was there, in seconds."""
+    def open(self, pause=0.05):
+        """Answers how long it took until the window was there, in seconds; it is looked for with that
+        pause in between."""
         begin = time.monotonic()
         self.action("settings")
-        eventually("the settings window is open", self.is_open, 60)
+        eventually("the settings window is open", self.is_open, 60, pause)
         return time.monotonic() - begin
+
+    def running(self):
+        return list(self._running)
 
     def has_focus(self):
         try:
@@ -167,22 +172,73 @@ class Window(unittest.TestCase):
             self.assertEqual(xfce.board.output, "")
 
 
+class Processor:
+    """Who used this machine's processors since it was made: this test and all that it started, and
+    others."""
+
+    TICK = 1 / os.sysconf("SC_CLK_TCK")
+
+    def __init__(self, session):
+        self._session = session
+        self._began = self._all(), self._own()
+
+    def share_of_others(self):
+        """Of all that the machine could have done; 0 where nothing else runs."""
+        busy, possible = (now - then for now, then in zip(self._all(), self._began[0]))
+        return max(0, busy - (self._own() - self._began[1])) / possible
+
+    def _all(self):
+        with open("/proc/stat", encoding="ascii") as file:
+            user, nice, system, idle, waiting, *others = map(int, file.readline().split()[1:])
+        busy = user + nice + system + sum(others[:3])
+        return busy * self.TICK, (busy + idle + waiting) * self.TICK
+
+    def _own(self):
+        mine = os.times()
+        ended = sum((mine.user, mine.system, mine.children_user, mine.children_system))
+        pids = [running.process.pid for running in self._session.running()] + self._session.window_processes()
+        return ended + sum(map(self.used_by, pids))
+
+    @classmethod
+    def used_by(cls, pid, with_children=True):
+        """In seconds."""
+        try:
+            with open("/proc/%d/stat" % pid, encoding="utf-8", errors="replace") as file:
+                fields = file.read().rpartition(")")[2].split()
+        except OSError:
+            return 0
+        return sum(map(int, fields[11 : 15 if with_children else 13])) * cls.TICK
+
+
 class Speed(unittest.TestCase):
-    """The best of some tries, since others may be at work on this machine."""
+    """What anybody waits for. Where others are at work on this machine the best of some tries counts,
+    else the one in the middle."""
+
+    TRIES = 7
+    QUIET = 0.05
 
     def is_there_soon_and_again_at_once(self):
         with Session() as xfce:
-            first, again = [], []
-            for _ in range(5):
-                first.append(xfce.open())
+            first, again, work = [], [], []
+            processor = Processor(xfce)
+            for _ in range(self.TRIES):
+                first.append(xfce.open(pause=0.005))
+                work.append(Processor.used_by(xfce.window_process(), with_children=False))
                 xfce.close()
-                again.append(xfce.open())
+                again.append(xfce.open(pause=0.005))
+                # One that dies while it is wanted comes again by itself.
+                xfce.close()
                 os.kill(xfce.window_process(), signal.SIGKILL)
                 eventually("it is gone", lambda: not xfce.is_open() and not xfce.window_processes())
-            print("first %s" % " ".join("%.3f" % took for took in first))
-            print("again %s" % " ".join("%.3f" % took for took in again))
-            self.assertLess(min(first), 0.4)
-            self.assertLess(min(again), 0.15)
+            others = processor.share_of_others()
+            for name, took in (("first", first), ("again", again), ("work", work)):
+                print("%s %s" % (name, " ".join("%.3f" % seconds for seconds in took)))
+            counts, which = (statistics.median, "median") if others < self.QUIET else (min, "best")
+            print("others %.2f, so that the %s counts" % (others, which))
+            self.assertLess(counts(first), 0.4)
+            self.assertLess(counts(again), 0.15)
+            # Whoever else is at work.
+            self.assertLess(statistics.median(work), 0.4)
 
 
 if __name__ == "__main__":
