@@ -211,8 +211,8 @@ class Processor:
 
 
 class Speed(unittest.TestCase):
-    """What anybody waits for. Where others are at work on this machine the best of some tries counts,
-    else the one in the middle."""
+    """What anybody waits for: of some tries the one in the middle. Where others are at work on this
+    machine the best one counts, and may take as much longer as they leave less of the machine."""
 
     TRIES = 7
     QUIET = 0.05
@@ -233,10 +233,12 @@ class Speed(unittest.TestCase):
             others = processor.share_of_others()
             for name, took in (("first", first), ("again", again), ("work", work)):
                 print("%s %s" % (name, " ".join("%.3f" % seconds for seconds in took)))
-            counts, which = (statistics.median, "median") if others < self.QUIET else (min, "best")
-            print("others %.2f, so that the %s counts" % (others, which))
-            self.assertLess(counts(first), 0.4)
-            self.assertLess(counts(again), 0.15)
+            is_quiet = others < self.QUIET
+            counts, longer = (statistics.median, 1) if is_quiet else (min, 1 / max(0.1, 1 - others))
+            print("others %.2f, so that the %s counts, and may take %.1f times as long"
+                  % (others, "median" if is_quiet else "best", longer))
+            self.assertLess(counts(first), 0.4 * longer)
+            self.assertLess(counts(again), 0.15 * longer)
             # Whoever else is at work.
             self.assertLess(statistics.median(work), 0.4)
 
