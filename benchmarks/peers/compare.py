@@ -54,9 +54,11 @@ def trial(display, start, program, seconds, prepare=lambda session: None, **opti
         return costs
 
 
-def first_frame(display, start, program):
-    """Milliseconds from exec to the first drawing: the median of the runs."""
-    with DISPLAYS[display]() as session:
+def drawing(display, start, program, prepare=lambda session: None, **options):
+    """Milliseconds from exec to the first drawing, and from the wall clock's second to what is drawn
+    in it: medians of the runs, and of the seconds."""
+    with DISPLAYS[display](**options) as session:
+        prepare(session)
         command = start(session, program)
         command[0] = session.within_reach(command[0])
         words = " ".join("'%s'" % word for word in command)
@@ -64,12 +66,36 @@ def first_frame(display, start, program):
         os.chmod(session.path("start"), 0o755)
         with open(FIRST_FRAME, encoding="utf-8") as file:
             session.write(file.read(), "first-frame.py")
-        told = session.ask("/usr/bin/python3", session.path("first-frame.py"), session.path("start"), "7").decode()
-    return float(told.split("median ")[1].split()[0])
+
+        def asked(*words):
+            told = session.ask("/usr/bin/python3", session.path("first-frame.py"), *words).decode()
+            return float(told.split("median ")[1].split()[0])
+
+        return {"frame": asked(session.path("start"), "9"),
+                "late": asked("--late", session.path("start"), "10")}
 
 
 def medians(rounds):
     return {key: statistics.median(one[key] for one in rounds) for key in rounds[0]}
+
+
+COLUMNS = [
+    ("client ms/s", "processor", "%.2f"), ("children ms/s", "children", "%.2f"), ("server ms/s", "server", "%.2f"),
+    ("together", "total", "%.2f"), ("wake-ups/s", "wakeups", "%.1f"), ("private dirty MB", "Private_Dirty", "%.1f"),
+    ("anonymous MB", "Anonymous", "%.1f"), ("PSS MB", "Pss", "%.1f"), ("RSS MB", "Rss", "%.1f"),
+    ("first frame ms", "frame", "%.0f"), ("after the second ms", "late", "%.1f"),
+]
+
+
+def table(rows):
+    """Markdown of what each name costs; `beside` comes after `together` where the rows have it."""
+    columns = list(COLUMNS)
+    if all("beside" in costs for _, costs in rows):
+        columns.insert(4, ("beside Orvane", "beside", "%.1f"))
+    print("| | %s |" % " | ".join(title for title, _, _ in columns))
+    print("|" + "---|" * (1 + len(columns)))
+    for name, costs in rows:
+        print("| %s | %s |" % (name, " | ".join(form % costs[key] for _, key, form in columns)))
 
 
 def compare(program, rounds, seconds):
@@ -78,18 +104,15 @@ def compare(program, rounds, seconds):
         for display, name in results:
             print("round %d: %s, %s" % (number + 1, display, name), file=sys.stderr)
             results[display, name].append(trial(display, CONTENDERS[display][name], program, seconds))
-    frames = {(display, name): first_frame(display, CONTENDERS[display][name], program)
-              for display, name in results}
-    print("| | | client ms/s | children ms/s | server ms/s | together | beside Orvane | wake-ups/s "
-          "| private dirty MB | anonymous MB | PSS MB | RSS MB | first frame ms |")
-    print("|---|---|" + "---|" * 11)
+    rows = []
     for (display, name), all_rounds in results.items():
         costs = medians(all_rounds)
-        ours = medians(results[display, "Orvane"])["total"]
-        print("| %s | %s | %.2f | %.2f | %.2f | %.2f | %.1f | %.1f | %.1f | %.1f | %.1f | %.1f | %.0f |" % (
-            display, name, costs["processor"], costs["children"], costs["server"], costs["total"],
-            costs["total"] / ours, costs["wakeups"], costs["Private_Dirty"], costs["Anonymous"],
-            costs["Pss"], costs["Rss"], frames[display, name]))
+        # Of each round, since what disturbs a round disturbs all who run in it.
+        pairs = zip(all_rounds, results[display, "Orvane"])
+        costs["beside"] = statistics.median(one["total"] / ours["total"] for one, ours in pairs)
+        costs.update(drawing(display, CONTENDERS[display][name], program))
+        rows.append(("%s on %s" % (name, display), costs))
+    table(rows)
 
 
 def items(count):
@@ -119,18 +142,19 @@ def everywhere(session):
     session.write('{"DashboardSettings.displayMode": "all"}', ".config", "orvane", "defaults.json")
 
 
-def growth(program, seconds):
-    cases = [("%d screens" % count, dict(screens=count, prepare=everywhere)) for count in (1, 2, 4, 6)]
+def growth(program, rounds, seconds):
+    cases = [("%d screens" % count, dict(screens=count, prepare=everywhere)) for count in range(1, 7)]
     cases += [("scale %s" % scale, dict(scale=scale)) for scale in (1, 2, 3)]
     cases += [("%d past items" % count, dict(prepare=items(count))) for count in (1000, 10000, 100000)]
     cases += [("a daily rule since 1996", dict(prepare=thirty_years))]
-    print("| | client ms/s | server ms/s | wake-ups/s | anonymous MB | RSS MB |")
-    print("|---|---|---|---|---|---|")
-    for name, options in cases:
-        print("growth: " + name, file=sys.stderr)
-        costs = trial("sway", CONTENDERS["sway"]["Orvane"], program, seconds, **options)
-        print("| %s | %.2f | %.2f | %.1f | %.1f | %.1f |" % (
-            name, costs["processor"], costs["server"], costs["wakeups"], costs["Anonymous"], costs["Rss"]))
+    start = CONTENDERS["sway"]["Orvane"]
+    results = {name: [] for name, _ in cases}
+    for number in range(rounds):
+        for name, options in cases:
+            print("round %d: growth: %s" % (number + 1, name), file=sys.stderr)
+            results[name].append(trial("sway", start, program, seconds, **options))
+    table([(name, {**medians(results[name]), **drawing("sway", start, program, **options)})
+           for name, options in cases])
 
 
 def main():
@@ -146,7 +170,7 @@ def main():
                                      subprocess.check_output(["uname", "-sr"]).decode().strip()))
     print()
     if wanted.growth:
-        growth(program, wanted.seconds)
+        growth(program, wanted.rounds, wanted.seconds)
     elif wanted.accounts:
         accounts(program, wanted.rounds, wanted.seconds)
     else:
