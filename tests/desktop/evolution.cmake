@@ -44,12 +44,13 @@ evolution_test(caldav_test.py Account shows_what_folders_would_and_what_changes_
                that_never_answers_does_not_hold_up_the_others whose_server_is_gone_shows_what_it_had)
 evolution_test(failures_test.py Death of_the_factory_is_survived_when_the_bus_starts_it
                of_the_factory_is_survived_when_it_is_started_again of_the_whole_service_is_survived
-               in_the_middle_of_a_question_is_survived at_any_moment_is_survived
-               of_the_bus_leaves_the_folders)
+               while_a_calendar_is_opened_is_survived in_the_middle_of_a_question_is_survived
+               at_any_moment_is_survived of_the_bus_leaves_the_folders)
 evolution_test(failures_test.py Silence of_the_factory_does_not_hold_up_the_folders
                of_the_registry_does_not_hold_up_the_folders of_the_factory_does_not_hold_up_the_end)
-evolution_test(failures_test.py Calendars may_hold_ten_thousand_events may_go_while_they_are_read)
-evolution_test(failures_test.py Absence of_the_service_costs_nothing
+evolution_test(failures_test.py Calendars may_hold_ten_thousand_events may_go_while_they_are_opened
+               may_go_while_they_are_read)
+evolution_test(failures_test.py Absence of_the_service_costs_nothing of_the_service_loads_nothing
                of_the_service_is_no_matter_when_it_comes_later
                of_the_factory_is_no_matter_when_it_comes_later ends_when_the_service_is_installed)
 if(ORVANE_WAYLAND)

@@ -1,16 +1,18 @@
 """The program when the desktop's calendar service dies, hangs, goes and comes, or never was."""
 
+import contextlib
 import os
 import signal
 import time
 import unittest
 
-from desktop_session import DesktopSession, eventually, run_tests
+from desktop_session import DesktopSession, eventually, happens, run_tests
 from live_test import event
-from published import NO_BUS, Probe, options, titles
-from service import FACTORY, REGISTRY, Evolution
+from published import NO_BUS, UNDELAYED, Probe, options, titles
+from service import FACTORY, REGISTRY, BusTraffic, Evolution, calendar_service
 
 MANY = 10000
+MODULE, LIBRARY = "orvane-evolution", "libecal"
 
 
 def calendar(*components):
@@ -39,27 +41,48 @@ def use_folder(session, title="Of the folder"):
     return ("--folders", session.path("folders"))
 
 
-class Death(unittest.TestCase):
-    def begin(self, session, activatable):
-        evolution = Evolution(session)
-        evolution.prepare("work", "Work", text=calendar(event("Review")))
-        if activatable:
-            evolution.make_activatable()
-        else:
-            evolution.run()
-        probe = Probe(session, *use_folder(session))
-        probe.when("both are shown", shows("Of the folder", "Review"))
-        return evolution, probe
+def review():
+    return calendar(event("Review"))
 
-    def survives(self, evolution, probe):
+
+def stop_in_a_question(evolution, traffic, uid):
+    """Stops the factory when it was asked what the calendar holds and has not answered. The titles of
+    what was added for that are returned."""
+    added = []
+    pid = evolution.pid(FACTORY)
+    for number in range(10):
+        told, asked = traffic.signals("ObjectsAdded"), len(traffic.calls("GetObjectList"))
+        added.append("Added %d" % number)
+        evolution.add(uid, event(added[-1], "added%d" % number, 7200))
+        # The program asks when it has been quiet for a moment.
+        traffic.promptly("the service tells of it", lambda: traffic.signals("ObjectsAdded") > told)
+        os.kill(pid, signal.SIGSTOP)
+        waiting = lambda: [call for call in traffic.calls("GetObjectList")[asked:] if not traffic.is_answered(call)]
+        if happens(waiting, 5):
+            return added
+        os.kill(pid, signal.SIGCONT)
+    raise AssertionError("it answered each time before it was stopped")
+
+
+class Death(unittest.TestCase):
+    @contextlib.contextmanager
+    def begun(self, activatable):
+        with calendar_service(() if activatable else (REGISTRY, FACTORY), work=review()) as (session, evolution):
+            if activatable:
+                evolution.make_activatable()
+            probe = Probe(session, *use_folder(session))
+            probe.when("both are shown", shows("Of the folder", "Review"))
+            self.assertTrue(probe.has_loaded(MODULE) and probe.has_loaded(LIBRARY))
+            yield session, evolution, probe
+
+    def survives(self, evolution, probe, *added):
         """What was shown stays, and changes are seen again."""
         evolution.client.call("forget")
         evolution.add("work", event("Afterwards", "two"))
-        probe.when("changes are seen again", shows("Afterwards", "Of the folder", "Review"))
+        probe.when("changes are seen again", shows("Afterwards", "Of the folder", "Review", *added))
 
     def of_the_factory_is_survived_when_the_bus_starts_it(self):
-        with DesktopSession() as session:
-            evolution, probe = self.begin(session, activatable=True)
+        with self.begun(activatable=True) as (_, evolution, probe):
             killed = time.monotonic()
             evolution.kill(FACTORY)
             self.survives(evolution, probe)
@@ -67,8 +90,7 @@ class Death(unittest.TestCase):
             self.assertEqual(probe.said(), [])
 
     def of_the_factory_is_survived_when_it_is_started_again(self):
-        with DesktopSession() as session:
-            evolution, probe = self.begin(session, activatable=False)
+        with self.begun(activatable=False) as (session, evolution, probe):
             killed = time.monotonic()
             evolution.kill(FACTORY)
             # The folders go on without it.
@@ -81,8 +103,7 @@ class Death(unittest.TestCase):
             self.assertEqual(probe.said(), [])
 
     def of_the_whole_service_is_survived(self):
-        with DesktopSession() as session:
-            evolution, probe = self.begin(session, activatable=False)
+        with self.begun(activatable=False) as (session, evolution, probe):
             killed = time.monotonic()
             evolution.kill(FACTORY)
             evolution.kill(REGISTRY)
@@ -95,12 +116,8 @@ class Death(unittest.TestCase):
             self.assertTrue(always(probe, killed, lambda agenda: "Review" in titles(agenda)))
             self.assertEqual(probe.said(), [])
 
-    def in_the_middle_of_a_question_is_survived(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
-            # It takes the question and never gets to the answer.
+    def while_a_calendar_is_opened_is_survived(self):
+        with calendar_service(work=review()) as (session, evolution):
             evolution.signal(FACTORY, signal.SIGSTOP)
             probe = Probe(session, *use_folder(session))
             probe.when("the folder is shown", shows("Of the folder"))
@@ -109,21 +126,26 @@ class Death(unittest.TestCase):
             probe.when("both are shown", shows("Of the folder", "Review"))
             self.assertEqual(probe.said(), [])
 
+    def in_the_middle_of_a_question_is_survived(self):
+        with self.begun(activatable=False) as (_, evolution, probe):
+            added = stop_in_a_question(evolution, BusTraffic(evolution), "work")
+            killed = time.monotonic()
+            evolution.kill(FACTORY)
+            evolution.run(FACTORY)
+            self.survives(evolution, probe, *added)
+            self.assertTrue(always(probe, killed, lambda agenda: "Review" in titles(agenda)))
+            self.assertEqual(probe.said(), [])
+
     def at_any_moment_is_survived(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("many", "Many", text=many())
+        with calendar_service((), many=many()) as (session, evolution):
             evolution.make_activatable()
             probe = Probe(session, *use_folder(session))
             # So many take it half a second; it is killed at the beginning, and then later and later.
-            interrupted = 0
             for delay in (0, 0.05, 0.1, 0.2, 0.4):
                 eventually("the factory was started", lambda: evolution.pid(FACTORY))
                 time.sleep(delay)
                 evolution.kill(FACTORY)
-                interrupted += probe.agenda is None or "Near" not in titles(probe.agenda)
                 evolution.client.call("start", name=FACTORY)
-            self.assertGreater(interrupted, 0)
             probe.when("everything is shown in the end", shows("Far", "Near", "Of the folder"))
             # The same while it is read again because of a change.
             for delay in (0, 0.1, 0.2):
@@ -138,8 +160,7 @@ class Death(unittest.TestCase):
             self.assertEqual(probe.said(), [])
 
     def of_the_bus_leaves_the_folders(self):
-        with DesktopSession() as session:
-            evolution, probe = self.begin(session, activatable=False)
+        with self.begun(activatable=False) as (session, evolution, probe):
             os.kill(evolution.bus.process.pid, signal.SIGKILL)
             use_folder(session, "Changed")
             probe.when("the folder's change is shown", lambda agenda: "Changed" in titles(agenda))
@@ -147,57 +168,44 @@ class Death(unittest.TestCase):
 
 
 class Silence(unittest.TestCase):
-    def of_the_factory_does_not_hold_up_the_folders(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
-            evolution.signal(FACTORY, signal.SIGSTOP)
+    @contextlib.contextmanager
+    def of(self, program):
+        """It hangs before anything is asked of it, and the folder is shown without waiting for it."""
+        with calendar_service(work=review()) as (session, evolution):
+            evolution.signal(program, signal.SIGSTOP)
             probe = Probe(session, *use_folder(session))
             shown = probe.when("the folder is shown", shows("Of the folder"))[0]
-            print("seconds until the folder was shown: %.2f" % (shown - probe.started))
+            self.assertLess(shown - probe.started, UNDELAYED)
+            yield session, evolution, probe
+            self.assertEqual(probe.said(), [])
+
+    def of_the_factory_does_not_hold_up_the_folders(self):
+        with self.of(FACTORY) as (session, evolution, probe):
             evolution.signal(FACTORY, signal.SIGCONT)
             probe.when("both are shown", shows("Of the folder", "Review"))
             evolution.signal(FACTORY, signal.SIGSTOP)
+            begun = time.monotonic()
             use_folder(session, "Changed")
-            probe.when("the folder's change is shown", shows("Changed", "Review"))
+            shown = probe.when("the folder's change is shown", shows("Changed", "Review"))[0]
+            self.assertLess(shown - begun, UNDELAYED)
             evolution.signal(FACTORY, signal.SIGCONT)
             self.assertEqual(probe.running.end(), 0)
-            self.assertEqual(probe.said(), [])
 
     def of_the_registry_does_not_hold_up_the_folders(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
-            evolution.signal(REGISTRY, signal.SIGSTOP)
-            probe = Probe(session, *use_folder(session))
-            probe.when("the folder is shown", shows("Of the folder"))
+        with self.of(REGISTRY) as (_, evolution, probe):
             evolution.signal(REGISTRY, signal.SIGCONT)
             probe.when("both are shown", shows("Of the folder", "Review"))
-            self.assertEqual(probe.said(), [])
 
     def of_the_factory_does_not_hold_up_the_end(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
-            evolution.signal(FACTORY, signal.SIGSTOP)
-            probe = Probe(session, *use_folder(session))
-            probe.when("the folder is shown", shows("Of the folder"))
+        with self.of(FACTORY) as (_, _, probe):
             begun = time.monotonic()
             self.assertEqual(probe.running.end(), 0)
             self.assertLess(time.monotonic() - begun, 10)
-            self.assertEqual(probe.said(), [])
 
 
 class Calendars(unittest.TestCase):
     def may_hold_ten_thousand_events(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("many", "Many", text=many())
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
+        with calendar_service(many=many(), work=review()) as (session, evolution):
             probe = Probe(session)
             shown = probe.when("all are shown", shows("Far", "Near", "Review"))[0]
             print("seconds until all were shown: %.2f" % (shown - probe.started))
@@ -207,21 +215,33 @@ class Calendars(unittest.TestCase):
             print("seconds until one more was shown: %.2f" % taken)
             self.assertEqual(probe.said(), [])
 
-    def may_go_while_they_are_read(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            for number in range(3):
-                evolution.prepare("many%d" % number, "Many %d" % number, text=many())
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run()
+    def may_go_while_they_are_opened(self):
+        with calendar_service(many=many(), work=review()) as (session, evolution):
+            evolution.signal(FACTORY, signal.SIGSTOP)
             probe = Probe(session)
-            for number in range(3):
-                evolution.remove("many%d" % number)
-                time.sleep(0.1)
-            probe.when("what stays is shown", lambda agenda: shows("Review")(agenda) and "Many 0" not in options(agenda))
-            evolution.add("work", event("Afterwards", "two"))
-            probe.when("changes are seen", shows("Afterwards", "Review"))
-            self.assertEqual(probe.said(), [])
+            listed = lambda agenda: "Many" in options(agenda) and "Near" not in titles(agenda)
+            probe.when("it is listed and nothing of it is shown", listed)
+            evolution.remove("many")
+            probe.when("it is gone", lambda agenda: "Many" not in options(agenda))
+            evolution.signal(FACTORY, signal.SIGCONT)
+            self.leaves_its_neighbour(evolution, probe)
+
+    def may_go_while_they_are_read(self):
+        with calendar_service(many=many(), work=review()) as (session, evolution):
+            probe = Probe(session)
+            probe.when("all are shown", shows("Far", "Near", "Review"))
+            stop_in_a_question(evolution, BusTraffic(evolution), "many")
+            evolution.remove("many")
+            probe.when("it is gone", lambda agenda: "Many" not in options(agenda) and shows("Review")(agenda))
+            evolution.signal(FACTORY, signal.SIGCONT)
+            self.leaves_its_neighbour(evolution, probe)
+
+    def leaves_its_neighbour(self, evolution, probe):
+        probe.when("what stays is shown", shows("Review"))
+        evolution.add("work", event("Afterwards", "two"))
+        agenda = probe.when("changes are seen", shows("Afterwards", "Review"))[1]
+        self.assertNotIn("Many", options(agenda))
+        self.assertEqual(probe.said(), [])
 
 
 class Absence(unittest.TestCase):
@@ -245,29 +265,31 @@ class Absence(unittest.TestCase):
             print("without a bus:", alone, "without the service:", with_bus)
             self.assertLess(min(with_bus), min(alone) + 0.5)
 
-    def of_the_service_is_no_matter_when_it_comes_later(self):
+    def of_the_service_loads_nothing(self):
         with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
+            Evolution(session)
+            _, probe = self.settles(session)
+            # Long after it was found out that there is none.
+            use_folder(session, "Changed")
+            probe.when("the folder's change is shown", shows("Changed"))
+            self.assertFalse(probe.has_loaded(MODULE) or probe.has_loaded(LIBRARY))
+
+    def of_the_service_is_no_matter_when_it_comes_later(self):
+        with calendar_service((), work=review()) as (session, evolution):
             _, probe = self.settles(session)
             evolution.run()
             probe.when("both are shown", shows("Of the folder", "Review"))
             self.assertEqual(probe.said(), [])
 
     def of_the_factory_is_no_matter_when_it_comes_later(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
-            evolution.run(REGISTRY)
+        with calendar_service((REGISTRY,), work=review()) as (session, evolution):
             _, probe = self.settles(session)
             evolution.run(FACTORY)
             probe.when("both are shown", shows("Of the folder", "Review"))
             self.assertEqual(probe.said(), [])
 
     def ends_when_the_service_is_installed(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work", text=calendar(event("Review")))
+        with calendar_service((), work=review()) as (session, evolution):
             _, probe = self.settles(session)
             evolution.make_activatable()
             # Whoever needs it first starts it, such as the desktop's own calendar.

@@ -1,12 +1,18 @@
 """What the program publishes, as the agenda probe tells it, and how two agendas are compared."""
 
 import json
+import os
 import time
 
 from desktop_session import eventually, program
 
 # Long, since everything may be busy.
 PATIENCE = 90
+
+# What may pass until a change is published, typically; and a sign that nothing waited for another's
+# silence, since the program has 20 seconds of patience with it.
+SOON = float(os.environ.get("ORVANE_SOON", "2"))
+UNDELAYED = 5 * SOON
 
 # For a program that is to know of no service.
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/dev/null/none"}
@@ -29,6 +35,11 @@ class Probe:
     def said(self):
         """What it wrote beside its publications."""
         return [line for line in self.running.lines if not line.startswith('{"at"')]
+
+    def has_loaded(self, name):
+        """Whether a library or module of that name is in its memory."""
+        with open("/proc/%d/maps" % self.running.process.pid, encoding="utf-8") as maps:
+            return any(name in line for line in maps)
 
     @property
     def agenda(self):

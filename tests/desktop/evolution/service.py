@@ -1,13 +1,15 @@
 """The desktop's calendar service: a private session bus with the real registry of accounts and the
 real calendar factory, and a client of theirs that creates, changes and removes what they hold."""
 
+import contextlib
 import json
 import os
 import select
 import signal
 import subprocess
+import time
 
-from desktop_session import eventually
+from desktop_session import DesktopSession, eventually
 
 REGISTRY = "org.gnome.evolution.dataserver.Sources5"
 FACTORY = "org.gnome.evolution.dataserver.Calendar8"
@@ -161,6 +163,58 @@ class Evolution:
 
     def refresh(self, uid):
         self.client.call("refresh", uid=uid)
+
+
+@contextlib.contextmanager
+def calendar_service(run=(REGISTRY, FACTORY), lists=(), **texts):
+    """A session and the service in it, which holds calendars by these identifiers; `lists` are the
+    identifiers of task lists. `run` says which of its programs run."""
+    with DesktopSession() as session:
+        evolution = Evolution(session)
+        for uid, text in texts.items():
+            evolution.prepare(uid, uid.capitalize(), "tasks" if uid in lists else "calendar", text)
+        if run:
+            evolution.run(*run)
+        yield session, evolution
+
+
+class BusTraffic:
+    """What passes on the session's bus from now on, whoever says it to whom."""
+
+    def __init__(self, evolution):
+        session = evolution.session
+        self._running = session.start("dbus-monitor", "--session", "--profile")
+        # Our own questions are heard: then everything is.
+        asks = lambda: evolution.pid(REGISTRY) or True
+        eventually("the bus is listened to", lambda: asks() and self.calls("GetConnectionUnixProcessID"))
+
+    def _lines(self):
+        return [line.split("\t") for line in self._running.output.split("\n")[:-1] if "\t" in line]
+
+    def calls(self, member):
+        """(sender, serial) of each call of a method, in their order."""
+        return [(line[3], line[2]) for line in self._lines() if line[0] == "mc" and line[-1] == member]
+
+    def signals(self, member):
+        return len([line for line in self._lines() if line[0] == "sig" and line[-1] == member])
+
+    def is_answered(self, call):
+        """Whether it was, with a value or an error."""
+        sender, serial = call
+        return any(line[0] in ("mr", "err") and sender in line and line[-1] == serial for line in self._lines())
+
+    def names(self, part):
+        """The messages that go to, or come from, somebody whose name or path has that part."""
+        return [line for line in self._lines() if part in " ".join(line)]
+
+    @staticmethod
+    def promptly(what, condition):
+        """Waits for what is to be acted upon within milliseconds."""
+        limit = time.monotonic() + START
+        while not condition():
+            if time.monotonic() > limit:
+                raise AssertionError("waited in vain: " + what)
+            time.sleep(0.002)
 
 
 class Client:
