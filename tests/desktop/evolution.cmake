@@ -38,7 +38,7 @@ evolution_test(cases_test.py Cases are_a_hundred_that_differ_from_one_another
                are_the_same_when_they_were_imported have_identifiers_of_their_own_in_every_run)
 evolution_test(live_test.py Live changes_are_published_within_two_seconds
                a_burst_is_published_once_or_twice calendars_come_and_go_and_change_their_names
-               the_end_leaves_nothing)
+               lists_come_and_go_and_change_their_names the_end_leaves_nothing)
 evolution_test(caldav_test.py Account shows_what_folders_would_and_what_changes_on_the_server
                with_a_wrong_password_leaves_its_neighbours_in_place
                that_never_answers_does_not_hold_up_the_others whose_server_is_gone_shows_what_it_had)

@@ -1,16 +1,14 @@
 """The program while the desktop's calendar service changes under it."""
 
-import os
-import statistics
 import time
 import unittest
 
-from desktop_session import DesktopSession, eventually, run_tests
-from published import Probe, options, titles
-from service import Evolution
+from desktop_session import eventually, run_tests
+from published import SOON, Probe, options, titles
+from service import calendar_service
 
-# What may pass until a change is published, typically.
-SOON = float(os.environ.get("ORVANE_SOON", "2"))
+# A loaded machine is late sometimes; the program may not be late each time.
+ATTEMPTS = 3
 
 
 def stamp(seconds):
@@ -34,35 +32,41 @@ class Live(unittest.TestCase):
         change()
         return probe.when(what, condition)[0] - begun
 
+    def times_of(self, evolution, probe, of, uid, text):
+        """By the kind of change, the seconds until it was published. It ends as it began."""
+        shows = lambda *expected: lambda agenda: titles(agenda, of) == list(expected)
+        taken = {}
+
+        def take(kind, change, *expected):
+            taken[of + " " + kind] = self.timed(probe, change, "it is " + kind, shows(*expected))
+
+        take("added", lambda: evolution.add(uid, text("First")), "First")
+        take("changed", lambda: evolution.change(uid, text("Second")), "Second")
+        if of == "reminders":
+            take("completed", lambda: evolution.change(uid, text("Done", more="STATUS:COMPLETED\n")))
+            take("opened again", lambda: evolution.change(uid, text("Again")), "Again")
+        take("removed", lambda: evolution.drop(uid, "one"))
+        return taken
+
     def changes_are_published_within_two_seconds(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work")
-            evolution.prepare("chores", "Chores", "tasks")
-            evolution.run()
+        with calendar_service(lists=["chores"], work=None, chores=None) as (session, evolution):
             probe = Probe(session)
             both = lambda agenda: "Work" in options(agenda) and "Chores" in options(agenda, "reminderListOptions")
             probe.when("both are listed", both)
-            taken = []
-            for of, uid, text, end in (
-                ("events", "work", event, lambda: evolution.drop("work", "one")),
-                ("reminders", "chores", task, lambda: evolution.change("chores", task("Done", more="STATUS:COMPLETED\n"))),
-            ):
-                shows = lambda *expected: lambda agenda: titles(agenda, of) == list(expected)
-                taken += [
-                    self.timed(probe, lambda: evolution.add(uid, text("First")), "it is added", shows("First")),
-                    self.timed(probe, lambda: evolution.change(uid, text("Second")), "it is changed", shows("Second")),
-                    self.timed(probe, end, "it is gone", shows()),
-                ]
-            print("seconds until published:", " ".join("%.2f" % seconds for seconds in taken))
-            self.assertLess(statistics.median(taken), SOON)
+            best = {}
+            for _ in range(ATTEMPTS):
+                for of, uid, text in (("events", "work", event), ("reminders", "chores", task)):
+                    taken = self.times_of(evolution, probe, of, uid, text)
+                    print("seconds until published:", {kind: round(time, 2) for kind, time in taken.items()})
+                    best.update({kind: min(time, best.get(kind, time)) for kind, time in taken.items()})
+                if max(best.values()) < SOON:
+                    break
+            self.assertEqual(len(best), 8)
+            self.assertEqual({kind: time for kind, time in best.items() if time >= SOON}, {})
             self.assertEqual(probe.said(), [])
 
     def a_burst_is_published_once_or_twice(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work")
-            evolution.run()
+        with calendar_service(work=None) as (session, evolution):
             probe = Probe(session)
             probe.when("it is listed", lambda agenda: "Work" in options(agenda))
             text = "BEGIN:VCALENDAR\n%sEND:VCALENDAR\n" % "".join(
@@ -73,22 +77,26 @@ class Live(unittest.TestCase):
             self.assertLessEqual(len(set(counts) - {0}), 3, counts)
 
     def calendars_come_and_go_and_change_their_names(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.run()
+        self.come_and_go("calendar", "calendarOptions", "events", event("Review"))
+
+    def lists_come_and_go_and_change_their_names(self):
+        self.come_and_go("tasks", "reminderListOptions", "reminders", task("Review"))
+
+    def come_and_go(self, kind, offered, of, item):
+        with calendar_service() as (session, evolution):
             probe = Probe(session)
-            probe.when("there are the service's own", lambda agenda: "Personal" in options(agenda))
-            evolution.create("work", "Work")
-            evolution.add("work", event("Review"))
-            has = lambda title: lambda agenda: title in options(agenda)
-            shows = lambda agenda: "Review" in titles(agenda)
+            probe.when("there are the service's own", lambda agenda: "Personal" in options(agenda, offered))
+            evolution.create("work", "Work", kind)
+            evolution.add("work", item)
+            has = lambda title: lambda agenda: title in options(agenda, offered)
+            shows = lambda agenda: "Review" in titles(agenda, of)
             probe.when("it came", lambda agenda: has("Work")(agenda) and shows(agenda))
-            before = probe.agenda["events"][0]
+            before = probe.agenda[of][0]
             evolution.alter("work", title="Office")
-            renamed = lambda agenda: [item["calendarTitle"] for item in agenda["events"]] == ["Office"]
+            renamed = lambda agenda: [item["calendarTitle"] for item in agenda[of]] == ["Office"]
             after = probe.when("it is renamed", lambda agenda: has("Office")(agenda) and renamed(agenda))[1]
-            self.assertEqual(after["events"][0]["id"], before["id"])
-            self.assertEqual(after["events"][0]["calendarIdentifier"], before["calendarIdentifier"])
+            self.assertEqual(after[of][0]["id"], before["id"])
+            self.assertEqual(after[of][0]["calendarIdentifier"], before["calendarIdentifier"])
             gone = lambda agenda: not has("Office")(agenda) and not shows(agenda)
             back = lambda agenda: has("Office")(agenda) and shows(agenda)
             for property in ("enabled", "selected"):
@@ -102,10 +110,7 @@ class Live(unittest.TestCase):
             self.assertEqual(probe.said(), [])
 
     def the_end_leaves_nothing(self):
-        with DesktopSession() as session:
-            evolution = Evolution(session)
-            evolution.prepare("work", "Work")
-            evolution.run()
+        with calendar_service(work=None) as (session, _):
             probe = Probe(session)
             probe.when("it is listed", lambda agenda: "Work" in options(agenda))
             self.assertEqual(probe.running.end(), 0)
