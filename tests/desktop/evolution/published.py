@@ -92,11 +92,26 @@ def compared(agenda, calendars):
     return {title: sorted(items, key=order) for title, items in kept.items()}
 
 
-def differences(one, other, calendars):
-    """Those of the calendars of which two agendas tell different things: title → (one's, other's)."""
-    ones, others = compared(one, calendars), compared(other, calendars)
+def beside(agenda, calendars):
+    """What is published beside the calendars: in which order their items come, what is counted down to,
+    and what may be read. Which of two of one moment is first follows from identifiers, so it is left
+    out."""
+    of_these = lambda kind: [item for item in agenda[kind] if item["calendarTitle"] in calendars]
     return {
-        title: (ones.get(title), others.get(title))
-        for title in calendars
-        if ones.get(title) != others.get(title)
+        "the order of events": [(item["isAllDay"], item["startDate"]) for item in of_these("events")],
+        "the order of reminders": [
+            (item["dueDate"], None if item["dueDate"] else item["priority"]) for item in of_these("reminders")],
+        "the next deadline": agenda["nextDeadline"] and without(agenda["nextDeadline"], "id", "subtitle"),
+        "access": [agenda[kind + "AuthorizationState"] for kind in ("calendar", "reminder")],
     }
+
+
+def differences(one, other, calendars):
+    """Those of the calendars of which two agendas tell different things, and what else they tell
+    differently: title or name → (one's, other's)."""
+    ones, others = compared(one, calendars), compared(other, calendars)
+    alike = [title for title in calendars if ones.get(title) == others.get(title)]
+    ones.update(beside(one, alike))
+    others.update(beside(other, alike))
+    return {what: (ones.get(what), others.get(what)) for what in [*calendars, *beside(one, [])]
+            if ones.get(what) != others.get(what)}
