@@ -7,8 +7,10 @@ from caldav import PASSWORD, USER, CalendarServer, SilentServer, source_keys
 from cases import NOW, ZONE, calendar, component, morning
 from desktop_session import DesktopSession, eventually, run_tests
 from published import NO_BUS, PATIENCE, UNDELAYED, Probe, differences, options, titles
-from service import Evolution
+from service import BusTraffic, Evolution
 
+# Those who ask a user for a password, or whether a server is to be trusted.
+PROMPTERS = ("org.gnome.keyring", "org.gnome.evolution.dataserver.UserPrompter")
 AT = ("--now", str(NOW), "--timezone", ZONE)
 
 
@@ -120,6 +122,7 @@ class Account(unittest.TestCase):
             server = serve(session)
             evolution.prepare("home", "Home", text=event("dinner", "Dinner", morning("20260326")))
             evolution.run()
+            traffic = BusTraffic(evolution)
             sign_up(evolution, server.port, "work", "chores")
             probe = Probe(session, *AT)
             probe.when("the neighbour is shown", lambda agenda: titles(agenda) == ["Dinner"])
@@ -133,6 +136,10 @@ class Account(unittest.TestCase):
             self.assertEqual(agenda["calendarAuthorizationState"], "authorized")
             sign_in(evolution, "work")
             probe.when("it is shown once it may be", lambda agenda: "Stand-up" in titles(agenda))
+            # Nobody but this test has tried a password, and nobody was asked for one.
+            self.assertEqual(len(traffic.calls("InvokeAuthenticate")), 3)
+            self.assertEqual(traffic.calls("Prompt"), [])
+            self.assertEqual([traffic.to(name) for name in PROMPTERS], [[] for _ in PROMPTERS])
             self.assertEqual(probe.said(), [])
 
     def that_never_answers_does_not_hold_up_the_others(self):

@@ -203,9 +203,9 @@ class BusTraffic:
         sender, serial = call
         return any(line[0] in ("mr", "err") and sender in line and line[-1] == serial for line in self._lines())
 
-    def names(self, part):
-        """The messages that go to, or come from, somebody whose name or path has that part."""
-        return [line for line in self._lines() if part in " ".join(line)]
+    def to(self, name):
+        """What was sent to whoever bears a name that begins so."""
+        return [line for line in self._lines() if line[0] == "mc" and line[4].startswith(name)]
 
     @staticmethod
     def promptly(what, condition):
