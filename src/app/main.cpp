@@ -79,10 +79,14 @@ ReturningDesktop::Environment desktopEnvironment(const Base& base, const Stage& 
       }};
 }
 
+// Why each display that is named cannot be used is a sentence; together they are one line.
 bool opens(ReturningDesktop& desktop) {
-  const auto failures = desktop.open(kFirstPatience);
-  std::for_each(failures.begin(), failures.end(), say);
-  return failures.empty();
+  std::string reasons;
+  for (const auto& sentence : desktop.open(kFirstPatience)) {
+    reasons += (reasons.empty() ? "" : " ") + sentence;
+  }
+  if (!reasons.empty()) say(reasons);
+  return reasons.empty();
 }
 
 // Tells everyone who goes by the clocks, the zone or the day when those change.

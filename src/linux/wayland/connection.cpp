@@ -39,7 +39,9 @@ Connection::~Connection() {
 
 std::string Connection::open(Deadline deadline) {
   display_.reset(connectToCompositor());
-  if (!display_) return std::string("There is no Wayland compositor: ") + std::strerror(errno);
+  if (!display_) {
+    return std::string("There is no Wayland compositor: ") + std::strerror(errno) + ".";
+  }
   wl_log_set_handler_client(printProtocolMessage);
   registry_.reset(wl_display_get_registry(display_.get()));
   wl_registry_add_listener(registry_.get(), &registryListener, this);

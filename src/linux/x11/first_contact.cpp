@@ -13,7 +13,7 @@ Connection::Opened openWithin(std::chrono::nanoseconds patience, const std::stri
     if (attempt.done().waitFor(patience)) return attempt.take();
     return {nullptr, "The X display does not answer."};
   } catch (const std::system_error& error) {
-    return {nullptr, std::string("The X display cannot be opened: ") + error.what()};
+    return {nullptr, std::string("The X display cannot be opened: ") + error.what() + "."};
   }
 }
 

@@ -82,20 +82,20 @@ class FirstContactTest : public testing::Test {
 };
 
 TEST_F(FirstContactTest, NobodyListens) {
-  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: No such file or directory");
+  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: No such file or directory.");
   listenAtIt();
   closeAll();
-  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: Connection refused");
+  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: Connection refused.");
 }
 
 TEST_F(FirstContactTest, TheNameIsTooLongOrRelativeToNothing) {
   setenv("WAYLAND_DISPLAY", ("/" + std::string(200, 'x')).c_str(), 1);
-  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: File name too long");
+  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: File name too long.");
   const char* runtime = std::getenv("XDG_RUNTIME_DIR");
   const std::string kept = runtime ? runtime : "";
   unsetenv("XDG_RUNTIME_DIR");
   setenv("WAYLAND_DISPLAY", "display", 1);
-  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: No such file or directory");
+  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: No such file or directory.");
   if (runtime) setenv("XDG_RUNTIME_DIR", kept.c_str(), 1);
 }
 
@@ -109,7 +109,7 @@ TEST_F(FirstContactTest, ACompositorWithTooManyAtItsDoorIsNotWaitedFor) {
   while (connect(newSocket(), name(), sizeof(sockaddr_un)) == 0) {
   }
   ASSERT_EQ(errno, EAGAIN);
-  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: Resource temporarily unavailable");
+  EXPECT_EQ(connectWith(10s), "There is no Wayland compositor: Resource temporarily unavailable.");
 }
 
 TEST_F(FirstContactTest, ACompositorThatHangsUpIsNotWaitedFor) {

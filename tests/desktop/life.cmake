@@ -1,0 +1,16 @@
+# How the program's life begins and ends.
+
+# life_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest.
+function(life_test script class)
+  foreach(test ${ARGN})
+    set(name "life.${class}.${test}")
+    add_test(NAME "${name}"
+             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
+                         "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
+  endforeach()
+endfunction()
+
+life_test(start_test.py Start without_a_desktop_ends_in_one_line
+          where_no_display_is_served_ends_in_one_line where_no_display_answers_ends_in_one_line
+          with_a_question_answers_it with_any_other_argument_ends_in_one_line)
