@@ -5,12 +5,13 @@
 namespace orvane::host {
 
 AccountConnection::AccountConnection(AccountCalendar calendar, const Patience& patience,
-                                     MainActor& actor, Heard heard)
+                                     SharedPatience& others, MainActor& actor, Heard heard)
     : calendar_(std::move(calendar)),
       patience_(patience),
       actor_(actor),
       heard_(std::move(heard)),
-      backOff_(patience.waits, actor) {}
+      backOff_(patience.waits, actor),
+      limit_(others) {}
 
 void AccountConnection::use(AccountDirectory* directory) {
   drop();
@@ -40,6 +41,7 @@ void AccountConnection::fetch(const AccountSpan& span) {
 void AccountConnection::begin() {
   isBusy_ = true;
   isAskedAgain_ = false;
+  limit_.join();
   if (client_) {
     ask();
   } else {
@@ -48,10 +50,11 @@ void AccountConnection::begin() {
 }
 
 void AccountConnection::open() {
-  limit_ = actor_.after(patience_.opening, [this] { fail(); });
+  limit_.wait({patience_.opening, patience_.longest}, [this] { fail(); });
   AccountSigns signs{heard_.changed, [this] { tell([this] { fail(); }); }};
   question_ =
       directory_->open(calendar_, std::move(signs), [this](std::unique_ptr<AccountClient> client) {
+        limit_.answered();
         if (!client) return fail();
         client_ = std::move(client);
         ask();
@@ -59,15 +62,15 @@ void AccountConnection::open() {
 }
 
 void AccountConnection::ask() {
-  limit_ = actor_.after(patience_.fetching, [this] { fail(); });
+  limit_.wait({patience_.fetching, patience_.longest}, [this] { fail(); });
   question_.cancel();
   question_ =
       client_->fetch(*span_, [this](std::optional<AccountItems> items) { take(std::move(items)); });
 }
 
 void AccountConnection::take(std::optional<AccountItems> items) {
+  limit_.answered();
   if (!items) return fail();
-  limit_.cancel();
   backOff_.reset();
   isBusy_ = false;
   if (isAskedAgain_) begin();
@@ -84,7 +87,7 @@ void AccountConnection::fail() {
 }
 
 void AccountConnection::drop() {
-  limit_.cancel();
+  limit_.giveUp();
   question_.cancel();
   client_.reset();
 }

@@ -8,6 +8,7 @@
 #include "foundation/main_actor.h"
 #include "linux/accounts/account_service.h"
 #include "linux/calendars/back_off.h"
+#include "linux/calendars/shared_patience.h"
 
 namespace orvane::host {
 
@@ -23,12 +24,15 @@ class AccountConnection {
   struct Patience {
     std::chrono::milliseconds opening{20000};
     std::chrono::milliseconds fetching{20000};
+    // Of either, where others that were asked as well are answered meanwhile.
+    std::chrono::milliseconds longest{180000};
     BackOff::Waits waits;
   };
 
-  // Heard's functions are called in turns of their own, and may destroy this.
-  AccountConnection(AccountCalendar calendar, const Patience& patience, MainActor& actor,
-                    Heard heard);
+  // Heard's functions are called in turns of their own, and may destroy this. The others' patience
+  // is shared with all connections to the same service.
+  AccountConnection(AccountCalendar calendar, const Patience& patience, SharedPatience& others,
+                    MainActor& actor, Heard heard);
   AccountConnection(const AccountConnection&) = delete;
   AccountConnection& operator=(const AccountConnection&) = delete;
 
@@ -60,7 +64,7 @@ class AccountConnection {
   BackOff backOff_;
   std::unique_ptr<AccountClient> client_;
   Subscription question_;
-  Subscription limit_;
+  SharedPatience::Waiter limit_;
   // Gone with this: what is told later is then told nobody.
   std::shared_ptr<int> alive_ = std::make_shared<int>(0);
 };

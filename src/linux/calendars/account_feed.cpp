@@ -14,7 +14,7 @@ AccountFeed::AccountFeed(AccountCalendar calendar, Surroundings surroundings)
             look();
           },
           [this] { announce(); }),
-      connection_(calendar_, surroundings_.patience, surroundings_.actor,
+      connection_(calendar_, surroundings_.patience, surroundings_.others, surroundings_.actor,
                   {[this](AccountItems items) { read(std::move(items)); },
                    [this] { settle(content_.item ? outcome_ : Outcome::refused, false); },
                    [this] { burst_.signal(); }}) {}

@@ -22,6 +22,7 @@ class AccountFeed {
   struct Surroundings {
     MainActor& actor;
     AccountConnection::Patience patience;
+    SharedPatience& others;
     ReadText readText;
     std::function<AccountSpan()> span;
     // How often anybody has been told what this holds.

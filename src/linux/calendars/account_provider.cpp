@@ -165,7 +165,7 @@ class AccountProvider final : public CalendarProvider {
 
   std::unique_ptr<AccountFeed> makeFeed(const AccountCalendar& calendar) {
     auto feed = std::make_unique<AccountFeed>(
-        calendar, AccountFeed::Surroundings{actor_, options_.patience,
+        calendar, AccountFeed::Surroundings{actor_, options_.patience, sharedPatience_,
                                             [this](std::string text, TextReading::Done done) {
                                               const auto place = questions_.place();
                                               options_.readText(std::move(text), place.window,
@@ -267,6 +267,7 @@ class AccountProvider final : public CalendarProvider {
   std::optional<TextReading> reading_;
   std::unique_ptr<Accounts> accounts_;
   DirectoryConnection connection_;
+  SharedPatience sharedPatience_{actor_};
   Feeds feeds_;
   Subscription firstLimit_;
   Subscription announcement_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -33,6 +34,7 @@ struct AccountWorld {
   std::set<std::string> closed;          // … that cannot even be opened …
   std::set<std::string> stuck;           // … whose opening is never answered …
   std::set<std::string> signedOut;
+  Duration pace{0};  // questions about calendars are answered one by one, each for so long
 
   // What was done to it.
   int directories = 0;
@@ -63,15 +65,41 @@ struct AccountWorld {
 
   // Answers in a later turn, unless the question is given up before.
   Subscription answer(std::function<void()> work) {
-    auto token = std::make_shared<int>(0);
-    actor.post([work = std::move(work), asked = std::weak_ptr(token)] {
-      if (!asked.expired()) work();
+    return ask(std::move(work), [this](auto answering) { actor.post(std::move(answering)); });
+  }
+  // The same of a question about a calendar.
+  Subscription answerInTurn(std::function<void()> work) {
+    if (pace == Duration::zero()) return answer(std::move(work));
+    return ask(std::move(work), [this](auto answering) {
+      queue.push_back(std::move(answering));
+      if (!busy) answerNext();
     });
-    return unanswered(std::move(token));
   }
   static Subscription unanswered(std::shared_ptr<int> token = nullptr) {
     return Subscription([token = std::move(token)]() mutable { token.reset(); });
   }
+
+ private:
+  static Subscription ask(std::function<void()> work,
+                          const std::function<void(std::function<void()>)>& schedule) {
+    auto token = std::make_shared<int>(0);
+    schedule([work = std::move(work), asked = std::weak_ptr(token)] {
+      if (!asked.expired()) work();
+    });
+    return unanswered(std::move(token));
+  }
+  void answerNext() {
+    busy = actor.after(pace, [this] {
+      busy.cancel();
+      const auto work = std::move(queue.front());
+      queue.pop_front();
+      if (!queue.empty()) answerNext();
+      work();
+    });
+  }
+
+  std::deque<std::function<void()>> queue;
+  Subscription busy;
 };
 
 class MemoryClient final : public AccountClient {
@@ -95,7 +123,7 @@ class MemoryClient final : public AccountClient {
     };
     const auto delay = world_->slow.find(source_);
     if (delay != world_->slow.end()) return world_->actor.after(delay->second, answer);
-    return world_->answer(answer);
+    return world_->answerInTurn(answer);
   }
 
  private:
@@ -119,8 +147,8 @@ class MemoryDirectory final : public AccountDirectory {
                     std::function<void(std::unique_ptr<AccountClient>)> opened) override {
     world_->opened.push_back(calendar.source);
     if (world_->stuck.contains(calendar.source)) return AccountWorld::unanswered();
-    return world_->answer([world = world_, source = calendar.source, signs = std::move(signs),
-                           opened = std::move(opened)] {
+    return world_->answerInTurn([world = world_, source = calendar.source, signs = std::move(signs),
+                                 opened = std::move(opened)] {
       if (world->closed.contains(source)) return opened(nullptr);
       world->clientSigns[source] = signs;
       opened(std::make_unique<MemoryClient>(world, source));
