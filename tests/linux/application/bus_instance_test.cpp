@@ -33,9 +33,7 @@ class BusInstanceTest : public testing::Test {
         .text();
   }
   [[nodiscard]] bool isOwned() const {
-    return gio::ask(other_.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus",
-                    "NameHasOwner", "('org.orvane.Orvane',)")
-               .text() == "(true,)";
+    return gio::askBus(other_.get(), "NameHasOwner", "('org.orvane.Orvane',)").text() == "(true,)";
   }
 
   gio::PrivateBus bus_;

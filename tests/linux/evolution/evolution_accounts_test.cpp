@@ -24,12 +24,10 @@ constexpr const char* registry = "org.gnome.evolution.dataserver.Sources5";
 constexpr const char* calendars = "org.gnome.evolution.dataserver.Calendar8";
 
 void own(GDBusConnection* connection, const char* name) {
-  gio::ask(connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-           "RequestName", "('" + std::string(name) + "', uint32 0)");
+  gio::askBus(connection, "RequestName", "('" + std::string(name) + "', uint32 0)");
 }
 void disown(GDBusConnection* connection, const char* name) {
-  gio::ask(connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-           "ReleaseName", "('" + std::string(name) + "',)");
+  gio::askBus(connection, "ReleaseName", "('" + std::string(name) + "',)");
 }
 
 class ServiceWatchTest : public testing::Test {
@@ -132,10 +130,7 @@ TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) 
   const auto hasToldWithin = [&](std::size_t count) {
     return gio::eventually([&] { return told.size() >= count; });
   };
-  const auto reload = [&] {
-    gio::ask(theirs.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-             "ReloadConfig");
-  };
+  const auto reload = [&] { gio::askBus(theirs.get(), "ReloadConfig"); };
   ASSERT_TRUE(hasToldWithin(1));
   for (const char* name : {registry, calendars}) bus.install(name);
   reload();
@@ -145,6 +140,18 @@ TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) 
   ASSERT_TRUE(hasToldWithin(3));
   EXPECT_THAT(told, ElementsAre(false, true, false));
 }
+
+// A bus that the service is on, and the connections of it and of the program.
+struct ServedBus {
+  ServedBus() {
+    own(service.get(), registry);
+    own(service.get(), calendars);
+  }
+
+  gio::PrivateBus bus;
+  gio::ObjectPtr<GDBusConnection> service = bus.connect();
+  gio::ObjectPtr<GDBusConnection> ours = bus.connect();
+};
 
 class EvolutionAccountsTest : public testing::Test {
  protected:
@@ -170,17 +177,13 @@ TEST_F(EvolutionAccountsTest, WithoutABusThereIsNoService) {
 }
 
 TEST_F(EvolutionAccountsTest, WithoutAModuleThereIsNoService) {
-  gio::PrivateBus bus;
-  const auto service = bus.connect();
-  own(service.get(), registry);
-  own(service.get(), calendars);
-  const auto ours = bus.connect();
+  const ServedBus bus;
   testing::internal::CaptureStderr();
-  watch(ours.get(), "/nonexistent/module.so");
+  watch(bus.ours.get(), "/nonexistent/module.so");
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   EXPECT_THAT(found, ElementsAre(false));
-  disown(service.get(), calendars);
-  own(service.get(), calendars);
+  disown(bus.service.get(), calendars);
+  own(bus.service.get(), calendars);
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 3; }));
   EXPECT_THAT(found, Each(false));
   accounts.reset();
@@ -201,13 +204,9 @@ TEST_F(EvolutionAccountsTest, WithoutTheServiceNothingIsSaidAboutTheModule) {
 }
 
 TEST_F(EvolutionAccountsTest, WhatIsNoModuleOfOursIsToldOf) {
-  gio::PrivateBus bus;
-  const auto service = bus.connect();
-  own(service.get(), registry);
-  own(service.get(), calendars);
-  const auto ours = bus.connect();
+  const ServedBus bus;
   testing::internal::CaptureStderr();
-  watch(ours.get(), "libgio-2.0.so.0");
+  watch(bus.ours.get(), "libgio-2.0.so.0");
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   EXPECT_THAT(found, ElementsAre(false));
   accounts.reset();
@@ -215,19 +214,15 @@ TEST_F(EvolutionAccountsTest, WhatIsNoModuleOfOursIsToldOf) {
 }
 
 TEST_F(EvolutionAccountsTest, AServiceThatGoesStaysFoundAndIsToldOfWhenItIsBack) {
-  gio::PrivateBus bus;
-  const auto service = bus.connect();
-  own(service.get(), registry);
-  own(service.get(), calendars);
-  const auto ours = bus.connect();
-  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  const ServedBus bus;
+  watch(bus.ours.get(), builtProgram("tests/plain_module.so"));
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   std::vector<bool> seen;
-  const ServiceWatch beside(ours.get(), [&](bool isThere) { seen.push_back(isThere); });
+  const ServiceWatch beside(bus.ours.get(), [&](bool isThere) { seen.push_back(isThere); });
   ASSERT_TRUE(gio::eventually([&] { return seen.size() == 1; }));
-  disown(service.get(), calendars);
+  disown(bus.service.get(), calendars);
   ASSERT_TRUE(gio::eventually([&] { return seen.size() == 2; }));
-  own(service.get(), calendars);
+  own(bus.service.get(), calendars);
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
   EXPECT_THAT(found, ElementsAre(true, true));
   EXPECT_THAT(services, SizeIs(1)) << "it is the same";

@@ -87,6 +87,13 @@ inline Answer ask(GDBusConnection* connection, const std::string& name, const st
   return answer;
 }
 
+// What the bus itself answers.
+inline Answer askBus(GDBusConnection* connection, const std::string& method,
+                     const std::string& arguments = "") {
+  return ask(connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+             method, arguments);
+}
+
 // A property of an object on the bus, as text, or the error's name.
 inline std::string property(GDBusConnection* connection, const std::string& name,
                             const std::string& path, const std::string& interface,
