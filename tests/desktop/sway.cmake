@@ -90,7 +90,7 @@ sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_
           leaves_no_process_when_it_is_killed)
 
 sway_test(sway_tray_test.py Tray opens_its_menu_whose_entries_do_what_they_say
-          shows_the_item_until_the_program_ends
+          has_an_entry_that_reads_the_calendars_at_once shows_the_item_until_the_program_ends
           gets_the_item_again_when_it_is_restarted)
 
 sway_test(portal_test.py Portal hands_the_key_on is_started_when_the_program_asks_for_it

@@ -4,6 +4,7 @@ import json
 import os
 import unittest
 
+import unwatched
 from desktop_session import eventually, program, run_tests
 from private_bus import start_bus
 from sway_session import SwaySession
@@ -107,6 +108,21 @@ class Tray(unittest.TestCase):
     def settings_are_shown(self, sway, told):
         """As a window, or by a notification where there is no window to show."""
         return "member=Notify" in told.output or b"Orvane Settings" in sway.ask("swaymsg", "-t", "get_tree")
+
+    def has_an_entry_that_reads_the_calendars_at_once(self):
+        with SwaySession(outputs=1) as sway:
+            self.begin(sway)
+            bare = self.bar_picture(sway)
+            board = unwatched.Board(sway)
+            running = unwatched.start(sway)
+            board.wait_until_empty(running)
+            board.change_unnoticed(self)
+            place = self.item(sway, bare)
+            self.choose(sway, place, REFRESH)
+            board.wait_for_change()
+            self.choose(sway, place, QUIT)
+            self.assertEqual(running.process.wait(timeout=20), 0)
+            self.assertEqual(running.lines, unwatched.NOTICES)
 
     def shows_the_item_until_the_program_ends(self):
         with SwaySession(outputs=1) as sway:

@@ -42,7 +42,8 @@ xfce_test(Instance is_one_and_activated_by_a_second_start
           is_left_alone_by_a_second_start_with_the_session)
 xfce_test(Actions do_what_they_are_called)
 xfce_test(Icons are_hidden_while_focus_mode_is_on keep_the_style_of_the_user)
-xfce_test(StatusItem opens_its_menu comes_back_with_the_panel asks_nobody_while_nobody_watches)
+xfce_test(StatusItem opens_its_menu comes_back_with_the_panel asks_nobody_while_nobody_watches
+          has_an_entry_that_reads_the_calendars_at_once)
 
 # settings_program_test(CLASS test …): the program of the settings window beside the board's.
 function(settings_program_test class)
@@ -57,6 +58,7 @@ function(settings_program_test class)
 endfunction()
 
 if(TARGET orvane-settings)
+  xfce_test(StatusItem has_an_entry_that_opens_the_settings)
   settings_program_test(Window comes_and_goes_without_the_board killed_it_is_opened_anew
                         ends_with_a_board_that_is_killed
                         stopped_it_holds_up_nobody opened_edited_and_closed_a_hundred_times)

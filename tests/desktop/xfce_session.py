@@ -94,6 +94,13 @@ class XfceSession(DesktopSession):
         except AssertionError:
             return []
 
+    def titled(self, title):
+        """Windows with that title that can be seen."""
+        try:
+            return self.ask("xdotool", "search", "--onlyvisible", "--name", "^%s$" % title).split()
+        except AssertionError:
+            return []
+
     def focus_mode(self):
         """As the settings keep it; None before they were saved."""
         try:

@@ -5,10 +5,15 @@ import os
 import time
 import unittest
 
+import unwatched
 from desktop_session import eventually, program, run_tests
 from xfce_session import NAME, WATCHER, XfceSession
 
 HOT_KEY = "super+shift+z"
+# By which keys the entries of the menu are reached when it opens.
+SETTINGS, REFRESH, QUIT = ("Down", "Return"), ("Down", "Down", "Return"), ("Up", "Return")
+# In the middle of the screen, below the board.
+IN_THE_SETTINGS = (800, 600)
 
 
 def keep(picture, name):
@@ -151,14 +156,48 @@ class StatusItem(unittest.TestCase):
             item = self._item(xfce, bare)
             monitor = xfce.start("dbus-monitor", "--session", "interface=com.canonical.dbusmenu")
             eventually("calls are watched", lambda: monitor.lines)
-            self._choose(xfce, item, "Down", "Down", "Return")
-            # The second item of the menu is "Refresh Now".
+            self._choose(xfce, item, *REFRESH)
             eventually("the item is chosen", lambda: "clicked" in monitor.output)
             self.assertTrue(running.is_running())
-            self._choose(xfce, item, "Up", "Return")
+            self._choose(xfce, item, *QUIT)
             self.assertEqual(running.process.wait(timeout=20), 0)
             self.assertEqual(running.output, "")
             eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
+
+    def has_an_entry_that_reads_the_calendars_at_once(self):
+        with XfceSession() as xfce:
+            xfce.start_panel()
+            bare = self._resting_panel(xfce)
+            board = unwatched.Board(xfce)
+            running = unwatched.start(xfce)
+            board.wait_until_empty(running)
+            board.change_unnoticed(self)
+            item = self._item(xfce, bare)
+            menus = xfce.windows("wrapper-2.0")
+            self._choose(xfce, item, *REFRESH)
+            eventually("the menu is closed", lambda: xfce.windows("wrapper-2.0") == menus)
+            board.wait_for_change()
+            self._choose(xfce, item, *QUIT)
+            self.assertEqual(running.process.wait(timeout=20), 0)
+            self.assertEqual(running.lines, unwatched.NOTICES)
+
+    def has_an_entry_that_opens_the_settings(self):
+        with XfceSession() as xfce:
+            xfce.environment.update({"GTK_A11Y": "none", "GSK_RENDERER": "cairo"})
+            xfce.start_panel()
+            bare = self._resting_panel(xfce)
+            running = xfce.start_program()
+            item = self._item(xfce, bare)
+            self.assertEqual(xfce.titled("Orvane Settings"), [])
+            plain = xfce.picture().pixel(*IN_THE_SETTINGS)
+            self._choose(xfce, item, *SETTINGS)
+            eventually("the settings open", lambda: xfce.titled("Orvane Settings"), 60)
+            eventually("they are drawn", lambda: xfce.picture().pixel(*IN_THE_SETTINGS) != plain, 60)
+            keep(xfce.picture(), "settings")
+            self.assertEqual(len(xfce.titled("Orvane Settings")), 1)
+            self.assertEqual(running.end(), 0)
+            eventually("the settings go with it", lambda: not xfce.titled("Orvane Settings"))
+            self.assertEqual(running.output, "")
 
     def comes_back_with_the_panel(self):
         with XfceSession() as xfce:

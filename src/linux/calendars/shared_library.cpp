@@ -25,13 +25,15 @@ SharedLibrary::Look SharedLibrary::look(Thoroughness thoroughness) {
   const std::lock_guard lock(updating_);
   const bool isThorough = thoroughness == Thoroughness::toTheEnd;
   const auto update = this->update(std::nullopt, isThorough ? thoroughPace() : queryPace());
-  const bool isOutOfWatches = !watch_.isComplete();
-  return {update.isComplete, update.hasSuspects, isOutOfWatches || library_.hasRemote(),
-          isOutOfWatches};
+  return {update.isComplete, update.hasSuspects, missesChanges(), !watch_.isComplete()};
 }
 
 void SharedLibrary::doubtEverything() {
   watch_.forgetFailures();
+  doubtListings();
+}
+
+void SharedLibrary::doubtListings() {
   FolderChanges changes;
   changes.everything = true;
   watch_.mark(changes);
@@ -61,12 +63,16 @@ ProviderState SharedLibrary::state() const {
   return state_;
 }
 
+// Where changes come without notice, whoever asks for the events has the folders listed; and what
+// that finds is to be told to those who asked for something else shortly before.
 void SharedLibrary::updateForQuery(std::optional<EKEventPredicate> query) {
   const std::unique_lock lock(updating_, patience_);
+  const bool isDoubtful = lock && query && missesChanges();
+  if (isDoubtful) doubtListings();
   const bool isComplete = lock && update(std::move(query), queryPace()).isComplete;
-  if (isComplete || stopped_) return;
-  owesNews_ = true;
-  unfinished_();
+  if (stopped_) return;
+  if (!isComplete) owesNews_ = true;
+  if (!isComplete || (isDoubtful && changed_)) unfinished_();
 }
 
 FolderLibrary::Update SharedLibrary::update(std::optional<EKEventPredicate> query,

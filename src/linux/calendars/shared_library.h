@@ -22,7 +22,8 @@ namespace orvane::host {
 class SharedLibrary {
  public:
   // `watched` is called on the main thread when folders changed, `unfinished` on worker threads
-  // when a query was answered before everything was read. Made on the main thread.
+  // when a query was answered before everything was read, or found what nobody has been told of.
+  // Made on the main thread.
   SharedLibrary(const FolderOptions& options, Date now, std::function<void()> watched,
                 std::function<void()> unfinished);
 
@@ -55,6 +56,9 @@ class SharedLibrary {
   FolderLibrary::Update update(std::optional<EKEventPredicate> query,
                                const ReaderClient::Pace& pace);
   void updateForQuery(std::optional<EKEventPredicate> query);
+  void doubtListings();
+  // Of some folders changes come without notice. With `updating_` held.
+  [[nodiscard]] bool missesChanges() const { return !watch_.isComplete() || library_.hasRemote(); }
   [[nodiscard]] ReaderClient::Pace queryPace() const;
   [[nodiscard]] ReaderClient::Pace thoroughPace() const;
 

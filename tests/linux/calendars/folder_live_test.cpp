@@ -292,6 +292,31 @@ TEST_F(FolderLiveTest, RescansSlowlyWhenWatchesRunOut) {
   EXPECT_THAT(eventTitles(), UnorderedElementsAre("New", "C"));
 }
 
+TEST_F(FolderLiveTest, AQueryFindsWhatComesWithoutNotice) {
+  folder_.calendar("c/a.ics", event("a", "Old"));
+  options_.addWatch = [](int, const char*, std::uint32_t) {
+    errno = ENOSPC;
+    return -1;
+  };
+  testing::internal::CaptureStderr();
+  openAndRequest();
+  EXPECT_THAT(eventTitles(), ElementsAre("Old"));
+  folder_.calendar("c/a.ics", event("a", "New"));
+  folder_.calendar("d/b.ics", event("b", "B"));
+  runFor(milliseconds(40));  // younger files are read twice, to be sure
+  EXPECT_THAT(eventTitles(), UnorderedElementsAre("New", "B"));
+  // Others may have been answered before.
+  EXPECT_TRUE(runUntilAnnounced());
+  runFor(milliseconds(200));
+  announcements_ = 0;
+  folder_.takeReads();
+  EXPECT_THAT(eventTitles(), UnorderedElementsAre("New", "B"));
+  runFor(milliseconds(200));
+  EXPECT_EQ(announcements_, 0) << "a query that finds nothing is no change";
+  EXPECT_THAT(folder_.takeReads(), IsEmpty());
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST_F(FolderLiveTest, NothingIsCalledOnceTheStoreIsGone) {
   folder_.makeFolder("c");
   openAndRequest();
