@@ -35,9 +35,10 @@ evolution_test(service_test.py Service tells_what_was_created_changed_and_remove
                is_started_by_the_bus_and_comes_back_when_it_was_killed ends_with_its_session)
 evolution_test(cases_test.py Cases are_a_hundred_that_differ_from_one_another
                are_the_same_agenda_from_either are_told_apart_where_one_is_deliberately_different
-               are_the_same_when_they_were_imported have_identifiers_of_their_own_in_every_run)
+               are_the_same_when_they_were_imported are_listed_with_the_folders_and_have_identifiers_of_their_own)
 evolution_test(live_test.py Live changes_are_published_within_two_seconds
-               a_burst_is_published_once_or_twice calendars_come_and_go_and_change_their_names
+               a_burst_is_published_in_a_few_steps_at_most
+               calendars_come_and_go_and_change_their_names
                lists_come_and_go_and_change_their_names the_end_leaves_nothing)
 evolution_test(caldav_test.py Account shows_what_folders_would_and_what_changes_on_the_server
                with_a_wrong_password_leaves_its_neighbours_in_place
@@ -47,21 +48,23 @@ evolution_test(failures_test.py Death of_the_factory_is_survived_when_the_bus_st
                while_a_calendar_is_opened_is_survived in_the_middle_of_a_question_is_survived
                at_any_moment_is_survived of_the_bus_leaves_the_folders)
 evolution_test(failures_test.py Silence of_the_factory_does_not_hold_up_the_folders
-               of_the_registry_does_not_hold_up_the_folders of_the_factory_does_not_hold_up_the_end)
+               of_the_registry_does_not_hold_up_the_folders of_the_factory_does_not_hold_up_the_end
+               of_the_bus_does_not_hold_up_the_folders)
 evolution_test(failures_test.py Calendars may_hold_ten_thousand_events may_go_while_they_are_opened
                may_go_while_they_are_read)
 evolution_test(failures_test.py Absence of_the_service_costs_nothing of_the_service_loads_nothing
                of_the_service_is_no_matter_when_it_comes_later
                of_the_factory_is_no_matter_when_it_comes_later ends_when_the_service_is_installed)
 if(ORVANE_WAYLAND)
-  evolution_test(program_test.py Program shows_a_new_event_of_an_account_within_two_seconds)
+  evolution_test(program_test.py Program draws_its_first_frame_while_the_service_hangs
+                 shows_a_new_event_of_an_account_within_two_seconds)
 endif()
 
 # Each opens more than a hundred calendars, which is enough for the machine.
 set_tests_properties(evolution.Cases.are_the_same_agenda_from_either
                      evolution.Cases.are_told_apart_where_one_is_deliberately_different
                      evolution.Cases.are_the_same_when_they_were_imported
-                     evolution.Cases.have_identifiers_of_their_own_in_every_run
+                     evolution.Cases.are_listed_with_the_folders_and_have_identifiers_of_their_own
                      PROPERTIES RESOURCE_LOCK evolution)
 
 # What measures time runs alone.

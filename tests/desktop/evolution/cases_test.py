@@ -4,7 +4,7 @@ import unittest
 
 from cases import CASES, NOW, ZONE, component, event, morning, task
 from desktop_session import DesktopSession, eventually, run_tests
-from published import NO_BUS, PATIENCE, Probe, compared, differences, titles
+from published import NO_BUS, PATIENCE, Probe, compared, differences, options, titles
 from service import Evolution
 
 AT = ("--now", str(NOW), "--timezone", ZONE)
@@ -108,7 +108,7 @@ class Cases(unittest.TestCase):
                 evolution.receive("case%d" % number, case.text)
             self.assert_differ(Probe(session, *AT), expected, IMPORTED_OTHERWISE)
 
-    def have_identifiers_of_their_own_in_every_run(self):
+    def are_listed_with_the_folders_and_have_identifiers_of_their_own(self):
         with DesktopSession() as session:
             evolution = Evolution(session)
             expected = of_folders(session)
@@ -119,6 +119,10 @@ class Cases(unittest.TestCase):
                 probe = Probe(session, *AT, "--folders", session.path("folders"))
                 agenda = probe.when("all is there twice", lambda agenda: is_twice(expected, agenda))[1]
                 probe.running.end()
+                # Sorted together, a folder's stands beside the account's of the same title.
+                for offered in ("calendarOptions", "reminderListOptions"):
+                    listed = [title for title in options(agenda, offered) if title in NAMES]
+                    self.assertEqual(listed[::2], listed[1::2])
                 items = agenda["events"] + agenda["reminders"]
                 found = [item["id"] for item in items if item["calendarTitle"] not in OTHERWISE]
                 self.assertEqual(len(set(found)), len(found))

@@ -65,7 +65,7 @@ class Live(unittest.TestCase):
             self.assertEqual({kind: time for kind, time in best.items() if time >= SOON}, {})
             self.assertEqual(probe.said(), [])
 
-    def a_burst_is_published_once_or_twice(self):
+    def a_burst_is_published_in_a_few_steps_at_most(self):
         with calendar_service(work=None) as (session, evolution):
             probe = Probe(session)
             probe.when("it is listed", lambda agenda: "Work" in options(agenda))

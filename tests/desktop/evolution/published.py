@@ -12,7 +12,7 @@ PATIENCE = 90
 # What may pass until a change is published, typically; and a sign that nothing waited for another's
 # silence, since the program has 20 seconds of patience with it.
 SOON = float(os.environ.get("ORVANE_SOON", "2"))
-UNDELAYED = 5 * SOON
+UNDELAYED = min(5 * SOON, 15)
 
 # For a program that is to know of no service.
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/dev/null/none"}
