@@ -29,7 +29,8 @@ std::vector<std::string> ReturningDesktop::connect(Duration patience) {
       if (!weak.expired()) lost(loss);
     });
   };
-  auto opened = environment_.open({patience, onLost});
+  auto opened = environment_.open(
+      {patience, environment_.sessionHasEnded, onLost, static_cast<bool>(loyalty_)});
   server_ = std::move(opened.server);
   if (!server_) {
     connection_.reset();
@@ -46,12 +47,14 @@ void ReturningDesktop::lost(const DesktopLoss& loss) {
   for (const auto& window : windows()) window->leaveDesktop();
   server_.reset();
   announceScreens();
+  loyalty_ = environment_.mainActor.after(environment_.policy.loyalty, [this] { loyalty_ = {}; });
   attempts_.lost(loss.isRefusal);
 }
 
 bool ReturningDesktop::reconnect(Duration patience) {
   (void)connect(patience);  // why not is of no interest as long as it may yet come
   if (!server_) return false;
+  loyalty_.cancel();
   announceScreens();
   // Whoever follows the screens places windows in the next turn. What stands elsewhere on the new
   // desktop is then shown there alone, and the others come back after it.
@@ -66,6 +69,7 @@ void ReturningDesktop::bringWindowsBack() {
 }
 
 void ReturningDesktop::gaveUp(ReturnAttempts::End end) {
+  loyalty_.cancel();
   const auto reason = [&]() -> std::string {
     switch (end) {
       case ReturnAttempts::End::sessionEnded:

@@ -23,8 +23,13 @@ class ReturningDesktop final : public WindowServer {
  public:
   struct Attempt {
     Duration patience;  // how long a desktop that says nothing is waited for
+    // Whether there is no more use in it, which may be so before that.
+    std::function<bool()> isInVain;
     // To be called at most once, also within a turn of the desktop's own.
     std::function<void(const DesktopLoss&)> onLost;
+    // Soon after a loss. A desktop that is started anew may take longer than a lesser one beside
+    // it, on which the board would then stay.
+    bool isForTheSame = false;
   };
   // Either a desktop or the sentences that tell why there is none.
   struct Opened {
@@ -75,6 +80,8 @@ class ReturningDesktop final : public WindowServer {
   std::int32_t backstopLevel_ = 0;
   std::string lostWhat_;
   std::vector<std::weak_ptr<ReturningWindow>> windows_;
+  Subscription
+      loyalty_;  // while it is on, no other kind of desktop takes the place of the lost one
   ReturnAttempts attempts_;
   // Another one for each connection, so that nothing is heard of those before.
   std::shared_ptr<bool> connection_;

@@ -13,7 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
+using testing::AllOf;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Ge;
+using testing::Le;
 using testing::SizeIs;
 
 class ReturnAttemptsTest : public testing::Test {
@@ -40,6 +44,7 @@ class ReturnAttemptsTest : public testing::Test {
   bool isThere_ = false;
   Duration takes_{0};  // the time that an attempt keeps the loop
   bool sessionEnded_ = false;
+  bool endsDuringAttempt_ = false;
   std::optional<ReturnAttempts::End> end_;
   int ends_ = 0;
   ReturnAttempts attempts_{actor_,
@@ -48,6 +53,7 @@ class ReturnAttemptsTest : public testing::Test {
                               attempted_.push_back(actor_.elapsed());
                               patiences_.push_back(patience);
                               if (takes_ > 0s) actor_.setWallClock(actor_.now() + 3);
+                              if (endsDuringAttempt_) sessionEnded_ = true;
                               return isThere_;
                             },
                             [this] { return sessionEnded_; },
@@ -153,16 +159,38 @@ TEST_F(ReturnAttemptsTest, RefusalsFarApartAreForgiven) {
   isThere_ = true;
   for (int refusal = 0; refusal < 10; ++refusal) {
     lose(true);
-    actor_.advance(20s);
+    actor_.advance(61min);
   }
   EXPECT_EQ(end_, std::nullopt);
 }
 
-TEST_F(ReturnAttemptsTest, TheEndOfTheSessionEndsTheWaitAtTheNextAttempt) {
+TEST_F(ReturnAttemptsTest, RefusalsEveryHalfHourAreNotMadeForEver) {
+  isThere_ = true;
+  for (int refusal = 0; refusal < 3; ++refusal) {
+    EXPECT_EQ(end_, std::nullopt);
+    lose(true);
+    actor_.advance(30min);
+  }
+  EXPECT_EQ(end_, ReturnAttempts::End::refused);
+}
+
+TEST_F(ReturnAttemptsTest, BeforeItIsGivenUpItIsTriedOnceMore) {
+  lose();
+  actor_.advance(60s - 1ns);
+  isThere_ = true;
+  actor_.advance(1ns);
+  EXPECT_EQ(end_, std::nullopt);
+  EXPECT_EQ(times().back(), 60000);
+  EXPECT_EQ(patiences_.back(), 500ms);
+  actor_.advance(1h);
+  EXPECT_EQ(actor_.pendingTimers(), 0u);
+}
+
+TEST_F(ReturnAttemptsTest, TheEndOfTheSessionEndsTheWaitWithinHalfASecond) {
   lose();
   actor_.advance(5s);
   sessionEnded_ = true;
-  actor_.advance(4s);
+  actor_.advance(500ms);
   EXPECT_EQ(end_, ReturnAttempts::End::sessionEnded);
   EXPECT_THAT(times(), ElementsAre(250, 750, 1750, 3750)) << "there is nothing to try";
   actor_.advance(1h);
@@ -170,13 +198,37 @@ TEST_F(ReturnAttemptsTest, TheEndOfTheSessionEndsTheWaitAtTheNextAttempt) {
   EXPECT_EQ(actor_.pendingTimers(), 0u);
 }
 
+TEST_F(ReturnAttemptsTest, TheEndOfTheSessionDuringAnAttemptEndsTheWaitWithIt) {
+  lose();
+  endsDuringAttempt_ = true;
+  actor_.advance(250ms);
+  EXPECT_THAT(attempted_, SizeIs(1));
+  EXPECT_EQ(end_, ReturnAttempts::End::sessionEnded);
+  EXPECT_EQ(actor_.pendingTimers(), 0u);
+}
+
+TEST_F(ReturnAttemptsTest, TheSessionIsNotAskedForWhileTheDesktopStands) {
+  lose();
+  isThere_ = true;
+  actor_.advance(1s);
+  sessionEnded_ = true;
+  actor_.advance(1h);
+  EXPECT_EQ(end_, std::nullopt);
+}
+
 TEST_F(ReturnAttemptsTest, AnAttemptHasNoMoreTimeThanIsLeft) {
   lose();
   actor_.advance(58s);
-  for (const auto patience : patiences_) EXPECT_EQ(patience, 3s);
+  EXPECT_THAT(patiences_, Each(AllOf(Ge(2250ms), Le(10s))));
   patiences_.clear();
   actor_.advance(1900ms);
-  EXPECT_THAT(patiences_, ElementsAre(250ms));
+  EXPECT_THAT(patiences_, ElementsAre(500ms));
+}
+
+TEST_F(ReturnAttemptsTest, AttemptsBecomeMorePatientWithTheTime) {
+  lose();
+  actor_.advance(24s);
+  EXPECT_THAT(patiences_, ElementsAre(3s, 3s, 3s, 3s, 3875ms, 5875ms, 7875ms, 9875ms, 10s));
 }
 
 TEST_F(ReturnAttemptsTest, AttemptsThatTakeTheirTimeLeaveLessForTheLastOnes) {
@@ -184,7 +236,7 @@ TEST_F(ReturnAttemptsTest, AttemptsThatTakeTheirTimeLeaveLessForTheLastOnes) {
   lose();
   actor_.advance(59s);
   EXPECT_EQ(patiences_.front(), 3s);
-  EXPECT_EQ(patiences_.back(), 100ms);
+  EXPECT_EQ(patiences_.back(), 500ms);
 }
 
 TEST_F(ReturnAttemptsTest, AClockThatIsSetChangesNoBounds) {
@@ -194,8 +246,8 @@ TEST_F(ReturnAttemptsTest, AClockThatIsSetChangesNoBounds) {
   actor_.setWallClock({1e12});
   actor_.advance(60s);
   for (const auto patience : patiences_) {
-    EXPECT_GE(patience, 100ms);
-    EXPECT_LE(patience, 3s);
+    EXPECT_GE(patience, 500ms);
+    EXPECT_LE(patience, 10s);
   }
   EXPECT_EQ(end_, ReturnAttempts::End::limitPassed);
 }

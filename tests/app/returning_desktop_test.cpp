@@ -35,6 +35,7 @@ class ReturningDesktopTest : public testing::Test {
 
   ReturningDesktop::Opened openNext(const ReturningDesktop::Attempt& attempt) {
     ++openings_;
+    isInVain_ = attempt.isInVain;
     if (hangsUp_) attempt.onLost({"The display hung up", true});
     if (!isThere_) return {nullptr, {"There is none.", "Nor is there another."}};
     auto server = std::make_unique<fakes::MemoryWindowServer>();
@@ -74,6 +75,7 @@ class ReturningDesktopTest : public testing::Test {
   int openings_ = 0;
   fakes::MemoryWindowServer* current_ = nullptr;
   std::function<void(const DesktopLoss&)> lose_;
+  std::function<bool()> isInVain_;
   bool sessionEnded_ = false;
   std::vector<std::string> said_;
   ReturningDesktop desktop_{
@@ -243,6 +245,15 @@ TEST_F(ReturningDesktopTest, TheEndOfTheSessionIsToldInOneSentence) {
   EXPECT_THAT(said_, ElementsAre("The display is lost, and the session has ended."));
   actor_.advance(1h);
   EXPECT_THAT(said_, SizeIs(1));
+}
+
+TEST_F(ReturningDesktopTest, AnOpeningIsToldWhenThereIsNoMoreUseInIt) {
+  open();
+  lose();
+  actor_.advance(250ms);
+  EXPECT_FALSE(isInVain_());
+  sessionEnded_ = true;
+  EXPECT_TRUE(isInVain_());
 }
 
 TEST_F(ReturningDesktopTest, ADesktopThatRefusesUsIsLeftAlone) {

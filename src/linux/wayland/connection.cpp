@@ -37,7 +37,7 @@ Connection::~Connection() {
   if (display_) wl_display_flush(display_.get());
 }
 
-std::string Connection::open(Deadline deadline) {
+std::string Connection::open(const Wait& wait) {
   display_.reset(connectToCompositor());
   if (!display_) {
     return std::string("There is no Wayland compositor: ") + std::strerror(errno) + ".";
@@ -47,7 +47,7 @@ std::string Connection::open(Deadline deadline) {
   wl_registry_add_listener(registry_.get(), &registryListener, this);
   // The first answer holds the globals, the second what the outputs tell of themselves.
   for (int answer = 0; answer < 2; ++answer) {
-    if (auto reason = waitForAnswers(display_.get(), deadline); !reason.empty()) return reason;
+    if (auto reason = waitForAnswers(display_.get(), wait); !reason.empty()) return reason;
     if (auto reason = missing(); !reason.empty()) return reason;
     bindOutputs();
   }

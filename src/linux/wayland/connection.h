@@ -30,7 +30,7 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   // Connects and waits for the compositor's answers. An empty text, or why it cannot be used.
-  [[nodiscard]] std::string open(Deadline deadline);
+  [[nodiscard]] std::string open(const Wait& wait);
 
   [[nodiscard]] const Globals& globals() const { return globals_; }
   [[nodiscard]] OutputSet& outputs() { return outputs_; }

@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kHungUp = "The Wayland compositor hung up.";
 constexpr const char* kSilent = "The Wayland compositor does not answer.";
+// How often it is asked whether the wait is in vain, in milliseconds.
+constexpr int kBetweenQuestions = 500;
 
 // As wayland's own rule has it: relative to the runtime folder. Empty where there is none.
 std::string socketPath() {
@@ -50,17 +52,21 @@ int millisecondsUntil(Deadline deadline) {
   return static_cast<int>(std::clamp<long long>(left, 0, 3'600'000));
 }
 
-// Reads what comes next; nothing when something came.
-std::string readMore(wl_display* display, Deadline deadline) {
+bool isOver(const Wait& wait) {
+  return millisecondsUntil(wait.deadline) == 0 || (wait.isInVain && wait.isInVain());
+}
+
+// Reads what comes next; nothing when something came, or may still come.
+std::string readMore(wl_display* display, const Wait& wait) {
   const bool isFull = wl_display_flush(display) < 0 && errno == EAGAIN;
   pollfd waited{wl_display_get_fd(display), static_cast<short>(isFull ? POLLIN | POLLOUT : POLLIN),
                 0};
-  const int ready = poll(&waited, 1, millisecondsUntil(deadline));
+  const int ready = poll(&waited, 1, std::min(millisecondsUntil(wait.deadline), kBetweenQuestions));
   if (ready > 0 && (waited.revents & ~POLLOUT) != 0) {
     return wl_display_read_events(display) < 0 ? kHungUp : "";
   }
   wl_display_cancel_read(display);
-  return ready > 0 ? "" : kSilent;
+  return ready > 0 || (ready == 0 && !isOver(wait)) ? "" : kSilent;
 }
 
 }  // namespace
@@ -72,7 +78,7 @@ wl_display* connectToCompositor() {
   return fd < 0 ? nullptr : wl_display_connect_to_fd(fd);
 }
 
-std::string waitForAnswers(wl_display* display, Deadline deadline) {
+std::string waitForAnswers(wl_display* display, const Wait& wait) {
   static const wl_callback_listener listener = {
       [](void* it, wl_callback*, std::uint32_t) { *static_cast<bool*>(it) = true; }};
   bool answered = false;
@@ -80,7 +86,7 @@ std::string waitForAnswers(wl_display* display, Deadline deadline) {
   wl_callback_add_listener(last.get(), &listener, &answered);
   while (!answered) {
     if (wl_display_prepare_read(display) == 0) {
-      if (auto reason = readMore(display, deadline); !reason.empty()) return reason;
+      if (auto reason = readMore(display, wait); !reason.empty()) return reason;
     }
     if (wl_display_dispatch_pending(display) < 0) return kHungUp;
   }

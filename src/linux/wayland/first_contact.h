@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 struct wl_display;
@@ -14,9 +15,16 @@ using Deadline = std::chrono::steady_clock::time_point;
 // set, where there is none.
 [[nodiscard]] wl_display* connectToCompositor();
 
+// For how long a compositor is waited for.
+struct Wait {
+  Deadline deadline;
+  // Asked twice a second meanwhile: whether there is no more use in it. May be empty.
+  std::function<bool()> isInVain = {};
+};
+
 // Sends what is waiting, and handles events until the compositor has answered all of it. Answers
 // nothing, or why it was not waited for any longer: a signal counts, too, since what it asks for is
 // only done by the loop.
-[[nodiscard]] std::string waitForAnswers(wl_display* display, Deadline deadline);
+[[nodiscard]] std::string waitForAnswers(wl_display* display, const Wait& wait);
 
 }  // namespace orvane::host::wayland

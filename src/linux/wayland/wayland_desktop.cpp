@@ -15,7 +15,8 @@ class LayerShellServer final : public WindowServer {
                      [this](const DesktopLoss& loss) { announceLoss(loss); }}) {}
 
   [[nodiscard]] std::string open() {
-    return connection_.open(std::chrono::steady_clock::now() + neighbours_.patience);
+    return connection_.open(
+        {std::chrono::steady_clock::now() + neighbours_.patience, neighbours_.isInVain});
   }
 
   [[nodiscard]] std::vector<NSScreen> screens() const override {

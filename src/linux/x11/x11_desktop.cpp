@@ -73,7 +73,7 @@ class Desktop final : public WindowServer {
 }  // namespace
 
 X11Desktop makeX11Desktop(const X11Neighbours& neighbours) {
-  auto opened = openWithin(neighbours.patience, {});
+  auto opened = openWithin(neighbours.patience, {}, neighbours.isInVain);
   if (!opened.connection) return {nullptr, std::move(opened.reason)};
   return {std::make_unique<Desktop>(std::move(opened.connection), neighbours), {}};
 }

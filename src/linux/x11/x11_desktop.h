@@ -26,6 +26,8 @@ struct X11Neighbours {
   std::function<void(const DesktopLoss&)> onConnectionLost;
   // How long the first answers are waited for.
   Duration patience = std::chrono::seconds(10);
+  // Asked twice a second meanwhile: whether there is no more use in it. May be empty.
+  std::function<bool()> isInVain = {};
 };
 
 // Either a server or the sentence that tells why there is none.

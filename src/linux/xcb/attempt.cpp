@@ -14,6 +14,15 @@
 
 namespace orvane::host::xcb {
 
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::hours longest{1};
+constexpr std::chrono::milliseconds betweenQuestions{500};
+
+}  // namespace
+
 // Signals are for the thread that has a loop.
 void startAside(std::function<void()> work) {
   sigset_t all;
@@ -41,12 +50,18 @@ void DoneSign::give() const {
   [[maybe_unused]] const auto size = write(descriptor_, &one, sizeof one);
 }
 
-bool DoneSign::waitFor(std::chrono::nanoseconds patience) const {
+bool DoneSign::waitFor(std::chrono::nanoseconds patience,
+                       const std::function<bool()>& isInVain) const {
   using std::chrono::milliseconds;
-  const auto most =
-      std::clamp<long long>(std::chrono::ceil<milliseconds>(patience).count(), 0, 3'600'000);
-  pollfd waited{descriptor_, POLLIN, 0};
-  return poll(&waited, 1, static_cast<int>(most)) > 0;
+  const auto deadline = Clock::now() + std::clamp<std::chrono::nanoseconds>(patience, {}, longest);
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+    const auto most = std::clamp(left, milliseconds(0), betweenQuestions);
+    pollfd waited{descriptor_, POLLIN, 0};
+    const int ready = poll(&waited, 1, static_cast<int>(most.count()));
+    if (ready != 0) return ready > 0;
+    if (left <= betweenQuestions || (isInVain && isInVain())) return false;
+  }
 }
 
 }  // namespace orvane::host::xcb

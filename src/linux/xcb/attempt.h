@@ -23,8 +23,10 @@ class DoneSign {
   [[nodiscard]] int descriptor() const { return descriptor_; }
   void give() const;
   // Whether it was given in time. A signal ends the wait, too, since what it asks for is only done
-  // by the loop.
-  [[nodiscard]] bool waitFor(std::chrono::nanoseconds patience) const;
+  // by the loop; and so does a wait that is in vain, which is asked twice a second where it is
+  // known.
+  [[nodiscard]] bool waitFor(std::chrono::nanoseconds patience,
+                             const std::function<bool()>& isInVain = {}) const;
 
  private:
   const int descriptor_;

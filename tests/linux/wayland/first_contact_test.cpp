@@ -58,9 +58,15 @@ class FirstContactTest : public testing::Test {
   [[nodiscard]] const sockaddr* name() const {
     return reinterpret_cast<const sockaddr*>(&address_);
   }
-  std::string connectWith(Duration patience) {
-    return makeWaylandDesktop(
-               {actor_, schedule_, notifications_, measurer_, painter_, {}, patience})
+  std::string connectWith(Duration patience, std::function<bool()> isInVain = {}) {
+    return makeWaylandDesktop({actor_,
+                               schedule_,
+                               notifications_,
+                               measurer_,
+                               painter_,
+                               {},
+                               patience,
+                               std::move(isInVain)})
         .failure;
   }
 
@@ -122,6 +128,14 @@ TEST_F(FirstContactTest, ACompositorThatHangsUpIsNotWaitedFor) {
   });
   EXPECT_EQ(connectWith(10s), "The Wayland compositor hung up.");
   compositor.join();
+}
+
+TEST_F(FirstContactTest, ACompositorThatNeverAnswersIsWaitedForAsLongAsThereIsUseInIt) {
+  listenAtIt();
+  int asked = 0;
+  EXPECT_EQ(connectWith(1h, [&] { return ++asked == 2; }),
+            "The Wayland compositor does not answer.");
+  EXPECT_EQ(asked, 2);
 }
 
 // A signal is heard by the loop, and the loop waits for us.

@@ -43,6 +43,13 @@ TEST_F(X11FirstContactTest, AServerThatNeverAnswersIsNotWaitedForForEver) {
   EXPECT_EQ(opened.reason, "The X display does not answer.");
 }
 
+TEST_F(X11FirstContactTest, AServerThatNeverAnswersIsWaitedForAsLongAsThereIsUseInIt) {
+  int asked = 0;
+  const auto opened = openWithin(1h, display_, [&] { return ++asked == 2; });
+  EXPECT_EQ(opened.reason, "The X display does not answer.");
+  EXPECT_EQ(asked, 2);
+}
+
 TEST_F(X11FirstContactTest, AServerThatHangsUpIsNotWaitedFor) {
   std::thread server([this] { close(accept(fd_, nullptr, nullptr)); });
   const auto opened = openWithin(1h, display_);
