@@ -69,14 +69,14 @@ void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '
 
 ReturningDesktop::Environment desktopEnvironment(const Base& base, const Stage& stage,
                                                  const host::SessionSigns& session) {
-  return {
-      stage.mainActor, stage.notifications,
-      [&stage](const auto& attempt) { return openDesktop(environmentVariable, stage, attempt); },
-      [&session] { return session.hasEnded(); },
-      [quit = base.quitting()](const std::string& sentence) {
-        say(sentence);
-        quit();
-      }};
+  const auto kinds = std::make_shared<DesktopKinds>(desktopKinds(environmentVariable, stage));
+  return {stage.mainActor, stage.notifications,
+          [kinds](const auto& attempt) { return kinds->open(attempt); },
+          [&session] { return session.hasEnded(); },
+          [quit = base.quitting()](const std::string& sentence) {
+            say(sentence);
+            quit();
+          }};
 }
 
 // Why each display that is named cannot be used is a sentence; together they are one line.

@@ -25,35 +25,39 @@ constexpr const char* kNothingNamed =
     "there is no desktop to show the dashboard on: DISPLAY is not set";
 #endif
 
+// Of a host's own kind.
+template <class Desktop>
+ReturningDesktop::Opened opened(Desktop desktop) {
+  if (desktop.server) return {std::move(desktop.server), {}};
+  return {nullptr, {std::move(desktop.failure)}};
+}
+
 bool isNamed(const host::Environment& environment, const char* variable) {
   return !environment(variable).value_or("").empty();
 }
 
 }  // namespace
 
-ReturningDesktop::Opened openDesktop(const host::Environment& environment, const Stage& stage,
-                                     const ReturningDesktop::Attempt& attempt) {
-  std::vector<std::string> failures;
+DesktopKinds desktopKinds(const host::Environment& environment, const Stage& stage) {
+  std::vector<DesktopKinds::Kind> kinds;
+  const auto add = [&](const char* variable, auto open) {
+    kinds.push_back({[environment, variable] { return isNamed(environment, variable); }, open});
+  };
 #ifdef ORVANE_WAYLAND
-  if (isNamed(environment, "WAYLAND_DISPLAY")) {
-    auto desktop =
-        host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
-                                  stage.measurer, stage.painter, attempt.onLost, attempt.patience});
-    if (desktop.server) return {std::move(desktop.server), {}};
-    failures.push_back(desktop.failure);
-  }
+  add("WAYLAND_DISPLAY", [stage](const ReturningDesktop::Attempt& attempt) {
+    return opened(host::makeWaylandDesktop({stage.mainActor, stage.schedule, stage.notifications,
+                                            stage.measurer, stage.painter, attempt.onLost,
+                                            attempt.patience, attempt.isInVain}));
+  });
 #endif
 #ifdef ORVANE_X11
-  if (isNamed(environment, "DISPLAY")) {
-    auto desktop =
+  add("DISPLAY", [stage](const ReturningDesktop::Attempt& attempt) {
+    return opened(
         host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications, stage.measurer,
-                              stage.painter, attempt.onLost, attempt.patience});
-    if (desktop.server) return {std::move(desktop.server), {}};
-    failures.push_back(desktop.failure);
-  }
+                              stage.painter, attempt.onLost, attempt.patience, attempt.isInVain}));
+  });
 #endif
-  if (failures.empty()) failures.emplace_back(kNothingNamed);
-  return {nullptr, std::move(failures)};
+  return {std::move(kinds), kNothingNamed};
 }
 
 }  // namespace orvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/returning_desktop.h"
+#include "app/desktop_kinds.h"
 #include "foundation/main_actor.h"
 #include "linux/files/base_directory.h"
 #include "platform/notification_center.h"
@@ -19,10 +19,8 @@ struct Stage {
   Painter& painter;
 };
 
-// The desktop that the environment names: the Wayland compositor where it has the layer shell, else
-// the X server.
-[[nodiscard]] ReturningDesktop::Opened openDesktop(const host::Environment& environment,
-                                                   const Stage& stage,
-                                                   const ReturningDesktop::Attempt& attempt);
+// The desktops that the environment may name: the Wayland compositor where it has the layer shell,
+// else the X server.
+[[nodiscard]] DesktopKinds desktopKinds(const host::Environment& environment, const Stage& stage);
 
 }  // namespace orvane
