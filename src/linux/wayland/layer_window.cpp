@@ -20,6 +20,8 @@ constexpr std::int64_t largePaint = 128 * 1024;
 // A surface that has lived this long was not refused.
 constexpr int healthyTicks = 10;
 constexpr int mostRefusals = 8;
+// A picture that waits for so many ticks to be shown is seen by nobody.
+constexpr int mostTicksUnseen = 2;
 constexpr std::chrono::milliseconds firstRetry{250};
 // Changes that are remembered one by one while the compositor is waited for.
 constexpr std::size_t mostChanges = 64;
@@ -150,7 +152,10 @@ void LayerWindow::beginTicks() {
 void LayerWindow::tick(Date instant) {
   instant_ = instant;
   if (surface_ && ++ticksShown_ >= healthyTicks) closedInARow_ = 0;
+  ticksUnseen_ = surface_ && surface_->isFramePending() ? ticksUnseen_ + 1 : 0;
   refresh();
+  // Until the picture is shown. A young surface goes on counting its ticks.
+  if (ticksUnseen_ >= mostTicksUnseen && ticksShown_ >= healthyTicks) ticks_.cancel();
 }
 
 void LayerWindow::rebuildLater() {
@@ -175,6 +180,7 @@ void LayerWindow::refresh() {
   if (!onScreen_ || !scene_ || output_ == 0 || refused_ || retry_) return;
   stale_ = surface_ && surface_->isFramePending();
   if (stale_) return;
+  beginTicks();  // which rest while nobody sees anything
   const auto changes = scene_->update(instant_, frame_.size());
   changed_.insert(changed_.end(), changes.begin(), changes.end());
   if (changed_.size() > mostChanges) changeAll();

@@ -20,7 +20,8 @@ namespace orvane::host::wayland {
 // window's frame. While nothing is drawn, or no output has the frame, there is no surface.
 //
 // The picture follows three rules. Time comes from the schedule alone. Drawing waits until the
-// compositor has shown the last picture, and then draws what is true by then. A change that is
+// compositor has shown the last picture, and then draws what is true by then; where that takes
+// long, the window does not hear the schedule either, for as long as it takes. A change that is
 // announced between two ticks is drawn with the instant of the last one, so that no second is
 // shown early.
 class LayerWindow final : public NSWindow,
@@ -92,6 +93,7 @@ class LayerWindow final : public NSWindow,
   int closedInARow_ = 0;     // surfaces that the compositor closed soon after they were made
   bool refused_ = false;     // the compositor wants no surface of this window
   int ticksShown_ = 0;       // of the present surface
+  int ticksUnseen_ = 0;      // in a row, while a picture waited to be shown
   Subscription ticks_;
   Subscription contentWillChange_;
   Subscription outputRemoved_;

@@ -173,6 +173,50 @@ TEST_F(LayerWindowTest, NothingIsDrawnUntilTheLastPictureIsShown) {
   EXPECT_EQ(lastPicture().pixels, painted(instant, 1, {60, 40}, 300, 100));
 }
 
+TEST_F(LayerWindowTest, HearsNoTicksWhileNobodySeesIt) {
+  show();
+  compositor.releasesAtOnce = true;
+  tick(10);
+  compositor.showsAtOnce = false;
+  tick(2);
+  EXPECT_EQ(schedule.listeners(), 1U) << "the compositor may only be slow";
+  tick();
+  EXPECT_EQ(schedule.listeners(), 0U);
+  actor.setWallClock({1'795'003'000.7});
+  view->willChange.send();
+  settle();
+  EXPECT_EQ(schedule.listeners(), 0U);
+  const auto before = pictures().size();
+  surface().showFrame();
+  settle();
+  EXPECT_EQ(schedule.listeners(), 1U);
+  ASSERT_THAT(pictures(), SizeIs(before + 1));
+  EXPECT_EQ(lastPicture().pixels, painted({1'795'003'000}, 1, {60, 40}, 300, 100));
+}
+
+TEST_F(LayerWindowTest, ASurfaceThatWasNotSeenYetGoesOnHearingTicks) {
+  compositor.showsAtOnce = false;
+  show();
+  tick(9);
+  EXPECT_EQ(schedule.listeners(), 1U);
+  tick();
+  EXPECT_EQ(schedule.listeners(), 0U);
+}
+
+TEST_F(LayerWindowTest, ClosedWhileNobodySeesItItComesBackWithItsTicks) {
+  compositor.showsAtOnce = false;
+  show();
+  tick(10);
+  surface().close();
+  compositor.showsAtOnce = true;
+  settle();
+  actor.advance(std::chrono::milliseconds(250));
+  settle();
+  ASSERT_THAT(compositor.surfaces(), SizeIs(2));
+  EXPECT_EQ(schedule.listeners(), 1U);
+  EXPECT_EQ(lastPicture().pixels, painted({1'795'000'000}, 1, {60, 40}, 300, 100));
+}
+
 TEST_F(LayerWindowTest, ASlowCompositorMissesNoSecondOnceItIsReady) {
   compositor.showsAtOnce = false;
   show();
