@@ -4,6 +4,7 @@
 #include <xcb/randr.h>
 #include <xcb/screensaver.h>
 #include <xcb/shm.h>
+#include <xcb/xcbext.h>
 #include <xcb/xfixes.h>
 
 #include <cstdio>
@@ -138,8 +139,19 @@ void Connection::deliver(const xcb_generic_event_t& event) {
   events_.send(event);
 }
 
+// All of them were asked for when the connection was opened.
+std::vector<Extension> Connection::extensions() const {
+  std::vector<Extension> found;
+  for (auto* id : {&xcb_xfixes_id, &xcb_randr_id, &xcb_shm_id, &xcb_screensaver_id}) {
+    const auto* told = xcb_get_extension_data(handle_, id);
+    if (told == nullptr || told->present == 0) continue;
+    found.push_back({id->name, told->major_opcode, told->first_error});
+  }
+  return found;
+}
+
 void Connection::report(const xcb_generic_error_t& error) {
-  const std::string sentence = describe(error);
+  const std::string sentence = describe(error, extensions());
   if (reported_.insert(sentence).second) std::fprintf(stderr, "orvane: %s\n", sentence.c_str());
 }
 

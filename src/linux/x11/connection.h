@@ -3,9 +3,11 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "foundation/subject.h"
 #include "linux/x11/atoms.h"
+#include "linux/x11/protocol_error.h"
 #include "linux/x11/xcb_types.h"
 #include "view/pixel_grid.h"
 
@@ -61,6 +63,7 @@ class Connection {
   std::string learnScreen(int number);
   std::string learnExtensions();
   void learnSharedMemory();
+  [[nodiscard]] std::vector<Extension> extensions() const;
   void report(const xcb_generic_error_t& error);
 
   xcb_connection_t* handle_;

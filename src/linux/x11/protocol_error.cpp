@@ -51,21 +51,41 @@ constexpr std::array errors = {
     Named{XCB_IMPLEMENTATION, "BadImplementation"},
 };
 
+// Null for a code that has no name here.
 template <class Table>
-std::string nameIn(const Table& table, int code, const std::string& otherwise) {
+const char* nameIn(const Table& table, int code) {
   for (const Named& named : table) {
     if (named.code == code) return named.name;
   }
-  return otherwise;
+  return nullptr;
+}
+
+std::string requestOf(const xcb_generic_error_t& error, const std::vector<Extension>& extensions) {
+  if (const char* name = nameIn(requests, error.major_code)) return name;
+  const auto minor = std::to_string(error.minor_code);
+  for (const auto& extension : extensions) {
+    if (extension.request == error.major_code) return extension.name + " request " + minor;
+  }
+  return "request " + std::to_string(error.major_code) + "." + minor;
+}
+
+// Extensions count their errors from the first number that was given to them.
+std::string reasonOf(const xcb_generic_error_t& error, const std::vector<Extension>& extensions) {
+  if (const char* name = nameIn(errors, error.error_code)) return name;
+  const Extension* raised = nullptr;
+  for (const auto& each : extensions) {
+    if (each.firstError == 0 || each.firstError > error.error_code) continue;
+    if (raised == nullptr || each.firstError > raised->firstError) raised = &each;
+  }
+  if (raised == nullptr) return "error " + std::to_string(error.error_code);
+  return raised->name + " error " + std::to_string(error.error_code - raised->firstError);
 }
 
 }  // namespace
 
-std::string describe(const xcb_generic_error_t& error) {
-  const std::string request =
-      "request " + std::to_string(error.major_code) + "." + std::to_string(error.minor_code);
-  return "The X server refused " + nameIn(requests, error.major_code, request) + ": " +
-         nameIn(errors, error.error_code, "error " + std::to_string(error.error_code)) + ".";
+std::string describe(const xcb_generic_error_t& error, const std::vector<Extension>& extensions) {
+  return "The X server refused " + requestOf(error, extensions) + ": " +
+         reasonOf(error, extensions) + ".";
 }
 
 }  // namespace orvane::host::x11
