@@ -173,6 +173,14 @@ class DesktopSession:
 
     def processes(self):
         """The command lines of all processes that have this session's folder as their home."""
+        return [command for _, command in self._processes()]
+
+    def processes_called(self, name):
+        """The numbers of those of them that run this program."""
+        called = lambda command: os.path.basename(command.split()[0]) == name
+        return [number for number, command in self._processes() if command and called(command)]
+
+    def _processes(self):
         home = ("HOME=%s" % self.folder).encode()
         found = []
         for entry in os.listdir("/proc"):
@@ -181,7 +189,8 @@ class DesktopSession:
                     if not entry.isdigit() or home not in file.read().split(b"\0"):
                         continue
                 with open("/proc/%s/cmdline" % entry, "rb") as file:
-                    found.append(file.read().replace(b"\0", b" ").decode(errors="replace").strip())
+                    command = file.read().replace(b"\0", b" ").decode(errors="replace").strip()
+                found.append((int(entry), command))
             except OSError:
                 continue
         return found

@@ -3,13 +3,15 @@
 import json
 import os
 import shutil
+import signal
+import subprocess
 
 import gi
 
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-from desktop_session import DesktopSession, eventually, program
+from desktop_session import COMPANIONS, DesktopSession, eventually, program
 from picture import Picture
 
 DISPLAY = "kwin-0"
@@ -117,6 +119,24 @@ class KWinSession(DesktopSession):
         self.kwin = self.start(copy, *self._arguments, environment=environment)
         eventually("KWin answers", lambda: self.has_name("org.kde.KWin"), 40)
         self.picture()
+
+    def kill_kwin(self):
+        """What starts anew later is found under the same name."""
+        self.kwin.end(signal.SIGKILL)
+        eventually("its name is given up", lambda: not self.has_name("org.kde.KWin"))
+
+    def slim(self, path):
+        """The program without what debuggers want. KWin reads the whole of a client's program before
+        it answers it."""
+        path = self.within_reach(path)
+        folder, name = self.path("slim"), os.path.basename(path)
+        os.makedirs(folder, exist_ok=True)
+        for each in COMPANIONS[name]:
+            os.symlink(os.path.join(os.path.dirname(path), each), os.path.join(folder, each))
+        slim = os.path.join(folder, name)
+        subprocess.run(["strip", "-g", "-o", slim, path], check=True)
+        os.chmod(slim, 0o755)
+        return slim
 
     # ---- The bus
 

@@ -1,11 +1,13 @@
 """What is particular about KWin: its scales, its order of outputs, outputs that show the same, and
 the blur behind glass; and the program on outputs that change."""
 
+import os
 import re
+import time
 import unittest
 
-from agenda import set_defaults
-from desktop_session import eventually, program, run_tests
+from agenda import add_calendars, set_defaults
+from desktop_session import eventually, own_display, program, run_tests
 from kwin_session import BACKGROUND, KWinSession
 from sway_probe_test import DIGITS, PANEL, PANEL_BOX, shown_time
 
@@ -82,11 +84,11 @@ class Scales(unittest.TestCase):
 
 
 class Outputs(unittest.TestCase):
-    def begin(self, kwin, **settings):
+    def begin(self, kwin, environment=None, **settings):
         for output in ("Virtual-0", "Virtual-1"):
             kwin.background(output)
         set_defaults(kwin, **settings)
-        return kwin.start(program("orvane"))
+        return kwin.start(program("orvane"), environment=environment)
 
     def see(self, kwin, output, seen=True):
         def look():
@@ -140,6 +142,72 @@ class Outputs(unittest.TestCase):
             eventually("the board stands on a portrait screen", is_portrait)
             self.assertEqual(running.end(), 0)
             self.assertEqual(running.output, "")
+
+
+    def have_nothing_drawn_for_them_while_they_are_off(self):
+        with KWinSession(outputs=2) as kwin:
+            add_calendars(kwin)
+            running = self.begin(kwin, {"WAYLAND_DEBUG": "client"}, displayMode="all")
+            self.see(kwin, "Virtual-1")
+            drawn = lambda: self.surfaces_drawn(running)
+            eventually("both are drawn", lambda: drawn() == 2)
+            kwin.configure("output.Virtual-1.disable")
+            eventually("one is drawn", lambda: drawn() == 1)
+            self.assertEqual(drawn(), 1)
+            kwin.configure("output.Virtual-1.enable")
+            eventually("both are drawn again", lambda: drawn() == 2)
+            self.see(kwin, "Virtual-1")
+            self.assertEqual(running.end(), 0)
+
+    @staticmethod
+    def surfaces_drawn(running):
+        """How many get a picture within some seconds."""
+        before = len(running.output)
+        time.sleep(2.5)
+        return len(set(re.findall(r"(wl_surface@\d+)\.attach", running.output[before:])))
+
+
+class Loss(unittest.TestCase):
+    """KWin is killed and started again; the board waits for it."""
+
+    def begin(self, kwin, **environment):
+        kwin.background()
+        running = kwin.start(kwin.slim(program("orvane")), environment=environment)
+        self.see_board(kwin)
+        return running
+
+    def see_board(self, kwin):
+        seen = lambda: kwin.picture().pixel(*ON_THE_GLASS) not in (BACKGROUND, (0, 0, 0))
+        eventually("the board is seen", seen, 60)
+
+    def return_to(self, kwin):
+        kwin.start_kwin()
+        kwin.background()
+        self.see_board(kwin)
+
+    def is_survived(self):
+        with KWinSession() as kwin:
+            running = self.begin(kwin)
+            for _ in range(2):
+                kwin.kill_kwin()
+                self.return_to(kwin)
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
+
+    def for_a_while_does_not_move_the_board_to_an_x_server(self):
+        """Which stands all along, as an Xwayland may that comes back before its compositor."""
+        with KWinSession() as kwin:
+            display = own_display()
+            kwin.start("Xvfb", display, "-nolisten", "tcp", "-noreset")
+            socket = "/tmp/.X11-unix/X" + display[1:]
+            eventually("there is an X server", lambda: os.path.exists(socket))
+            running = self.begin(kwin, DISPLAY=display)
+            kwin.kill_kwin()
+            # The first attempts are over by then, and others are to come.
+            time.sleep(5)
+            self.return_to(kwin)
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
 
 
 class Blur(unittest.TestCase):
