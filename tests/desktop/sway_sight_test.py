@@ -1,11 +1,13 @@
 """The program on outputs of every kind under a real sway, and on outputs where nobody can see it."""
 
 import json
+import re
 import time
 import unittest
 
 from agenda import add_calendar, set_defaults
 from desktop_session import eventually, program, run_tests
+from journey import Journey
 from protocol_trace import ProtocolTrace
 from sway_program_test import ON_THE_BOARD, wait_for_board
 from sway_session import BACKGROUND, SwaySession
@@ -28,16 +30,28 @@ class OutOfSight(unittest.TestCase):
     """Nothing is drawn, and no buffer is touched; what is seen again is right at once."""
 
     def frames(self, sway):
-        (frames,) = ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces
-        return frames
+        """Of all surfaces that the board ever had."""
+        return sum(ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces, [])
 
     def rests(self, sway):
         before = len(self.frames(sway))
         time.sleep(3.2)
         return len(self.frames(sway)) == before
 
-    def assert_rests_until(self, sway, shown_again):
+    @staticmethod
+    def sleeps(running):
+        """Whether the program does nothing at all for some seconds, but for what the session's
+        other programs ask of it."""
+        with open("/proc/%d/status" % running.process.pid, encoding="ascii") as file:
+            woken = lambda text: int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", text, re.M)[1])
+            before = woken(file.read())
+            time.sleep(4.2)
+            file.seek(0)
+            return woken(file.read()) - before < 2
+
+    def assert_rests_until(self, sway, running, shown_again):
         eventually("it is drawn no more", lambda: self.rests(sway), 40)
+        eventually("it sleeps", lambda: self.sleeps(running), 60)
         before = len(self.frames(sway))
         asked = time.time()
         shown_again()
@@ -52,7 +66,7 @@ class OutOfSight(unittest.TestCase):
             running = begin(sway)
             sway.window()
             sway.message("fullscreen", "enable")
-            self.assert_rests_until(sway, lambda: sway.message("fullscreen", "disable"))
+            self.assert_rests_until(sway, running, lambda: sway.message("fullscreen", "disable"))
             self.assertEqual(running.output, "")
 
     def behind_the_lock_screen(self):
@@ -62,7 +76,7 @@ class OutOfSight(unittest.TestCase):
             x, y = ON_THE_BOARD
             hidden = lambda: sway.picture().pixel(x, y) == (0x20, 0x20, 0x20)
             eventually("it is locked", hidden)
-            self.assert_rests_until(sway, lock.end)
+            self.assert_rests_until(sway, running, lock.end)
             self.assertEqual(running.output, "")
 
 
@@ -120,6 +134,39 @@ class Modes(unittest.TestCase):
         except AssertionError:
             return False
         return told["rect"]["width"] == width and told["rect"]["height"] == height
+
+
+class Zone(unittest.TestCase):
+    # Where the board says which day it is.
+    DATE = (40, 50, 340, 100)
+    # More than a day apart.
+    LAST, FIRST = "Etc/GMT+11", "Etc/GMT-14"
+
+    def date(self, sway):
+        return sway.picture(MAIN).cropped(*self.DATE)
+
+    def that_is_another_one_shows_its_day_at_once(self):
+        with SwaySession(outputs=1) as sway:
+            add_calendar(sway)
+            sway.background()
+            journey = Journey(sway, self.LAST)
+            command = ("env", "-u", "TZ", sway.within_reach(program("orvane")))
+            running = sway.start(*command, around=journey.around)
+            wait_for_board(sway, MAIN)
+            there = eventually("the board says the day", lambda: self.settled(sway), 60)
+            for zone in (self.FIRST, self.LAST) * 2:
+                journey.go_to(zone)
+                is_back = zone == self.LAST
+                shows = lambda: (self.date(sway) == there) == is_back
+                eventually("the board says the day of %s" % zone, shows)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def settled(self, sway):
+        """The same for some seconds: it is no countdown that is looked at."""
+        before = self.date(sway)
+        time.sleep(2.5)
+        now = self.date(sway)
+        return now if now == before and now.count((255, 255, 255)) > 100 else None
 
 
 class Scales(unittest.TestCase):

@@ -4,12 +4,12 @@ zone to zone and across a midnight; everything else takes its own time."""
 
 import glob
 import os
-import shutil
 import time
 import unittest
 
 from agenda import CALENDARS, calendar, event, set_defaults
 from desktop_session import eventually, program, run_tests
+from journey import Journey
 from portal_session import PortalSession
 from trace_rules import CALLS, Rules
 from xfce_session import XfceSession
@@ -17,8 +17,6 @@ from xfce_session import XfceSession
 # From eleven hours behind to fourteen ahead; the signs are those of the zones' names.
 HOURS = ["Etc/GMT%+d" % -hours for hours in range(-11, 15)]
 STEP = 1.5
-# The system's configuration as the watched programs see it is a copy, in which the zone changes.
-WITH_OWN_CONFIGURATION = 'mount --bind "$1" /etc && shift && exec "$@"'
 # For the settings window: a session that has no more than this one.
 WINDOW = {"GTK_A11Y": "none", "GSK_RENDERER": "cairo"}
 # Where the board says which day it is, at 1280 × 720.
@@ -38,29 +36,6 @@ def add_calendar(session, name):
     """With something to count down to in every hour of two days."""
     hours = [event("%s %d" % (name, hour), 3600 * hour) for hour in range(1, 49)]
     session.write(calendar(*hours), *CALENDARS, name, "events.ics")
-
-
-class Journey:
-    """The zone of the watched programs."""
-
-    def __init__(self, session):
-        self.configuration = session.path("etc")
-        shutil.copytree("/etc", self.configuration, symlinks=True, ignore=_unreadable)
-        self.go_to(HOURS[0])
-
-    def go_to(self, zone):
-        unfinished = os.path.join(self.configuration, "unfinished")
-        os.symlink("/usr/share/zoneinfo/" + zone, unfinished)
-        os.rename(unfinished, os.path.join(self.configuration, "localtime"))
-
-    def around(self, command):
-        """The command, as whoever may do so runs it there."""
-        own = ["unshare", "-m"] if os.geteuid() == 0 else ["unshare", "-r", "-m"]
-        return [*own, "sh", "-c", WITH_OWN_CONFIGURATION, "sh", self.configuration, *command]
-
-
-def _unreadable(folder, names):
-    return [name for name in names if not os.access(os.path.join(folder, name), os.R_OK)]
 
 
 class Trace:
@@ -114,7 +89,7 @@ class Day(unittest.TestCase):
             self.assertTrue(any("O_CREAT" in line or "rename" in line for line in remembered))
 
     def spend(self, session):
-        journey = Journey(session)
+        journey = Journey(session, HOURS[0])
         self.trace = Trace(session, journey)
         add_calendar(session, "day")
         running = self.trace.start(program("orvane"), environment=WINDOW)
@@ -169,7 +144,7 @@ class Day(unittest.TestCase):
 class Watching(unittest.TestCase):
     def finds_what_another_program_does(self):
         with XfceSession() as session:
-            trace = Trace(session, Journey(session))
+            trace = Trace(session, Journey(session, HOURS[0]))
             session.write(INTRUDER, "intruder.py")
             intruder = trace.start("/usr/bin/python3", "-B", session.path("intruder.py"))
             self.assertEqual(intruder.process.wait(timeout=60), 0, intruder.output)
