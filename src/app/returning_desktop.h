@@ -80,8 +80,7 @@ class ReturningDesktop final : public WindowServer {
   std::int32_t backstopLevel_ = 0;
   std::string lostWhat_;
   std::vector<std::weak_ptr<ReturningWindow>> windows_;
-  Subscription
-      loyalty_;  // while it is on, no other kind of desktop takes the place of the lost one
+  Subscription loyalty_;  // while it is on, only the kind of desktop that was lost will do
   ReturnAttempts attempts_;
   // Another one for each connection, so that nothing is heard of those before.
   std::shared_ptr<bool> connection_;
