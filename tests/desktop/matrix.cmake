@@ -43,7 +43,8 @@ if(ORVANE_X11)
   set_target_properties(user_unit PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY
                         "${CMAKE_BINARY_DIR}/tests")
   foreach(test is_started_when_the_program_asks_for_it shows_a_board_on_every_monitor
-               is_drawn_at_the_scale_that_the_session_sets)
+               is_drawn_at_the_scale_that_the_session_sets
+               that_is_killed_is_started_again_for_the_board)
     add_test(NAME "mutter.Xwayland.${test}"
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/mutter_program_test.py"
                      "Xwayland.${test}")
