@@ -70,6 +70,7 @@ set(script sway_sight_test.py)
 sway_test(${script} OutOfSight behind_a_window_that_fills_the_output
           behind_the_lock_screen)
 sway_test(${script} Modes that_stand_upright of_one_pixel of_sixteen_thousand_pixels)
+sway_test(${script} Zone that_is_another_one_shows_its_day_at_once)
 sway_test(${script} Scales between_one_and_two_are_drawn_as_two)
 
 sway_test(sway_soak_test.py Storm of_output_changes_leaves_the_boards_where_they_were)
@@ -78,9 +79,13 @@ sway_test(sway_soak_test.py Storm of_output_changes_leaves_the_boards_where_they
 set(script sway_loss_test.py)
 sway_test(${script} Loss is_survived_with_the_agenda_of_the_time
           is_survived_while_it_stands_on_another_screen is_survived_twenty_times_in_a_row
-          ends_with_the_session ends_after_a_minute ends_at_once_when_asked_to)
+          ends_with_the_session ends_after_a_minute ends_at_once_when_asked_to
+          ends_at_once_when_asked_to_while_a_compositor_is_silent)
 set_tests_properties(sway.Loss.is_survived_twenty_times_in_a_row sway.Loss.ends_after_a_minute
                      PROPERTIES TIMEOUT 300)
+set_tests_properties(
+  sway.Loss.ends_with_the_session sway.Loss.ends_at_once_when_asked_to
+  sway.Loss.ends_at_once_when_asked_to_while_a_compositor_is_silent PROPERTIES RUN_SERIAL ON)
 
 sway_test(picture_test.py Pictures are_read_from_a_file are_read_from_rows_with_padding are_cut_and_joined
           are_kept_as_png count_a_color_within_a_rectangle
