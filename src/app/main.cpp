@@ -70,9 +70,14 @@ void say(const std::string& sentence) { std::cerr << "orvane: " << sentence << '
 ReturningDesktop::Environment desktopEnvironment(const Base& base, const Stage& stage,
                                                  const host::SessionSigns& session) {
   const auto kinds = std::make_shared<DesktopKinds>(desktopKinds(environmentVariable, stage));
-  return {stage.mainActor, stage.notifications,
-          [kinds](const auto& attempt) { return kinds->open(attempt); },
-          [&session] { return session.hasEnded(); },
+  // A signal that came just before the wait for a desktop does not interrupt it.
+  const auto open = [kinds, &loop = *base.loop](ReturningDesktop::Attempt attempt) {
+    attempt.isInVain = [&loop, isInVain = attempt.isInVain] {
+      return loop.doesSignalWait() || isInVain();
+    };
+    return kinds->open(attempt);
+  };
+  return {stage.mainActor, stage.notifications, open, [&session] { return session.hasEnded(); },
           [quit = base.quitting()](const std::string& sentence) {
             say(sentence);
             quit();

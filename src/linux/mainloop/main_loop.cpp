@@ -44,6 +44,7 @@ class GLibMainLoop final : public MainLoop {
   Subscription onSignal(int signal, std::function<void()> received) override {
     return watchSignal(signal, std::move(received));
   }
+  [[nodiscard]] bool doesSignalWait() const override { return host::doesSignalWait(); }
 
  private:
   std::optional<int> status_;

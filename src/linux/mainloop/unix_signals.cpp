@@ -2,6 +2,7 @@
 
 #include <sys/eventfd.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -19,8 +20,12 @@ namespace {
 // A signal handler is handed nothing but the number, so where to write must stand here.
 std::array<std::atomic<int>, NSIG> descriptorOfSignal{};
 
+// Those that were sent and are not told yet.
+std::array<std::atomic<bool>, NSIG> waits{};
+
 void handle(int signal) {
   const int saved = errno;
+  waits.at(signal) = true;
   const std::uint64_t one = 1;
   [[maybe_unused]] const auto size = ::write(descriptorOfSignal.at(signal), &one, sizeof one);
   errno = saved;
@@ -42,12 +47,16 @@ class SignalWatch {
   }
   SignalWatch(const SignalWatch&) = delete;
   SignalWatch& operator=(const SignalWatch&) = delete;
-  ~SignalWatch() { sigaction(signal_, &previous_, nullptr); }
+  ~SignalWatch() {
+    sigaction(signal_, &previous_, nullptr);
+    waits.at(signal_) = false;
+  }
 
  private:
   void deliver() {
     std::uint64_t count = 0;
     if (::read(descriptor_.get(), &count, sizeof count) <= 0) return;
+    waits.at(signal_) = false;
     const auto received = received_;  // the watch may end inside
     received();
   }
@@ -64,6 +73,10 @@ class SignalWatch {
 Subscription watchSignal(int signal, std::function<void()> received) {
   auto watch = std::make_shared<SignalWatch>(signal, std::move(received));
   return Subscription([watch]() mutable { watch.reset(); });
+}
+
+bool doesSignalWait() {
+  return std::any_of(waits.begin(), waits.end(), [](const auto& each) { return each.load(); });
 }
 
 }  // namespace orvane::host

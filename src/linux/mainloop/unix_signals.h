@@ -13,4 +13,7 @@ namespace orvane::host {
 // A handler and not a blocked signal with a descriptor, because children would inherit the block.
 Subscription watchSignal(int signal, std::function<void()> received);
 
+// Whether one of those signals was sent and is not told yet. Main thread only.
+bool doesSignalWait();
+
 }  // namespace orvane::host

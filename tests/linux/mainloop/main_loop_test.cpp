@@ -138,6 +138,18 @@ TEST_F(MainLoopTest, DeliversSignalsAsTurnsOfTheLoop) {
   EXPECT_THAT(ran, ElementsAre("SIGTERM"));
 }
 
+TEST_F(MainLoopTest, KnowsOfASignalBeforeItIsDelivered) {
+  auto subscription = loop->onSignal(SIGTERM, [this] { loop->quit(0); });
+  EXPECT_FALSE(loop->doesSignalWait());
+  raise(SIGTERM);
+  EXPECT_TRUE(loop->doesSignalWait());
+  loop->run();
+  EXPECT_FALSE(loop->doesSignalWait());
+  raise(SIGTERM);
+  subscription.cancel();
+  EXPECT_FALSE(loop->doesSignalWait()) << "nobody is told of it any more";
+}
+
 TEST_F(MainLoopTest, GivesTheSignalBackWithTheSubscription) {
   loop->onSignal(SIGUSR1, [] {}).cancel();
   struct sigaction current {};
