@@ -15,13 +15,9 @@ life_test(start_test.py Start without_a_desktop_ends_in_one_line
           where_no_display_is_served_ends_in_one_line where_no_display_answers_ends_in_one_line
           with_a_question_answers_it with_any_other_argument_ends_in_one_line)
 
-# What measures time runs alone. A program under the sanitizers looks for leaks before it ends.
+# What measures time runs alone.
 life_test(end_test.py End after_a_termination_is_quick_and_saves after_an_interrupt_is_quick_and_saves
           after_a_call_is_quick_and_saves)
-set(end_seconds 1)
-if(ORVANE_SANITIZE)
-  set(end_seconds 3)
-endif()
 foreach(test after_a_termination_is_quick_and_saves after_an_interrupt_is_quick_and_saves
         after_a_call_is_quick_and_saves)
   set_tests_properties(life.End.${test} PROPERTIES RUN_SERIAL ON ENVIRONMENT

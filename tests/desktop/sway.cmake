@@ -85,7 +85,8 @@ set_tests_properties(sway.Loss.is_survived_twenty_times_in_a_row sway.Loss.ends_
                      PROPERTIES TIMEOUT 300)
 set_tests_properties(
   sway.Loss.ends_with_the_session sway.Loss.ends_at_once_when_asked_to
-  sway.Loss.ends_at_once_when_asked_to_while_a_compositor_is_silent PROPERTIES RUN_SERIAL ON)
+  sway.Loss.ends_at_once_when_asked_to_while_a_compositor_is_silent PROPERTIES RUN_SERIAL ON
+  ENVIRONMENT "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_END_SECONDS=${end_seconds}")
 
 sway_test(picture_test.py Pictures are_read_from_a_file are_read_from_rows_with_padding are_cut_and_joined
           are_kept_as_png count_a_color_within_a_rectangle

@@ -9,6 +9,7 @@ import unittest
 
 from agenda import add_calendar, set_defaults
 from desktop_session import eventually, program, run_tests
+from end_test import LIMIT
 from private_bus import start_bus
 from sway_program_test import ON_THE_BOARD, is_bare, wait_for_board
 from sway_session import BACKGROUND, SwaySession
@@ -34,12 +35,6 @@ def stand(sway, output="HEADLESS-1"):
 
 def beside_the_board(sway, output):
     return sway.picture(output).pixel(1270, 710)
-
-
-def at_once():
-    """What that is in seconds; a program that is built with sanitizers takes three times as long."""
-    with open(program("orvane"), "rb") as file:
-        return 3 if b"__asan_init" in file.read() else 1
 
 
 def open_files(running):
@@ -102,7 +97,7 @@ class Loss(unittest.TestCase):
             daemon.end(signal.SIGKILL)
             ended = time.monotonic()
             self.assertEqual(running.process.wait(timeout=20), 0)
-            self.assertLess(time.monotonic() - ended, at_once())
+            self.assertLess(time.monotonic() - ended, LIMIT)
             self.assertEqual(running.output, LOST + ", and the session has ended.\n")
 
     def ends_after_a_minute(self):
@@ -136,7 +131,7 @@ class Loss(unittest.TestCase):
     def assert_ends_at_once(self, running, how):
         asked = time.monotonic()
         self.assertEqual(running.end(how), 0)
-        self.assertLess(time.monotonic() - asked, at_once())
+        self.assertLess(time.monotonic() - asked, LIMIT)
         self.assertEqual(running.output, "")
 
     @staticmethod
