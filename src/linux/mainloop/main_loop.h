@@ -29,7 +29,7 @@ class MainLoop : public MainActor {
   // Calls `received` in a turn of the loop when the process is sent `signal` (SIGTERM, SIGINT …).
   // One subscription per signal; it must end before the loop is destroyed.
   virtual Subscription onSignal(int signal, std::function<void()> received) = 0;
-  // Whether one was sent that the loop has not come to tell yet. To be asked by what keeps the loop.
+  // Whether one was sent that the loop has not told yet, which whoever keeps the loop may ask.
   [[nodiscard]] virtual bool doesSignalWait() const = 0;
 };
 
