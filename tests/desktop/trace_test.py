@@ -1,6 +1,7 @@
-"""A day of the program's life in a minute, under the eyes of strace: it speaks to nobody beyond this
-machine, and writes nowhere but to its own folders. The hours pass as they do for a traveller, from
-zone to zone and across a midnight; everything else takes its own time."""
+"""A day of the program's life in a minute, under the eyes of strace: no internet socket is asked for,
+by it or what it starts, and nothing is written but to its own folders. The hours pass as they do for a
+traveller, from zone to zone and across a midnight, with something done in each; the clock itself and
+all that goes by it take their own time."""
 
 import glob
 import os
