@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -182,5 +183,28 @@ struct Form {
   FormFooter footer;
   friend bool operator==(const Form&, const Form&) = default;
 };
+
+// Visits the controls of a form, or of one of its tabs, from top to bottom.
+template <class FormOrTab, class Visit>
+void forEachControl(FormOrTab& part, const Visit& visit) {
+  if constexpr (requires { part.tabs; }) {
+    for (auto& tab : part.tabs) forEachControl(tab, visit);
+  } else {
+    for (auto& section : part.sections) {
+      for (auto& control : section.controls) visit(control);
+    }
+  }
+}
+
+// The first of those controls that is the one looked for; null where none is. It belongs to the
+// form or tab.
+template <class FormOrTab, class Is>
+[[nodiscard]] auto* findControl(FormOrTab& part, const Is& is) {
+  std::conditional_t<std::is_const_v<FormOrTab>, const FormControl, FormControl>* found = nullptr;
+  forEachControl(part, [&](auto& control) {
+    if (!found && is(control)) found = &control;
+  });
+  return found;
+}
 
 }  // namespace orvane

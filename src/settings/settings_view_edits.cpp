@@ -61,12 +61,7 @@ bool offersIn(const FormControl& control, const FormEdit& edit) {
 }
 
 bool offersIn(const FormTab& tab, const FormEdit& edit) {
-  for (const auto& section : tab.sections) {
-    for (const auto& control : section.controls) {
-      if (offersIn(control, edit)) return true;
-    }
-  }
-  return false;
+  return findControl(tab, [&](const FormControl& control) { return offersIn(control, edit); });
 }
 
 // Setting what is set already would write it down, fetch the agenda anew and perhaps hide icons

@@ -49,13 +49,9 @@ class SettingsViewFixture : public testing::Test {
   // The first control with this key; fails the test when there is none.
   FormControl control(const std::string& key) {
     const Form form = view().form();
-    for (const auto& tab : form.tabs) {
-      for (const auto& section : tab.sections) {
-        for (const auto& control : section.controls) {
-          if (control.key == key) return control;
-        }
-      }
-    }
+    const auto* found =
+        findControl(form, [&](const FormControl& control) { return control.key == key; });
+    if (found) return *found;
     ADD_FAILURE() << "no control " << key;
     return {};
   }

@@ -9,15 +9,11 @@ using Previews = std::map<std::string, const FormPreview*>;
 
 Previews previewsIn(const Form& form) {
   Previews previews;
-  for (const auto& tab : form.tabs) {
-    for (const auto& section : tab.sections) {
-      for (const auto& control : section.controls) {
-        if (const auto* preview = std::get_if<FormPreview>(&control.content)) {
-          previews[control.key] = preview;
-        }
-      }
+  forEachControl(form, [&](const FormControl& control) {
+    if (const auto* preview = std::get_if<FormPreview>(&control.content)) {
+      previews[control.key] = preview;
     }
-  }
+  });
   return previews;
 }
 

@@ -23,13 +23,9 @@ class NotedForm final : public FormView {
   void setForm(Form form) { form_ = std::move(form); }
   // Of the first preview that there is.
   void setPreview(View view) {
-    for (auto& tab : form_.tabs) {
-      for (auto& section : tab.sections) {
-        for (auto& control : section.controls) {
-          if (auto* preview = std::get_if<FormPreview>(&control.content)) preview->view = view;
-        }
-      }
-    }
+    forEachControl(form_, [&](FormControl& control) {
+      if (auto* preview = std::get_if<FormPreview>(&control.content)) preview->view = view;
+    });
   }
   // What a fake window is to do when it is next told the form.
   void order(std::string what) { form_.header.subtitle.text = std::move(what); }

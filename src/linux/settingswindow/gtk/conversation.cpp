@@ -26,11 +26,8 @@ Glib::RefPtr<Gdk::Texture> textureOf(const formwire::Preview& preview) {
 }
 
 bool hasPreview(const FormTab& tab) {
-  return std::any_of(tab.sections.begin(), tab.sections.end(), [](const FormSection& section) {
-    return std::any_of(section.controls.begin(), section.controls.end(),
-                       [](const FormControl& control) {
-                         return std::holds_alternative<FormPreview>(control.content);
-                       });
+  return findControl(tab, [](const FormControl& control) {
+    return std::holds_alternative<FormPreview>(control.content);
   });
 }
 

@@ -24,30 +24,27 @@ struct WithoutValue {
 // The form without its values.
 Form frameOf(Form form) {
   form.selectedTab.clear();
-  for (auto& tab : form.tabs) {
-    for (auto& section : tab.sections) {
-      for (auto& control : section.controls) {
-        std::visit(WithoutValue{}, control.content);
-        control.isEnabled = true;
-      }
-    }
-  }
+  forEachControl(form, [](FormControl& control) {
+    std::visit(WithoutValue{}, control.content);
+    control.isEnabled = true;
+  });
   return form;
+}
+
+std::vector<const FormControl*> controlsOf(const Form& form) {
+  std::vector<const FormControl*> controls;
+  forEachControl(form, [&](const FormControl& control) { controls.push_back(&control); });
+  return controls;
 }
 
 // Both have the same frame, so that every control has its counterpart.
 std::vector<FormControl> changedControls(const Form& shown, const Form& next) {
   std::vector<FormControl> changed;
-  for (std::size_t t = 0; t < next.tabs.size(); ++t) {
-    const auto& sections = next.tabs[t].sections;
-    for (std::size_t s = 0; s < sections.size(); ++s) {
-      const auto& before = shown.tabs[t].sections[s].controls;
-      const auto& after = sections[s].controls;
-      for (std::size_t c = 0; c < after.size(); ++c) {
-        if (after[c] != before[c]) changed.push_back(after[c]);
-      }
-    }
-  }
+  const auto before = controlsOf(shown);
+  std::size_t at = 0;
+  forEachControl(next, [&](const FormControl& control) {
+    if (control != *before[at++]) changed.push_back(control);
+  });
   return changed;
 }
 

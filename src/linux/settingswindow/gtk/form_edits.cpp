@@ -39,25 +39,11 @@ bool hasKey(const FormControl& control, std::string_view key) {
 }  // namespace
 
 FormControl* controlOf(Form& form, std::string_view key) {
-  for (auto& tab : form.tabs) {
-    for (auto& section : tab.sections) {
-      for (auto& control : section.controls) {
-        if (hasKey(control, key)) return &control;
-      }
-    }
-  }
-  return nullptr;
+  return findControl(form, [&](const FormControl& control) { return hasKey(control, key); });
 }
 
 const FormControl* controlOf(const Form& form, std::string_view key) {
-  for (const auto& tab : form.tabs) {
-    for (const auto& section : tab.sections) {
-      for (const auto& control : section.controls) {
-        if (hasKey(control, key)) return &control;
-      }
-    }
-  }
-  return nullptr;
+  return findControl(form, [&](const FormControl& control) { return hasKey(control, key); });
 }
 
 Form edited(Form form, const FormEdit& edit) {

@@ -95,14 +95,10 @@ class Board {
   void update() {
     const Form form = world_.view->form();
     conversation_.hear(formwire::Update{0, lastEdit_, form});
-    for (const auto& tab : form.tabs) {
-      for (const auto& section : tab.sections) {
-        for (const auto& control : section.controls) {
-          const auto* preview = std::get_if<FormPreview>(&control.content);
-          if (preview && scale_ > 0) conversation_.hear(drawn(control.key, *preview));
-        }
-      }
-    }
+    forEachControl(form, [&](const FormControl& control) {
+      const auto* preview = std::get_if<FormPreview>(&control.content);
+      if (preview && scale_ > 0) conversation_.hear(drawn(control.key, *preview));
+    });
   }
   formwire::Preview drawn(const std::string& key, const FormPreview& preview) {
     formwire::Preview picture;
