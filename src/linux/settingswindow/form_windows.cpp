@@ -13,9 +13,10 @@ class FormWindows final : public FormWindowServer {
       : options_(std::make_shared<const FormWindowsOptions>(std::move(options))),
         mainActor_(mainActor) {}
 
-  [[nodiscard]] std::shared_ptr<FormWindow> makeFormWindow(Rect contentRect, unsigned styleMask,
+  // How large the content is, its form says.
+  [[nodiscard]] std::shared_ptr<FormWindow> makeFormWindow(Rect, unsigned styleMask,
                                                            NSBackingStoreType, bool) override {
-    return std::make_shared<ProgramWindow>(options_, mainActor_, contentRect.size(), styleMask);
+    return std::make_shared<ProgramWindow>(options_, mainActor_, styleMask);
   }
 
  private:

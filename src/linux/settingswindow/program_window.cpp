@@ -22,10 +22,8 @@ constexpr std::chrono::seconds kFarewell{5};
 }  // namespace
 
 ProgramWindow::ProgramWindow(std::shared_ptr<const FormWindowsOptions> options,
-                             MainActor& mainActor, Size contentSize, unsigned styleMask)
-    : options_(std::move(options)), mainActor_(mainActor), styleMask_(styleMask) {
-  state_.size = contentSize;
-}
+                             MainActor& mainActor, unsigned styleMask)
+    : options_(std::move(options)), mainActor_(mainActor), styleMask_(styleMask) {}
 
 void ProgramWindow::setContentView(std::shared_ptr<FormView> view) {
   view_ = std::move(view);

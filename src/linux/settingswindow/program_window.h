@@ -18,7 +18,7 @@ namespace orvane::host {
 class ProgramWindow final : public FormWindow {
  public:
   ProgramWindow(std::shared_ptr<const FormWindowsOptions> options, MainActor& mainActor,
-                Size contentSize, unsigned styleMask);
+                unsigned styleMask);
   ProgramWindow(const ProgramWindow&) = delete;
 
   void center() override { isCentered_ = true; }

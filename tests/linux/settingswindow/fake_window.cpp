@@ -5,7 +5,7 @@
 //   edit KEY TEXT edits a control
 //   toggle KEY    switches a control on
 //   press KEY     presses a button
-//   state         tells that it was moved, sized and scrolled
+//   state         tells that it was moved and scrolled
 //   scale NUMBER  wants previews
 //   close         is closed by the user
 //   close first   the same, but just before it understands that it is to be shown again
@@ -39,9 +39,8 @@ std::string number(double value) {
 }
 
 std::string describe(const WindowState& state) {
-  std::string text = state.size ? number(state.size->width) + "x" + number(state.size->height) : "";
+  std::string text;
   if (state.position) text += " at " + number(state.position->x) + "," + number(state.position->y);
-  if (state.isMaximized) text += " maximized";
   for (const auto& [name, offset] : state.scrollOffsets) text += " " + name + "=" + number(offset);
   return text;
 }
@@ -78,7 +77,7 @@ class FakeWindow {
 
  private:
   void heard(const Show& show) {
-    told_ += "show \"" + show.title + "\" " + describe(show.state) +
+    told_ += "show \"" + show.title + "\"" + describe(show.state) +
              (show.style.isTitled ? " titled" : "") + (show.style.isClosable ? " closable" : "") +
              (show.style.isMiniaturizable ? " miniaturizable" : "") +
              (show.style.titlebarAppearsTransparent ? " transparent" : "") +
@@ -129,9 +128,7 @@ class FakeWindow {
     }
   }
 
-  static WindowState exampleState() {
-    return {orvane::Size{900, 700}, orvane::Point{40, -30}, false, {{"sources", 120.5}}};
-  }
+  static WindowState exampleState() { return {orvane::Point{40, -30}, {{"sources", 120.5}}}; }
 
   void edit(const std::string& key, orvane::FormValue value) {
     say(Edited{++edits_, {key, std::move(value)}});

@@ -29,7 +29,7 @@ TEST_F(ProgramWindowTest, OneShowingOpensTheWindowAsItWasMade) {
   token_ = "token-1";
   show();
   EXPECT_THAT(toldToProgram(),
-              HasSubstr("show \"Settings\" 760x620 titled closable transparent centered token "
+              HasSubstr("show \"Settings\" titled closable transparent centered token "
                         "\"token-1\" tab style edit 0\nupdate tab style edit 0\n"));
   EXPECT_THAT(told_, IsEmpty());
 }
@@ -132,7 +132,7 @@ TEST_F(ProgramWindowTest, OpenedLaterTheWindowIsAsItWasLeft) {
   show();
   const auto told = toldToProgram();
   EXPECT_THAT(told, Not(HasSubstr("process " + std::to_string(first) + "\n")));
-  EXPECT_THAT(told, HasSubstr("show \"Settings\" 900x700 at 40,-30 sources=120.5 titled"));
+  EXPECT_THAT(told, HasSubstr("show \"Settings\" at 40,-30 sources=120.5 titled"));
 }
 
 TEST_F(ProgramWindowTest, OpenedWhileTheOldProgramLeavesANewOneIsStarted) {
@@ -191,7 +191,7 @@ TEST_F(ProgramWindowTest, ACrashIsALineAndTheNextShowingStartsItAnew) {
   show();
   const auto told = toldToProgram();
   EXPECT_THAT(told, StartsWith("process "));
-  EXPECT_THAT(told, HasSubstr("show \"Settings\" 900x700"));
+  EXPECT_THAT(told, HasSubstr("show \"Settings\" at 40,-30"));
 }
 
 TEST_F(ProgramWindowTest, KilledFromOutsideItIsStartedAnewToo) {

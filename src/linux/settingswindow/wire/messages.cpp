@@ -64,9 +64,7 @@ constexpr double kFarthest = 1e6;
 json jsonOf(const WindowState& state) {
   json offsets = json::object();
   for (const auto& [name, offset] : state.scrollOffsets) offsets[name] = offset;
-  return {{"size", state.size ? formwire::jsonOf(*state.size) : json()},
-          {"position", state.position ? json{state.position->x, state.position->y} : json()},
-          {"maximized", state.isMaximized},
+  return {{"position", state.position ? json{state.position->x, state.position->y} : json()},
           {"scrollOffsets", std::move(offsets)}};
 }
 
@@ -82,9 +80,7 @@ Point readPoint(const JsonReader& in) {
 
 WindowState readState(const JsonReader& in) {
   WindowState state;
-  state.size = in.at("size").optional(readSize);
   state.position = in.at("position").optional(readPoint);
-  state.isMaximized = in.at("maximized").flag();
   state.scrollOffsets = in.at("scrollOffsets").members(kMostOffsets, readOffset);
   return state;
 }

@@ -46,11 +46,9 @@ inline constexpr int kExitNonsense = 64;    // it was told something that is no 
 inline constexpr int kExitNoDisplay = 69;   // there is no display that its toolkit can use
 inline constexpr int kExitNoLibrary = 127;  // told by the dynamic linker: a library is missing
 
-// The window as the user left it, in points. Sizes are of the content.
+// The window as the user left it, in points. It is always as large as its form asks for.
 struct WindowState {
-  std::optional<Size> size;       // absent: as large as the form asks for
-  std::optional<Point> position;  // absent: never told, as on Wayland
-  bool isMaximized = false;
+  std::optional<Point> position;                // absent: never told, as on Wayland
   std::map<std::string, double> scrollOffsets;  // by the window's own names; at most kMostOffsets
   friend bool operator==(const WindowState&, const WindowState&) = default;
 };
@@ -115,7 +113,7 @@ struct Closed {
   friend bool operator==(const Closed&, const Closed&) = default;
 };
 
-// Told when the window was moved, sized or scrolled, once that came to rest.
+// Told when the window was moved or scrolled, once that came to rest, and when it is closed.
 struct State {
   WindowState state;
   friend bool operator==(const State&, const State&) = default;

@@ -9,7 +9,7 @@
 namespace orvane::formwire {
 
 inline WindowState exampleState() {
-  return {Size{800, 640.5}, Point{-1280, 32}, true, {{"sources", 120}, {"list \"a\"", 0.25}}};
+  return {Point{-1280, 32}, {{"sources", 120}, {"list \"a\"", 0.25}}};
 }
 
 inline Preview examplePreview() {

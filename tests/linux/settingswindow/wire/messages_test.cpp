@@ -106,20 +106,13 @@ TEST(FormWireMessages, NothingElseIsUnderstoodFromTheWindow) {
       "J{\"is\":\"edited\",\"number\":1,\"edit\":{\"key\":\"a\",\"value\":[0,0,0,1.5]}}",
       "J{\"is\":\"edited\",\"number\":1,\"edit\":{\"key\":\"a\",\"value\":[0,0,0,\"1\"]}}",
       "J{\"is\":\"state\",\"state\":null}",
-      "J{\"is\":\"state\",\"state\":{\"size\":[1],\"position\":null,\"maximized\":false,"
-      "\"scrollOffsets\":{}}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":[-1,5],\"position\":null,\"maximized\":false,"
-      "\"scrollOffsets\":{}}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":[1,1e9],\"position\":null,\"maximized\":false,"
-      "\"scrollOffsets\":{}}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":null,\"position\":null,\"maximized\":0,"
-      "\"scrollOffsets\":{}}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":null,\"position\":[0,1e7],\"maximized\":false,"
-      "\"scrollOffsets\":{}}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":null,\"position\":null,\"maximized\":false,"
-      "\"scrollOffsets\":[]}}",
-      "J{\"is\":\"state\",\"state\":{\"size\":null,\"position\":null,\"maximized\":false,"
-      "\"scrollOffsets\":{\"a\":-1}}}",
+      "J{\"is\":\"state\",\"state\":{\"scrollOffsets\":{}}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":[1],\"scrollOffsets\":{}}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":[0,1e7],\"scrollOffsets\":{}}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":[\"0\",0],\"scrollOffsets\":{}}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":null}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":null,\"scrollOffsets\":[]}}",
+      "J{\"is\":\"state\",\"state\":{\"position\":null,\"scrollOffsets\":{\"a\":-1}}}",
   };
   for (const char* content : cases) {
     EXPECT_EQ(decodeWindowMessage(content), std::nullopt) << content;
