@@ -13,7 +13,7 @@
 namespace orvane::window {
 namespace {
 
-// How long nothing may have scrolled before it counts as come to rest.
+// How long nothing may have moved or scrolled before it counts as come to rest.
 constexpr unsigned kRestMilliseconds = 300;
 constexpr gsize kBytesPerPixel = 4;
 
@@ -39,7 +39,11 @@ bool showsPreview(const Form& form) {
 
 }  // namespace
 
-Conversation::~Conversation() { stateRest_.disconnect(); }
+// What widgets still tell while they go finds no window any more, and comes to nothing.
+Conversation::~Conversation() {
+  const auto going = std::move(window_);
+  stateRest_.disconnect();
+}
 
 void Conversation::hear(formwire::BoardMessage message) {
   const auto sequence = std::visit([](const auto& told) { return told.sequence; }, message);
@@ -104,12 +108,14 @@ void Conversation::showPictures() {
 }
 
 void Conversation::edited(FormEdit edit) {
+  if (!window_) return;
   form_->edit(edit, ++lastEdit_);
   send_(formwire::Edited{lastEdit_, std::move(edit)});
   tellPreviewScale();
 }
 
 void Conversation::held(const std::string& key, bool isHeld) {
+  if (!window_) return;
   if (isHeld) return form_->hold(key);
   apply(form_->letGo(key));
 }
@@ -125,6 +131,7 @@ void Conversation::closed() {
 }
 
 void Conversation::tellStateSoon() {
+  if (!window_) return;
   tellPreviewScale();
   stateRest_.disconnect();
   stateRest_ = Glib::signal_timeout().connect(

@@ -7,6 +7,7 @@
 #include <gtkmm/togglebutton.h>
 
 #include <cmath>
+#include <utility>
 
 namespace orvane::window {
 namespace {
@@ -54,13 +55,23 @@ void SettingsWindow::setStyle(const std::string& title, const formwire::WindowSt
 
 void SettingsWindow::make(const Form& form) {
   isReturnDone_ = form.footer.done.isDefaultAction;
-  auto pane = std::make_unique<FormPane>(form, hands_.form, [this] { close(); });
-  set_child(*pane);
-  pane_ = std::move(pane);
+  // What the one before still tells while it goes is answered by the one that is here already.
+  const auto before =
+      std::exchange(pane_, std::make_unique<FormPane>(form, hands_.form, [this] { close(); }));
+  set_child(*pane_);
   placeHeader(form);
   set_default_size(points(form.size.width), points(form.size.height));
+  followScrolling();
+}
+
+// Our own scrolling comes after its wish was taken, so that whatever scrolls a part of which a wish
+// still waits is the user.
+void SettingsWindow::followScrolling() {
   for (const auto& [name, position] : pane_->scrollPositions()) {
-    position->signal_value_changed().connect([this] { hands_.moved(); });
+    position->signal_value_changed().connect([this, name = name] {
+      wantedOffsets_.giveUp(name);
+      hands_.moved();
+    });
     position->signal_changed().connect([this, name = name] { restoreScroll(name); });
   }
 }
@@ -89,8 +100,8 @@ void SettingsWindow::showPicture(const std::string& key,
   if (pane_) pane_->showPicture(key, picture);
 }
 
-std::map<std::string, double> SettingsWindow::scrollOffsets() const {
-  std::map<std::string, double> offsets = wantedOffsets_;
+WantedOffsets::Offsets SettingsWindow::scrollOffsets() const {
+  auto offsets = wantedOffsets_.offsets();
   if (!pane_) return offsets;
   for (const auto& [name, position] : pane_->scrollPositions()) {
     if (position->get_value() > 0) offsets[name] = position->get_value();
@@ -98,26 +109,26 @@ std::map<std::string, double> SettingsWindow::scrollOffsets() const {
   return offsets;
 }
 
-void SettingsWindow::setScrollOffsets(std::map<std::string, double> offsets) {
-  wantedOffsets_ = std::move(offsets);
+void SettingsWindow::setScrollOffsets(WantedOffsets::Offsets offsets) {
+  wantedOffsets_.want(std::move(offsets));
   if (!pane_) return;
   for (const auto& [name, position] : pane_->scrollPositions()) restoreScroll(name);
 }
 
 // The list that is being laid out does not want to be scrolled meanwhile.
 void SettingsWindow::restoreScroll(const std::string& name) {
-  if (!wantedOffsets_.contains(name)) return;
-  Glib::signal_idle().connect_once([this, name] {
-    const auto wanted = wantedOffsets_.find(name);
-    const auto positions = pane_->scrollPositions();
-    const auto found = positions.find(name);
-    if (wanted == wantedOffsets_.end() || found == positions.end()) return;
-    const auto& position = found->second;
-    if (position->get_upper() - position->get_page_size() < wanted->second) return;
-    const double offset = wanted->second;
-    wantedOffsets_.erase(wanted);
-    position->set_value(offset);
-  });
+  if (!wantedOffsets_.isWaiting(name)) return;
+  Glib::signal_idle().connect_once(
+      sigc::bind(sigc::mem_fun(*this, &SettingsWindow::scrollAsWanted), name));
+}
+
+void SettingsWindow::scrollAsWanted(const std::string& name) {
+  const auto positions = pane_->scrollPositions();
+  const auto found = positions.find(name);
+  if (found == positions.end()) return;
+  const auto& position = found->second;
+  const double farthest = position->get_upper() - position->get_page_size();
+  if (const auto offset = wantedOffsets_.take(name, farthest)) position->set_value(*offset);
 }
 
 bool SettingsWindow::leave() {

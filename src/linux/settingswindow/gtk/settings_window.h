@@ -11,6 +11,8 @@
 #include "linux/settingswindow/gtk/form_pane.h"
 #include "linux/settingswindow/gtk/header_box.h"
 #include "linux/settingswindow/gtk/title_band.h"
+#include "linux/settingswindow/gtk/wanted_offsets.h"
+#include "linux/settingswindow/gtk/x11_position.h"
 #include "linux/settingswindow/wire/messages.h"
 #include "platform/form.h"
 
@@ -25,7 +27,7 @@ class SettingsWindow final : public Gtk::Window {
     // The user closes it, which hides it between these two.
     std::function<void()> closing;
     std::function<void()> closed;
-    // It scrolled, or its screen has another scale.
+    // It was moved or scrolled, or its screen has another scale.
     std::function<void()> moved;
   };
 
@@ -37,23 +39,26 @@ class SettingsWindow final : public Gtk::Window {
   void show(const FormChanges& changes);
   void showPicture(const std::string& key, const Glib::RefPtr<Gdk::Texture>& picture);
 
-  [[nodiscard]] std::map<std::string, double> scrollOffsets() const;
-  // Applied as soon as there is that much to scroll.
-  void setScrollOffsets(std::map<std::string, double> offsets);
+  [[nodiscard]] WantedOffsets::Offsets scrollOffsets() const;
+  // Applied as soon as there is that much to scroll, unless the user scrolls before.
+  void setScrollOffsets(WantedOffsets::Offsets offsets);
 
  private:
   void placeHeader(const Form& form);
   bool pressed(guint key, Gdk::ModifierType modifiers);
   bool pressedReturn();
   bool leave();
+  void followScrolling();
   void restoreScroll(const std::string& name);
+  void scrollAsWanted(const std::string& name);
 
   const Hands hands_;
   formwire::WindowStyle style_;
   std::unique_ptr<HeaderBox> header_;
   std::unique_ptr<TitleBand> titleBand_;
   std::unique_ptr<FormPane> pane_;
-  std::map<std::string, double> wantedOffsets_;
+  WantedOffsets wantedOffsets_;
+  MoveWatch moves_{*this, [this] { hands_.moved(); }};
   bool isReturnDone_ = false;
 };
 

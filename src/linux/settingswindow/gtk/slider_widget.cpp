@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 
 namespace orvane::window {
 namespace {
@@ -31,18 +32,13 @@ class SliderWidget final : public ControlWidget {
     });
     followHand();
   }
-  ~SliderWidget() override {
-    if (isHeld_) hands_.hold(key_, false);
-  }
-  SliderWidget(const SliderWidget&) = delete;
-  SliderWidget& operator=(const SliderWidget&) = delete;
 
   ControlPlace place() const override { return ControlPlace::row; }
   Gtk::Widget& widget() override { return scale_; }
   void show(const FormControl& control) override {
     isShowing_ = true;
     scale_.set_value(std::get<FormSlider>(control.content).value);
-    scale_.set_sensitive(control.isEnabled);
+    setEnabled(scale_, control.isEnabled);
     isShowing_ = false;
   }
 
@@ -72,9 +68,9 @@ class SliderWidget final : public ControlWidget {
 
   const std::string key_;
   const FormHands& hands_;
-  Gtk::Scale scale_{Gtk::Orientation::HORIZONTAL};
   bool isShowing_ = false;
   bool isHeld_ = false;
+  Gtk::Scale scale_{Gtk::Orientation::HORIZONTAL};  // goes first, and lets go meanwhile
 };
 
 }  // namespace

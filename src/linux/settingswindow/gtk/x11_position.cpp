@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <memory>
+#include <utility>
 
 namespace orvane::window {
 
@@ -116,9 +117,29 @@ void moveTo(Gtk::Window& window, const std::optional<Point>& position) {
       });
 }
 
+MoveWatch::MoveWatch(Gtk::Window& window, std::function<void()> moved)
+    : window_(window), moved_(std::move(moved)) {
+  const auto heard = +[](GdkDisplay*, const XEvent* event, const MoveWatch* watch) -> gboolean {
+    GdkSurface* surface = x11Surface(watch->window_);
+    const bool isOfWindow = event->type == ConfigureNotify && surface;
+    if (isOfWindow && event->xconfigure.window == gdk_x11_surface_get_xid(surface)) watch->moved_();
+    return FALSE;
+  };
+  GdkDisplay* display = window.get_display()->gobj();
+  if (!GDK_IS_X11_DISPLAY(display)) return;
+  handler_ = g_signal_connect(display, "xevent", G_CALLBACK(heard), this);
+}
+
+MoveWatch::~MoveWatch() {
+  if (handler_ != 0) g_signal_handler_disconnect(window_.get_display()->gobj(), handler_);
+}
+
 #else
 
 std::optional<Point> positionOf(Gtk::Window&) { return std::nullopt; }
+MoveWatch::MoveWatch(Gtk::Window& window, std::function<void()> moved)
+    : window_(window), moved_(std::move(moved)) {}
+MoveWatch::~MoveWatch() = default;
 void moveTo(Gtk::Window&, const std::optional<Point>&) {}
 
 #endif

@@ -2,6 +2,7 @@
 
 #include <gtkmm/window.h>
 
+#include <functional>
 #include <optional>
 
 #include "view/geometry.h"
@@ -16,5 +17,21 @@ namespace orvane::window {
 // to the middle of its screen. Does nothing on other display systems, which place windows as they
 // see fit.
 void moveTo(Gtk::Window& window, const std::optional<Point>& position);
+
+// Tells each time that the window was moved or sized on an X server's screen, by whomever; on other
+// display systems never.
+class MoveWatch {
+ public:
+  // The window outlives the watch.
+  MoveWatch(Gtk::Window& window, std::function<void()> moved);
+  ~MoveWatch();
+  MoveWatch(const MoveWatch&) = delete;
+  MoveWatch& operator=(const MoveWatch&) = delete;
+
+ private:
+  Gtk::Window& window_;
+  const std::function<void()> moved_;
+  unsigned long handler_ = 0;  // the toolkit's number for it
+};
 
 }  // namespace orvane::window
