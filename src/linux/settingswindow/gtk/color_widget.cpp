@@ -8,6 +8,7 @@
 
 #include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 
 namespace orvane::window {
 namespace {
@@ -65,7 +66,7 @@ class ColorWidget final : public ControlWidget {
     color_ = rgbaOf(std::get<FormColorPicker>(control.content).color);
     if (chooser_.color() != color_) chooser_.setColor(color_);
     showColor();
-    button_.set_sensitive(control.isEnabled);
+    setEnabled(button_, control.isEnabled);
     isShowing_ = false;
   }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "linux/settingswindow/gtk/mnemonics.h"
 #include "platform/form.h"
 
 namespace orvane::window {
@@ -34,6 +35,8 @@ class ControlWidget {
 
   [[nodiscard]] virtual ControlPlace place() const = 0;
   [[nodiscard]] virtual Gtk::Widget& widget() = 0;
+  // Gives letters to labels that are part of the widget itself.
+  virtual void takeLetters(Mnemonics&) {}
   // What the label's letter takes the user to; null where that is nothing.
   [[nodiscard]] virtual Gtk::Widget* target() { return &widget(); }
   // A click on the label; true where that means something.

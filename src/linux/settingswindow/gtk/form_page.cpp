@@ -58,6 +58,7 @@ std::map<std::string, Glib::RefPtr<Gtk::Adjustment>> FormPage::scrollPositions()
 ControlWidget& FormPage::make(const FormControl& control, const FormHands& hands) {
   auto& place = controls_[control.key];
   place = makeControlWidget(control, hands);
+  place->takeLetters(mnemonics_);
   return *place;
 }
 

@@ -12,6 +12,7 @@
 
 #include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 
 namespace orvane::window {
 namespace {
@@ -82,7 +83,7 @@ class PickerWidget final : public ControlWidget {
     if (choices_ != picker.choices) offer(picker.choices);
     dropDown_.set_selected(positionOf(picker.value));
     describe(dropDown_.get_selected());
-    dropDown_.set_sensitive(control.isEnabled);
+    setEnabled(dropDown_, control.isEnabled);
     isShowing_ = false;
   }
 

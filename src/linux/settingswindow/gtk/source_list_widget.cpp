@@ -8,6 +8,7 @@
 
 #include "linux/settingswindow/gtk/accessible.h"
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 #include "linux/settingswindow/gtk/list_area.h"
 #include "linux/settingswindow/gtk/source_rows.h"
 #include "linux/settingswindow/gtk/symbol_image.h"
@@ -49,7 +50,7 @@ class SourceListWidget final : public ControlWidget {
               }),
         area_(list_.minHeight, list_.height) {
     makeHeader(control.label);
-    makeArea(control.label);
+    makeArea();
     column_.set_hexpand();
     column_.set_valign(Gtk::Align::START);
     column_.append(header_);
@@ -63,10 +64,15 @@ class SourceListWidget final : public ControlWidget {
   Gtk::Widget* target() override { return nullptr; }
   Glib::RefPtr<Gtk::Adjustment> scrollPosition() override { return scroller_.get_vadjustment(); }
 
+  void takeLetters(Mnemonics& mnemonics) override {
+    title_.set_text_with_mnemonic(mnemonics.mark(title_.get_text().raw()));
+    allLabel_.set_text_with_mnemonic(mnemonics.mark(list_.all.label));
+  }
+
   void show(const FormControl& control) override {
     const auto& list = std::get<FormSourceList>(control.content);
-    all_.set_sensitive(control.isEnabled && list.all.isEnabled);
-    rows_.set_sensitive(control.isEnabled);
+    setEnabled(all_, control.isEnabled && list.all.isEnabled);
+    setEnabled(rows_, control.isEnabled);
     rows_.show(list.rows);
     if (list.emptyState && list.emptyState != list_.emptyState) showEmpty(*list.emptyState);
     list_.emptyState = list.emptyState;
@@ -75,11 +81,14 @@ class SourceListWidget final : public ControlWidget {
 
  private:
   void makeHeader(const std::string& title) {
+    title_.set_mnemonic_widget(rows_);
     title_.set_text(title);
     title_.set_xalign(0);
     title_.set_hexpand();
     title_.add_css_class("orvane-headline");
-    all_.set_label(list_.all.label);
+    allLabel_.set_mnemonic_widget(all_);
+    allLabel_.set_text(list_.all.label);
+    all_.set_child(allLabel_);
     all_.add_css_class("orvane-small");
     setAccessibleDescription(all_, title);
     all_.signal_clicked().connect([this] { hands_.edit({list_.all.key, {}}); });
@@ -87,8 +96,7 @@ class SourceListWidget final : public ControlWidget {
     header_.append(all_);
   }
 
-  void makeArea(const std::string& title) {
-    setAccessibleLabel(rows_, title);
+  void makeArea() {
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller_.set_child(rows_);
     stack_.add(scroller_, "rows");
@@ -109,6 +117,7 @@ class SourceListWidget final : public ControlWidget {
   FormSourceList list_;
   const FormHands& hands_;
   Gtk::Label title_;
+  Gtk::Label allLabel_;
   Gtk::Button all_;
   Gtk::Box header_{Gtk::Orientation::HORIZONTAL, 8};
   SourceRows rows_;

@@ -22,6 +22,7 @@ class RowToggle final : public Gtk::CheckButton {
     set_halign(Gtk::Align::START);
     label_.set_ellipsize(Pango::EllipsizeMode::END);
     label_.set_xalign(0);
+    label_.set_single_line_mode();
     set_child(label_);
     set_has_tooltip();
     signal_query_tooltip().connect(sigc::mem_fun(*this, &RowToggle::tellWholeName), false);
@@ -81,6 +82,8 @@ SourceRows::SourceRows(double rowSpacing, double padding, Toggled toggled)
   add_css_class("orvane-rows");
   set_factory(makeFactory());
   set_model(Gtk::NoSelection::create(model_));
+  signal_mnemonic_activate().connect(
+      [this](bool) { return child_focus(Gtk::DirectionType::TAB_FORWARD); }, false);
 }
 
 // The rows let go of their items while there is still somebody to hear of it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 
 namespace orvane::window {
 namespace {
@@ -28,26 +29,31 @@ class TextFieldWidget final : public ControlWidget {
   // A text that is there already is left alone, with the cursor and what is selected in it.
   void show(const FormControl& control) override {
     const auto& text = std::get<FormTextField>(control.content).text;
-    entry_.set_sensitive(control.isEnabled);
-    if (entry_.get_text().raw() != text) put(text);
+    setEnabled(entry_, control.isEnabled);
+    if (wholeText() != text) put(text);
     lastText_ = text;
   }
 
  private:
+  [[nodiscard]] std::string wholeText() const { return entry_.get_text().raw() + rest_; }
+
   void put(const std::string& text) {
     isShowing_ = true;
     const int cursor = entry_.get_position();
     entry_.set_text(text);
+    rest_ = text.substr(std::min<std::size_t>(entry_.get_text().bytes(), text.size()));
     entry_.set_position(cursor);
     isShowing_ = false;
   }
 
-  // The limit is one of bytes, and the toolkit's one of characters.
+  // The limit is one of bytes, and the toolkit's one of characters. Where something was taken away,
+  // the rest comes up.
   void changed() {
     if (isShowing_) return;
-    const std::string text = entry_.get_text().raw();
+    const std::string text = wholeText();
     if (text.size() > longest_) return put(lastText_);
     lastText_ = text;
+    if (!rest_.empty()) put(text);
     hands_.edit({key_, text});
   }
 
@@ -56,6 +62,7 @@ class TextFieldWidget final : public ControlWidget {
   std::size_t longest_ = 0;
   std::string lastText_;
   Gtk::Entry entry_;
+  std::string rest_;  // the end of a stored text that the entry is too small for
   bool isShowing_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include <gtkmm/switch.h>
 
 #include "linux/settingswindow/gtk/control_widgets.h"
+#include "linux/settingswindow/gtk/enabling.h"
 
 namespace orvane::window {
 namespace {
@@ -25,7 +26,7 @@ class ToggleWidget final : public ControlWidget {
   void show(const FormControl& control) override {
     isShowing_ = true;
     switch_.set_active(std::get<FormToggle>(control.content).isOn);
-    switch_.set_sensitive(control.isEnabled);
+    setEnabled(switch_, control.isEnabled);
     isShowing_ = false;
   }
 
