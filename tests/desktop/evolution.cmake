@@ -15,7 +15,7 @@ function(evolution_test script class)
   foreach(test ${ARGN})
     set(name "evolution.${class}.${test}")
     add_test(NAME "${name}" COMMAND /usr/bin/python3 -B "${evolution}/${script}" "${class}.${test}")
-    set_tests_properties("${name}" PROPERTIES TIMEOUT 180 LABELS desktop
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 400 LABELS desktop
                          ENVIRONMENT "${evolution_environment}"
                          ENVIRONMENT_MODIFICATION "${evolution_modifications}")
   endforeach()

@@ -7,7 +7,7 @@ import time
 from desktop_session import eventually, program
 
 # Long, since everything may be busy.
-PATIENCE = 90
+PATIENCE = 150
 
 # What may pass until a change is published, typically; and a sign that nothing waited for another's
 # silence, since the program has 20 seconds of patience with it.

@@ -75,18 +75,19 @@ struct AccountWorld {
       if (!busy) answerNext();
     });
   }
-  static Subscription unanswered(std::shared_ptr<int> token = nullptr) {
-    return Subscription([token = std::move(token)]() mutable { token.reset(); });
+  static Subscription unanswered() {
+    return Subscription([] {});
   }
 
  private:
   static Subscription ask(std::function<void()> work,
                           const std::function<void(std::function<void()>)>& schedule) {
-    auto token = std::make_shared<int>(0);
-    schedule([work = std::move(work), asked = std::weak_ptr(token)] {
-      if (!asked.expired()) work();
+    // Whoever asks owns what the answer needs, this world too.
+    auto question = std::make_shared<std::function<void()>>(std::move(work));
+    schedule([asked = std::weak_ptr(question)] {
+      if (const auto wanted = asked.lock()) (*wanted)();
     });
-    return unanswered(std::move(token));
+    return Subscription([question = std::move(question)]() mutable { question.reset(); });
   }
   void answerNext() {
     busy = actor.after(pace, [this] {
