@@ -42,6 +42,15 @@ xfce_test(Instance is_one_and_activated_by_a_second_start
           is_left_alone_by_a_second_start_with_the_session)
 xfce_test(Actions do_what_they_are_called)
 xfce_test(Icons are_hidden_while_focus_mode_is_on keep_the_style_of_the_user)
+# Desktops whose icons are hidden by GSettings, with its real store. What measures time runs alone.
+foreach(test has_what_was_set_when_the_program_ends that_hangs_holds_up_nobody)
+  add_test(NAME "settings_store.Store.${test}" COMMAND /usr/bin/python3 -B
+           "${CMAKE_CURRENT_SOURCE_DIR}/settings_store_test.py" "Store.${test}")
+  set_tests_properties("settings_store.Store.${test}" PROPERTIES TIMEOUT 180 LABELS desktop
+                       ENVIRONMENT "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_END_SECONDS=${end_seconds}")
+endforeach()
+set_tests_properties(settings_store.Store.that_hangs_holds_up_nobody PROPERTIES RUN_SERIAL ON)
+
 xfce_test(StatusItem opens_its_menu comes_back_with_the_panel asks_nobody_while_nobody_watches
           has_an_entry_that_reads_the_calendars_at_once)
 

@@ -33,6 +33,7 @@ PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 
 class XfceSession(DesktopSession):
     SCREEN = "1600x900x24"
+    SERVICES = ("org.xfce.Xfconf",)
 
     def __init__(self):
         super().__init__()
@@ -49,7 +50,7 @@ class XfceSession(DesktopSession):
     def __enter__(self):
         try:
             self._start_server()
-            start_bus(self, "org.xfce.Xfconf")
+            start_bus(self, *self.SERVICES)
             self.start_manager()
             return self
         except BaseException as error:

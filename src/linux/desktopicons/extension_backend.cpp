@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "linux/desktopicons/settings_sync.h"
 #include "linux/desktopicons/settings_value.h"
 
 namespace orvane::host::desktopicons {
@@ -59,18 +60,22 @@ class ExtensionBackend final : public IconBackend {
     for (const auto& extension : split(state.written)) {
       if (!contains(names, extension)) names.push_back(extension);
     }
-    done(outcomeOf(disabledList_.setTexts(names)));
+    sync_.settle(disabledList_.setTexts(names), std::move(done));
   }
 
   void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     auto names = disabledList_.texts();
     for (const auto& extension : split(state.written)) std::erase(names, extension);
     const bool wasUnset = names.empty() && state.before == "unset";
-    done(outcomeOf(wasUnset ? disabledList_.set("") : disabledList_.setTexts(names)));
+    const bool isTaken = wasUnset ? disabledList_.set("") : disabledList_.setTexts(names);
+    sync_.settle(isTaken, std::move(done));
   }
+
+  void finish() override { sync_.finish(); }
 
  private:
   const SettingsValue disabledList_;
+  SettingsSync sync_;
 };
 
 }  // namespace

@@ -34,6 +34,9 @@ class IconBackend {
   // Gives back what was there before, unless somebody else has changed it since; that counts as
   // done too.
   virtual void giveBack(const IconState& state, std::function<void(Outcome)> done) = 0;
+  // The program ends: what is on its way and would be lost with it is waited for, a third of a
+  // second at most, and answered.
+  virtual void finish() {}
 };
 
 }  // namespace orvane::host::desktopicons

@@ -7,6 +7,11 @@ namespace orvane::host::desktopicons {
 IconSwitch::IconSwitch(std::unique_ptr<IconBackend> backend, IconMemory memory)
     : backend_(std::move(backend)), memory_(std::move(memory)) {}
 
+IconSwitch::~IconSwitch() {
+  waiting_.reset();
+  backend_->finish();
+}
+
 void IconSwitch::request(IconWish wish) {
   waiting_ = wish;
   next();

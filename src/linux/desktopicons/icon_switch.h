@@ -18,6 +18,7 @@ class IconSwitch {
   IconSwitch(std::unique_ptr<IconBackend> backend, IconMemory memory);
   IconSwitch(const IconSwitch&) = delete;
   IconSwitch& operator=(const IconSwitch&) = delete;
+  ~IconSwitch();
 
   void request(IconWish wish);
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "linux/desktopicons/settings_sync.h"
 #include "linux/desktopicons/settings_value.h"
 
 namespace orvane::host::desktopicons {
@@ -18,16 +19,18 @@ class SettingsBackend final : public IconBackend {
     captured(IconState{value_.userText(), key_.hidden});
   }
   void hide(const IconState& state, std::function<void(Outcome)> done) override {
-    done(outcomeOf(value_.set(state.written)));
+    sync_.settle(value_.set(state.written), std::move(done));
   }
   void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
-    const bool isOurs = value_.text() == value_.normalized(state.written);
-    done(outcomeOf(!isOurs || value_.set(state.before)));
+    if (value_.text() != value_.normalized(state.written)) return done(Outcome::done);
+    sync_.settle(value_.set(state.before), std::move(done));
   }
+  void finish() override { sync_.finish(); }
 
  private:
   const SettingsKey key_;
   const SettingsValue value_;
+  SettingsSync sync_;
 };
 
 }  // namespace

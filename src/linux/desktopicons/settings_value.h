@@ -4,15 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "linux/desktopicons/icon_backend.h"
 #include "linux/gio/handles.h"
 
 namespace orvane::host::desktopicons {
-
-// A key takes a value at once or not at all.
-[[nodiscard]] constexpr Outcome outcomeOf(bool taken) {
-  return taken ? Outcome::done : Outcome::refused;
-}
 
 // One key of GSettings as text: values are in the text form of variants, and the empty text stands
 // for "not set by the user".

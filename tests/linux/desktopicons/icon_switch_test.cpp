@@ -21,6 +21,7 @@ class FakeDesktop {
   bool holds = false;
   Texts log;
   std::vector<std::function<void()>> held;
+  bool finishes = false;  // at the end, what is held is carried out
 
   [[nodiscard]] Outcome outcome() const {
     if (isSlow) return Outcome::unknown;
@@ -61,6 +62,10 @@ class FakeBackend final : public IconBackend {
       if (!desktop_.refuses && desktop_.style == state.written) desktop_.style = state.before;
       done(desktop_.outcome());
     });
+  }
+
+  void finish() override {
+    while (desktop_.finishes && !desktop_.held.empty()) desktop_.answerNext();
   }
 
  private:
@@ -213,6 +218,18 @@ TEST_F(IconSwitchTest, AnEndInTheMiddleIsQuiet) {
   switch_.reset();
   desktop_.held.clear();
   EXPECT_EQ(desktop_.style, "2");
+}
+
+TEST_F(IconSwitchTest, WhatIsGivenBackAtTheEndIsNotRememberedAnyMore) {
+  hide();
+  desktop_.holds = desktop_.finishes = true;
+  show();
+  hide();  // waits, and is not begun any more
+  EXPECT_TRUE(fs::exists(file()));
+  switch_.reset();
+  EXPECT_EQ(desktop_.style, "2");
+  EXPECT_FALSE(fs::exists(file()));
+  EXPECT_EQ(desktop_.log, (Texts{"capture", "hide 0", "give back 2"}));
 }
 
 TEST_F(IconSwitchTest, ADamagedRecordIsNoRecord) {

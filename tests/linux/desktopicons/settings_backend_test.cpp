@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "../gio/private_bus.h"
 #include "linux/desktopicons/extension_backend.h"
 #include "linux/desktopicons/settings_value.h"
 
@@ -33,15 +34,16 @@ IconState captured(IconBackend& backend) {
   EXPECT_TRUE(state);
   return state.value_or(IconState{});
 }
+// Answered when the store has it.
 bool hidden(IconBackend& backend, const IconState& state) {
-  bool done = false;
-  backend.hide(state, [&](Outcome outcome) { done = outcome == Outcome::done; });
-  return done;
+  std::optional<Outcome> answer;
+  backend.hide(state, [&](Outcome outcome) { answer = outcome; });
+  return gio::eventually([&] { return answer.has_value(); }) && answer == Outcome::done;
 }
 bool givenBack(IconBackend& backend, const IconState& state) {
-  bool done = false;
-  backend.giveBack(state, [&](Outcome outcome) { done = outcome == Outcome::done; });
-  return done;
+  std::optional<Outcome> answer;
+  backend.giveBack(state, [&](Outcome outcome) { answer = outcome; });
+  return gio::eventually([&] { return answer.has_value(); }) && answer == Outcome::done;
 }
 
 TEST(SettingsBackendTest, GivesBackAChoiceAndItsAbsenceExactly) {
@@ -76,6 +78,25 @@ TEST(SettingsBackendTest, AChoiceThatTheUserMadeMeanwhileStays) {
     EXPECT_EQ(value->userText(), desktop.choice);
     EXPECT_TRUE(value->set(""));
   }
+}
+
+TEST(SettingsBackendTest, AnEndWaitsForTheStoreAndIsAnswered) {
+  const auto& desktop = desktops()[0];
+  const auto value = SettingsValue::find(desktop.key.schema, desktop.key.key);
+  const auto backend = makeSettingsBackend(desktop.key);
+  ASSERT_TRUE(value && backend);
+  const auto state = captured(*backend);
+  std::vector<Outcome> answers;
+  backend->hide(state, [&](Outcome outcome) { answers.push_back(outcome); });
+  EXPECT_TRUE(answers.empty());
+  backend->finish();
+  EXPECT_EQ(answers, std::vector<Outcome>{Outcome::done});
+  backend->finish();
+  // What the thread had to say comes to nobody.
+  while (g_main_context_iteration(nullptr, FALSE)) {
+  }
+  EXPECT_EQ(answers.size(), 1u);
+  EXPECT_TRUE(value->set(""));
 }
 
 TEST(SettingsBackendTest, WhatIsNotInstalledIsNoDesktop) {
