@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace orvane::host::wayland {
@@ -33,11 +34,14 @@ Connection::Connection(Events events)
     : events_(std::move(events)), outputs_([this] { events_.screensChanged(); }) {}
 
 Connection::~Connection() {
+  rest_.reset();
   source_.reset();
   if (display_) wl_display_flush(display_.get());
 }
 
 std::string Connection::open(const Wait& wait) {
+  // Whoever handed us a connection has perhaps none for a second one.
+  const bool handedOver = std::getenv("WAYLAND_SOCKET") != nullptr;
   display_.reset(connectToCompositor());
   if (!display_) {
     return std::string("There is no Wayland compositor: ") + std::strerror(errno) + ".";
@@ -52,7 +56,8 @@ std::string Connection::open(const Wait& wait) {
     bindOutputs();
   }
   source_ = std::make_unique<DisplaySource>(
-      display_.get(), DisplaySource::Events{[this] { bindOutputs(); }, [this] { lose(); }});
+      display_.get(), DisplaySource::Events{[this] { dispatched(); }, [this] { lose(); }});
+  rest_ = std::make_unique<ReadingRest>(*source_, !handedOver);
   return {};
 }
 
@@ -102,6 +107,11 @@ void Connection::withdrawn(std::uint32_t name) {
   if (name == blursName_) globals_.blurs.reset();
   std::erase_if(unboundOutputs_, [&](const auto& output) { return output.name == name; });
   outputs_.remove(name);
+}
+
+void Connection::dispatched() {
+  bindOutputs();
+  rest_->restIfNobodyWaits();
 }
 
 // Outputs are bound when a batch of events is done, not when they are announced: one that came and

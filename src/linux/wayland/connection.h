@@ -11,6 +11,7 @@
 #include "linux/wayland/handles.h"
 #include "linux/wayland/output_order.h"
 #include "linux/wayland/output_set.h"
+#include "linux/wayland/reading_rest.h"
 #include "platform/desktop_loss.h"
 
 namespace orvane::host::wayland {
@@ -35,6 +36,8 @@ class Connection {
   [[nodiscard]] const Globals& globals() const { return globals_; }
   [[nodiscard]] OutputSet& outputs() { return outputs_; }
   [[nodiscard]] const OutputSet& outputs() const { return outputs_; }
+  // Once it is open.
+  [[nodiscard]] ReadingRest& rest() { return *rest_; }
   [[nodiscard]] bool isLost() const { return lost_; }
 
  private:
@@ -46,6 +49,7 @@ class Connection {
   static const wl_registry_listener registryListener;
   void announced(std::uint32_t name, const std::string& interface, std::uint32_t version);
   void withdrawn(std::uint32_t name);
+  void dispatched();
   void bindOutputs();
   void bindOutputOrder(std::uint32_t name);
   [[nodiscard]] std::string missing() const;
@@ -61,6 +65,7 @@ class Connection {
   std::unique_ptr<OutputOrder> outputOrder_;
   std::uint32_t blursName_ = 0;  // of the global
   std::unique_ptr<DisplaySource> source_;
+  std::unique_ptr<ReadingRest> rest_;
 };
 
 }  // namespace orvane::host::wayland

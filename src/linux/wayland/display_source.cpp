@@ -24,7 +24,8 @@ class DisplaySource::Source {
     source_ = g_source_new(&functions, sizeof(Memory));
     memory(source_)->owner = this;
     g_source_set_name(source_, "Wayland display");
-    fd_ = g_source_add_unix_fd(source_, wl_display_get_fd(display_), readable);
+    poll_.fd = wl_display_get_fd(display_);
+    g_source_add_poll(source_, &poll_);
     g_source_set_can_recurse(source_, TRUE);  // nothing turns the loop in between, so no wake-ups
     g_source_attach(source_, nullptr);
   }
@@ -36,12 +37,17 @@ class DisplaySource::Source {
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
 
+  void rest() { restsUntil_ = g_get_monotonic_time() + longestRest; }
+  void listen() { restsUntil_ = 0; }
+
  private:
   struct Memory {
     GSource base;
     Source* owner;
   };
-  static constexpr auto readable = static_cast<GIOCondition>(G_IO_IN | G_IO_ERR | G_IO_HUP);
+  static constexpr gint64 longestRest = 1'500'000;  // microseconds
+  static constexpr gushort broken = G_IO_ERR | G_IO_HUP;
+  static constexpr gushort readable = G_IO_IN | broken;
 
   static Memory* memory(GSource* source) { return reinterpret_cast<Memory*>(source); }
   static Source& of(GSource* source) { return *memory(source)->owner; }
@@ -50,17 +56,26 @@ class DisplaySource::Source {
     *timeout = -1;
     flush();
     if (failed()) return TRUE;
+    // Whoever meant to end the rest may have ended.
+    if (isResting()) {
+      const gint64 left = restsUntil_ - g_source_get_time(source_);
+      *timeout = static_cast<gint>(left / 1000 + 1);
+      stopReading();
+    }
+    poll_.events = isResting() ? broken : readable;
+    // With a full socket the loop also wakes when there is room again.
+    if (isFull_) poll_.events |= G_IO_OUT;
     // A turn in which a source of higher priority was ready may have left us without check().
-    if (reading_) return FALSE;
+    if (isResting() || reading_) return FALSE;
     if (wl_display_prepare_read(display_) != 0) return TRUE;
     reading_ = true;
     return FALSE;
   }
 
   gboolean check() {
-    const auto seen = g_source_query_unix_fd(source_, fd_);
+    if ((poll_.revents & broken) != 0) listen();
     if (!reading_) return failed() ? TRUE : FALSE;
-    if ((seen & readable) == 0) {
+    if ((poll_.revents & readable) == 0) {
       stopReading();
       return FALSE;
     }
@@ -80,32 +95,31 @@ class DisplaySource::Source {
     return G_SOURCE_CONTINUE;
   }
 
-  void flush() {
-    const bool full = wl_display_flush(display_) < 0 && errno == EAGAIN;
-    // With a full socket the loop also wakes when there is room again. Asking for what is asked for
-    // already would wake it at once, and so in every turn.
-    if (full == std::exchange(waitsForRoom_, full)) return;
-    g_source_modify_unix_fd(source_, fd_,
-                            full ? static_cast<GIOCondition>(readable | G_IO_OUT) : readable);
-  }
+  void flush() { isFull_ = wl_display_flush(display_) < 0 && errno == EAGAIN; }
 
   void stopReading() {
     if (reading_) wl_display_cancel_read(display_);
     reading_ = false;
   }
 
+  [[nodiscard]] bool isResting() const { return g_source_get_time(source_) < restsUntil_; }
   [[nodiscard]] bool failed() const { return wl_display_get_error(display_) != 0; }
 
   wl_display* display_;
   Events events_;
   GSource* source_ = nullptr;
-  gpointer fd_ = nullptr;
+  // The loop looks at it anew in every turn, so that changing it wakes nobody.
+  GPollFD poll_{};
   bool reading_ = false;
-  bool waitsForRoom_ = false;
+  bool isFull_ = false;
+  gint64 restsUntil_ = 0;  // in microseconds of GLib's monotonic time
 };
 
 DisplaySource::DisplaySource(wl_display* display, Events events)
     : source_(std::make_unique<Source>(display, std::move(events))) {}
 DisplaySource::~DisplaySource() = default;
+
+void DisplaySource::rest() { source_->rest(); }
+void DisplaySource::listen() { source_->listen(); }
 
 }  // namespace orvane::host::wayland

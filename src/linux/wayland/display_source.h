@@ -22,6 +22,11 @@ class DisplaySource {
   DisplaySource(const DisplaySource&) = delete;
   DisplaySource& operator=(const DisplaySource&) = delete;
 
+  // Leaves what arrives unread, so that it wakes nobody, until listen() is called, the connection
+  // ends, or a second and a half is over. What is to be sent is sent as ever.
+  void rest();
+  void listen();
+
  private:
   class Source;
   std::unique_ptr<Source> source_;

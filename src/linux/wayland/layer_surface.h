@@ -42,6 +42,8 @@ class LayerSurface {
   // What the compositor prefers, when it has told.
   [[nodiscard]] std::optional<SurfaceScale> preferredScale() const { return preferredScale_; }
   // The compositor has not yet shown what was presented last.
+  // Its size was asked for and is not granted yet.
+  [[nodiscard]] bool awaitsConfigure() const { return awaitsConfigure_; }
   [[nodiscard]] bool isFramePending() const { return frame_ != nullptr; }
 
   // Asks for room at another place. Where that needs the compositor's consent the answer is nothing

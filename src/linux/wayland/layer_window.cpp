@@ -42,9 +42,13 @@ LayerWindow::LayerWindow(const WaylandNeighbours& neighbours, Connection& connec
   auto& outputs = connection_.outputs();
   outputRemoved_ = outputs.removed().subscribe([this](auto name) { outputRemoved(name); });
   outputDescribed_ = outputs.described().subscribe([this](auto name) { outputDescribed(name); });
+  connection_.rest().add(*this);
 }
 
-LayerWindow::~LayerWindow() { close(); }
+LayerWindow::~LayerWindow() {
+  close();
+  connection_.rest().remove(*this);
+}
 
 void LayerWindow::setFrame(Rect frame, bool display) {
   frame_ = frame;
@@ -151,11 +155,13 @@ void LayerWindow::beginTicks() {
 
 void LayerWindow::tick(Date instant) {
   instant_ = instant;
+  connection_.rest().beat(instant);
   if (surface_ && ++ticksShown_ >= healthyTicks) closedInARow_ = 0;
   ticksUnseen_ = surface_ && surface_->isFramePending() ? ticksUnseen_ + 1 : 0;
   refresh();
   // Until the picture is shown. A young surface goes on counting its ticks.
   if (ticksUnseen_ >= mostTicksUnseen && ticksShown_ >= healthyTicks) ticks_.cancel();
+  connection_.rest().restIfNobodyWaits();
 }
 
 void LayerWindow::rebuildLater() {
@@ -170,14 +176,23 @@ void LayerWindow::rebuildLater() {
 }
 
 void LayerWindow::surfaceShown() {
+  ticksUnseen_ = 0;
   if (stale_) refresh();
 }
 
 // ---- What
 
+Awaits LayerWindow::awaits() const {
+  if (!surface_) return Awaits::nothing;
+  const bool isSettled = ticks_ && ticksShown_ >= healthyTicks;
+  return !isSettled || stale_ || surface_->awaitsConfigure() ? Awaits::anAnswer
+                                                             : Awaits::nextSecond;
+}
+
 // Brings the screen up to date, or remembers to do so as soon as the compositor is ready for it.
 void LayerWindow::refresh() {
   if (!onScreen_ || !scene_ || output_ == 0 || refused_ || retry_) return;
+  connection_.rest().listen();
   stale_ = surface_ && surface_->isFramePending();
   if (stale_) return;
   beginTicks();  // which rest while nobody sees anything

@@ -26,7 +26,8 @@ namespace orvane::host::wayland {
 // shown early.
 class LayerWindow final : public NSWindow,
                           public std::enable_shared_from_this<LayerWindow>,
-                          private LayerSurface::Observer {
+                          private LayerSurface::Observer,
+                          private AwaitingWindow {
  public:
   LayerWindow(const WaylandNeighbours& neighbours, Connection& connection, Rect frame);
   ~LayerWindow() override;
@@ -47,6 +48,7 @@ class LayerWindow final : public NSWindow,
     friend bool operator==(const Plane&, const Plane&) = default;
   };
 
+  [[nodiscard]] Awaits awaits() const override;
   void surfaceConfigured() override { refresh(); }
   void surfaceShown() override;
   void surfaceRescaled() override { refresh(); }

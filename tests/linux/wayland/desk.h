@@ -73,6 +73,7 @@ class PanelView final : public RootView {
 // A program's side of a fake compositor: the server under test and what it leans on.
 class Desk : public testing::Test {
  protected:
+  explicit Desk(fakes::FakeCompositor::Offers offers = {}) : compositor(offers) {}
   ~Desk() override {
     window.reset();
     compositor.settle();

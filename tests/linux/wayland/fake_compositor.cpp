@@ -2,13 +2,18 @@
 
 #include <fractional-scale-v1-server.h>
 #include <glib.h>
+#include <linux/sockios.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 #include <viewporter-server.h>
 #include <xdg-output-unstable-v1-server.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -252,12 +257,7 @@ const struct zwlr_layer_shell_v1_interface* shellRequests() {
 }  // namespace
 
 FakeCompositor::FakeCompositor(Offers offers) : display_(wl_display_create()) {
-  int ends[2];
-  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-    throw std::runtime_error("no sockets");
-  }
-  client_ = wl_client_create(display_, ends[0]);
-  setenv("WAYLAND_SOCKET", std::to_string(ends[1]).c_str(), 1);
+  offers.byName ? listen() : handOver();
   offer(offers);
 }
 
@@ -265,6 +265,45 @@ FakeCompositor::~FakeCompositor() {
   wl_display_destroy_clients(display_);
   wl_display_destroy(display_);
   unsetenv("WAYLAND_SOCKET");
+  if (folder_.empty()) return;
+  unsetenv("WAYLAND_DISPLAY");
+  std::filesystem::remove_all(folder_);
+}
+
+void FakeCompositor::handOver() {
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+    throw std::runtime_error("no sockets");
+  }
+  client_ = wl_client_create(display_, ends[0]);
+  setenv("WAYLAND_SOCKET", std::to_string(ends[1]).c_str(), 1);
+}
+
+void FakeCompositor::listen() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "orvane-display-XXXXXX").string();
+  if (!mkdtemp(pattern.data())) throw std::runtime_error("no folder");
+  folder_ = pattern;
+  const std::string path = folder_ + "/display";
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      ::listen(fd, 8) != 0 || wl_display_add_socket_fd(display_, fd) != 0) {
+    throw std::runtime_error("no display");
+  }
+  setenv("WAYLAND_DISPLAY", path.c_str(), 1);
+  first_.owner = this;
+  first_.listener.notify = [](wl_listener* listener, void* client) {
+    auto& owner = *reinterpret_cast<FirstClient*>(listener)->owner;
+    if (!owner.client_) owner.client_ = static_cast<wl_client*>(client);
+  };
+  wl_display_add_client_created_listener(display_, &first_.listener);
+}
+
+bool FakeCompositor::hasUnreadAnswers() const {
+  int bytes = 0;
+  return ioctl(wl_client_get_fd(client_), SIOCOUTQ, &bytes) == 0 && bytes > 0;
 }
 
 void FakeCompositor::offer(const Offers& offers) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <wayland-server-core.h>
+
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -12,13 +14,16 @@
 namespace orvane::fakes {
 
 // A compositor with layer shell in the test's own process: it does what it is told, one step at a
-// time, and remembers what its one client asked for. It draws nothing.
+// time, and remembers what its client asked for on its first connection. It draws nothing.
 class FakeCompositor {
  public:
   struct Offers {
     bool layerShell = true;
     bool fractionalScale = true;  // with viewporter
     bool xdgOutput = true;
+    // Clients find it by its name, and so may connect more than once; else the first connection is
+    // handed over to them, and there is no other.
+    bool byName = false;
   };
   struct OutputTold {
     std::string name;
@@ -51,6 +56,8 @@ class FakeCompositor {
   // Ends the client's connection, as a protocol error would (with a message) or a crash.
   void breakConnection();
   void postError(const std::string& message);
+  // Whether something that the first connection was sent is not read yet.
+  [[nodiscard]] bool hasUnreadAnswers() const;
 
   // In the order of their creation; those that are gone, too.
   [[nodiscard]] std::vector<FakeSurface*> surfaces() const;
@@ -67,10 +74,18 @@ class FakeCompositor {
 
  private:
   friend struct FakeProtocol;
+  struct FirstClient {
+    wl_listener listener;
+    FakeCompositor* owner;
+  };
   void offer(const Offers& offers);
+  void handOver();
+  void listen();
 
   wl_display* display_;
   wl_client* client_ = nullptr;
+  std::string folder_;  // of the name; empty without one
+  FirstClient first_{};
   wl_resource* compositorResource_ = nullptr;
   std::uint32_t serial_ = 0;
   std::list<std::unique_ptr<FakeSurface>> surfaces_;
