@@ -5,6 +5,7 @@ import os
 import pwd
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -43,6 +44,12 @@ def eventually(what, condition, seconds=20, pause=0.05):
         if time.monotonic() > limit:
             raise AssertionError("waited %s s in vain: %s" % (seconds, what))
         time.sleep(pause)
+
+
+def listens(path):
+    """Whether somebody answers at this socket; it is there a moment before they do."""
+    with socket.socket(socket.AF_UNIX) as trying:
+        return trying.connect_ex(path) == 0
 
 
 def happens(condition, seconds=3):

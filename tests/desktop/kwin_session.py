@@ -11,7 +11,7 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-from desktop_session import COMPANIONS, DesktopSession, eventually, program
+from desktop_session import COMPANIONS, DesktopSession, eventually, listens, program
 from picture import Picture
 
 DISPLAY = "kwin-0"
@@ -94,7 +94,7 @@ class KWinSession(DesktopSession):
         address = "unix:path=%s" % self.path("bus")
         self.write(BUS % self.path("bus"), "bus.conf")
         self.start("dbus-daemon", "--nofork", "--config-file=%s" % self.path("bus.conf"))
-        eventually("there is a message bus", lambda: os.path.exists(self.path("bus")))
+        eventually("there is a message bus", lambda: listens(self.path("bus")))
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         flags = Gio.DBusConnectionFlags
         self.bus = Gio.DBusConnection.new_for_address_sync(

@@ -4,7 +4,7 @@ installed."""
 import os
 import shutil
 
-from desktop_session import eventually
+from desktop_session import eventually, listens
 
 SERVICES = "/usr/share/dbus-1/services"
 
@@ -29,7 +29,7 @@ def start_bus(session, *services):
         offer(session, service)
     session.write(BUS % (session.path("bus"), session.path("services")), "bus.conf")
     bus = session.start("dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf"))
-    eventually("there is a bus", lambda: os.path.exists(session.path("bus")))
+    eventually("there is a bus", lambda: listens(session.path("bus")))
     session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + session.path("bus")
     return bus
 

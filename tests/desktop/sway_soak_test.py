@@ -46,6 +46,12 @@ def first_picture(sway):
     return sway.picture(sway.outputs()[0])
 
 
+def show_the_same(picture, another):
+    """Read by another program, and perhaps in another minute, which the line below the date tells."""
+    box = picture.differing_box(another)
+    return box is None or (box[0] >= 36 and box[1] >= 155 and box[2] <= 394 and box[3] <= 190)
+
+
 def wait_for_board(sway, bare):
     def look():
         picture = first_picture(sway)
@@ -137,7 +143,7 @@ class Soak(unittest.TestCase):
     def assert_is_what_a_new_program_shows(self, sway, board):
         eventually("the board is gone", lambda: first_picture(sway).pixel(*ON_THE_BOARD) == self.bare)
         sway.start(program("orvane"), environment=sanitizer_options())
-        eventually("a new program shows the same", lambda: first_picture(sway).differing_box(board) is None)
+        eventually("a new program shows the same", lambda: show_the_same(first_picture(sway), board))
 
 
 # What can happen to an output that stays plugged in, and in the end, that nothing happened.

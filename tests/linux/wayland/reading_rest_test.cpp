@@ -101,6 +101,7 @@ TEST_F(ReadingRestTest, WhoeverIsNotSeenHearsAtOnceWhenItIs) {
   compositor.showsAtOnce = false;
   tick(4);
   EXPECT_FALSE(compositor.hasUnreadAnswers());
+  actor.advance(std::chrono::seconds(untilItRests + 4));
   const auto before = pictures().size();
   compositor.showsAtOnce = true;
   surface().showFrame();
