@@ -64,7 +64,7 @@ sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           stands_on_the_selected_screen stands_on_the_main_screen_while_the_selected_one_is_away
           clicks_go_through windows_cover_it leaves_nothing)
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second are_slept_through
-          change_a_few_thousand_pixels show_a_new_calendar_within_two)
+          wake_it_once_each change_a_few_thousand_pixels show_a_new_calendar_within_two)
 
 set(script sway_sight_test.py)
 sway_test(${script} OutOfSight behind_a_window_that_fills_the_output

@@ -27,20 +27,37 @@ def wait_for_board(session, output, scale=1):
     return eventually("the board stands on %s" % output, look)
 
 
+def of_all_threads(running, file, read):
+    """The sum of what `read` finds in that file of each thread."""
+    folder = "/proc/%d/task" % running.process.pid
+    total = 0
+    for thread in os.listdir(folder):
+        with open(os.path.join(folder, thread, file), encoding="ascii") as text:
+            total += read(text.read())
+    return total
+
+
+def each_second(count, seconds):
+    """By how much it grows each second while that time passes."""
+    before, started = count(), time.monotonic()
+    time.sleep(seconds)
+    return (count() - before) / (time.monotonic() - started)
+
+
 def busy_share(running, seconds):
     """The part of a processor that the program takes while that time passes."""
+    return each_second(
+        lambda: of_all_threads(running, "schedstat", lambda text: int(text.split()[0])) / 1e9, seconds
+    )
 
-    def taken():
-        folder = "/proc/%d/task" % running.process.pid
-        nanoseconds = 0
-        for thread in os.listdir(folder):
-            with open(os.path.join(folder, thread, "schedstat"), encoding="ascii") as file:
-                nanoseconds += int(file.read().split()[0])
-        return nanoseconds / 1e9
 
-    before, started = taken(), time.monotonic()
-    time.sleep(seconds)
-    return (taken() - before) / (time.monotonic() - started)
+def wake_ups(running, seconds):
+    """How often each second a thread of the program gave its processor away to wait."""
+
+    def switches(status):
+        return next(int(line.split()[1]) for line in status.splitlines() if line.startswith("voluntary"))
+
+    return each_second(lambda: of_all_threads(running, "status", switches), seconds)
 
 
 def is_bare(session, output):
@@ -176,6 +193,16 @@ class ProgramSeconds(unittest.TestCase):
             running = sway.start(program("orvane"))
             eventually("it is drawn", lambda: any(self.frames(sway)))
             eventually("it is at rest", lambda: busy_share(running, seconds=3) < 0.1, 40)
+
+    def wake_it_once_each(self):
+        """Also with two boards, and again after a screen has changed."""
+        with SwaySession(outputs=2) as sway:
+            set_defaults(sway, displayMode="all")
+            add_calendar(sway)
+            running = sway.start(program("orvane"))
+            eventually("it wakes once a second", lambda: wake_ups(running, 5) < 1.5, 90)
+            sway.message("output", sway.outputs()[1], "scale", "2")
+            eventually("it wakes once a second again", lambda: wake_ups(running, 5) < 1.5, 90)
 
     def change_a_few_thousand_pixels(self):
         with SwaySession(outputs=1, trace=True) as sway:
