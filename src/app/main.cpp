@@ -141,6 +141,9 @@ int runProgram(const StartMarks& start) {
                          return store;
                        }});
   running = app.appDelegate();
+  const auto onScreens =
+      notifications.addObserver(NSApplicationDidChangeScreenParametersNotification,
+                                [&services] { services.desktopIcons->screensChanged(); });
   const auto clockWatcher = watchClocks(base, eventStore);
   const auto onTerminate = base.loop->onSignal(SIGTERM, base.quitting());
   const auto onInterrupt = base.loop->onSignal(SIGINT, base.quitting());

@@ -64,9 +64,9 @@ Services::Services(const Base& base, const Drawing& drawing, GDBusConnection* bu
       settingsNotice(host::makeSettingsNotice(bus)),
       settingsWindows(makeSettingsWindows(base, drawing, *settingsNotice, focusToken)),
       hotKeys(host::makeEventHotKeys(hotKeyOptions(), *base.loop)),
-      desktopIcons(
-          host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""), bus,
-                                  host::desktopIconsStatePath(environmentVariable)})) {}
+      desktopIcons(host::makeDesktopIcons({environmentVariable("XDG_CURRENT_DESKTOP").value_or(""),
+                                           bus, host::desktopIconsStatePath(environmentVariable),
+                                           base.loop.get()})) {}
 
 std::shared_ptr<host::EventStore> makeEventStore(const Base& base, GDBusConnection* bus,
                                                  NotificationCenter& notifications) {

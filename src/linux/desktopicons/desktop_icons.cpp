@@ -1,5 +1,7 @@
 #include "linux/desktopicons/desktop_icons.h"
 
+#include <array>
+#include <cstddef>
 #include <utility>
 
 #include "linux/desktopicons/desktop_kind.h"
@@ -15,6 +17,10 @@ namespace {
 
 using namespace desktopicons;
 namespace fs = std::filesystem;
+
+// A desktop sets up a new screen when it comes to it, and tells nobody when it has.
+constexpr std::array<Duration, 3> kLooks = {std::chrono::seconds(1), std::chrono::seconds(3),
+                                            std::chrono::seconds(10)};
 
 // Null where there are no icons to hide.
 std::unique_ptr<IconBackend> backendFor(const DesktopIconsOptions& options) {
@@ -69,7 +75,17 @@ class Icons final : public DesktopIcons {
     if (auto* found = icons()) found->request(IconWish::show);
   }
 
+  void screensChanged() override { lookLater(0); }
+
  private:
+  void lookLater(std::size_t look) {
+    if (!options_.mainActor || !switch_ || look >= kLooks.size()) return;
+    look_ = options_.mainActor->after(kLooks.at(look), [this, look] {
+      switch_->lookForNew();
+      lookLater(look + 1);
+    });
+  }
+
   IconSwitch* icons() {
     if (!std::exchange(looked_, true)) {
       if (auto backend = backendFor(options_)) {
@@ -82,6 +98,7 @@ class Icons final : public DesktopIcons {
   const DesktopIconsOptions options_;
   bool looked_ = false;
   std::unique_ptr<IconSwitch> switch_;
+  Subscription look_;
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "foundation/main_actor.h"
 #include "linux/files/base_directory.h"
 #include "platform/ns_apple_script.h"
 
@@ -18,6 +19,7 @@ struct DesktopIconsOptions {
   GDBusConnection* connection = nullptr;  // the session bus; null: none
   // Where the user's own choice is written down while ours holds; empty: then nothing is hidden.
   std::filesystem::path stateFile;
+  MainActor* mainActor = nullptr;  // null: icons of screens that come later are not looked for
 };
 
 // Understands the two scripts that hide and show the icons, and no other text. They return at once;
@@ -26,6 +28,9 @@ class DesktopIcons : public AppleScripts {
  public:
   // Gives back what a run before this one has hidden and did not live to give back.
   virtual void giveBackLeftovers() = 0;
+  // There are other screens than before. What the desktop puts on a new one a moment later is
+  // hidden like the rest, where that is hidden.
+  virtual void screensChanged() = 0;
 };
 [[nodiscard]] std::unique_ptr<DesktopIcons> makeDesktopIcons(const DesktopIconsOptions& options);
 

@@ -18,6 +18,12 @@ struct IconState {
 // and may carry it out yet.
 enum class Outcome { done, refused, unknown };
 
+// What has come to the desktop since its state was captured, on a new screen perhaps.
+struct NewIcons {
+  IconState alone;
+  IconState together;  // with what was captured before, which is as it was
+};
+
 // Where one kind of desktop keeps whether it shows icons. Everything is answered in a later turn or
 // at once, exactly once, and within seconds. Destroying the backend drops what is under way. Main
 // thread only.
@@ -30,6 +36,12 @@ class IconBackend {
   // How the icons stand, and what hiding them would write. Nothing where the desktop cannot be
   // asked or has no icons to hide.
   virtual void capture(std::function<void(std::optional<IconState>)> captured) = 0;
+  // Nothing where nothing has come.
+  virtual void captureNew(const IconState& known,
+                          std::function<void(std::optional<NewIcons>)> captured) {
+    (void)known;
+    captured(std::nullopt);
+  }
   virtual void hide(const IconState& state, std::function<void(Outcome)> done) = 0;
   // Gives back what was there before, unless somebody else has changed it since; that counts as
   // done too.

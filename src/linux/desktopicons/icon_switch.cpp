@@ -9,21 +9,32 @@ IconSwitch::IconSwitch(std::unique_ptr<IconBackend> backend, IconMemory memory)
 
 IconSwitch::~IconSwitch() {
   waiting_.reset();
+  looksForNew_ = false;
   backend_->finish();
 }
 
 void IconSwitch::request(IconWish wish) {
-  waiting_ = wish;
+  waiting_ = last_ = wish;
+  next();
+}
+
+void IconSwitch::lookForNew() {
+  if (last_ != IconWish::hide) return;
+  looksForNew_ = true;
   next();
 }
 
 void IconSwitch::next() {
-  if (busy_ || !waiting_) return;
-  busy_ = true;
-  if (*std::exchange(waiting_, std::nullopt) == IconWish::hide) {
+  if (busy_) return;
+  const auto wish = std::exchange(waiting_, std::nullopt);
+  const bool looksForNew = std::exchange(looksForNew_, false) && !wish;
+  busy_ = wish || looksForNew;
+  if (wish == IconWish::hide) {
     hide();
-  } else {
+  } else if (wish == IconWish::show) {
     giveBack();
+  } else if (looksForNew) {
+    hideNew();
   }
 }
 
@@ -35,15 +46,29 @@ void IconSwitch::finished() {
 // A record from before, perhaps of a run that crashed, is older than what is there now and
 // therefore nearer to what the user chose.
 void IconSwitch::hide() {
-  if (const auto known = memory_.find(backend_->name())) {
-    return backend_->hide(*known, [this](Outcome) { finished(); });
-  }
+  if (const auto known = memory_.find(backend_->name())) return hideAgain(*known);
   backend_->capture([this](const std::optional<IconState>& state) {
     if (!state || !memory_.remember(backend_->name(), *state)) return finished();
     backend_->hide(*state, [this](Outcome outcome) {
       if (outcome == Outcome::refused) memory_.forget(backend_->name());
       finished();
     });
+  });
+}
+
+void IconSwitch::hideAgain(const IconState& known) {
+  backend_->captureNew(known, [this, known](const std::optional<NewIcons>& came) {
+    const bool isRemembered = came && memory_.remember(backend_->name(), came->together);
+    backend_->hide(isRemembered ? came->together : known, [this](Outcome) { finished(); });
+  });
+}
+
+void IconSwitch::hideNew() {
+  const auto known = memory_.find(backend_->name());
+  if (!known) return finished();
+  backend_->captureNew(*known, [this](const std::optional<NewIcons>& came) {
+    if (!came || !memory_.remember(backend_->name(), came->together)) return finished();
+    backend_->hide(came->alone, [this](Outcome) { finished(); });
   });
 }
 

@@ -36,6 +36,14 @@ class PlasmaBackend final : public IconBackend {
     });
   }
 
+  void captureNew(const IconState& known,
+                  std::function<void(std::optional<NewIcons>)> captured) override {
+    evaluate(plasmaCaptureScript(),
+             [known, captured = std::move(captured)](GVariant* results, const gio::Failure&) {
+               captured(results ? plasmaNewIcons(known, textIn(results)) : std::nullopt);
+             });
+  }
+
   void hide(const IconState& state, std::function<void(Outcome)> done) override {
     change(plasmaHideScript(state), Outcome::refused, std::move(done));
   }

@@ -131,6 +131,20 @@ std::optional<IconState> plasmaState(const std::string& printed) {
   return IconState{literal(desktops), kWritten};
 }
 
+std::optional<NewIcons> plasmaNewIcons(const IconState& known, const std::string& printed) {
+  auto before = parsed(known.before);
+  const auto state = plasmaState(printed);
+  if (!state || !before.is_array() || !std::ranges::all_of(before, isDesktop)) return std::nullopt;
+  auto came = Json::array();
+  for (auto& desktop : parsed(state->before)) {
+    const auto isSame = [&desktop](const Json& old) { return old["id"] == desktop["id"]; };
+    if (std::ranges::none_of(before, isSame)) came.push_back(std::move(desktop));
+  }
+  if (came.empty()) return std::nullopt;
+  before.insert(before.end(), came.begin(), came.end());
+  return NewIcons{{literal(came), known.written}, {literal(before), known.written}};
+}
+
 std::optional<std::string> plasmaHideScript(const IconState& state) {
   return scriptWith(kHide, "hide", state);
 }

@@ -17,6 +17,9 @@ namespace orvane::host::desktopicons {
 // The state that a capture's output means; nothing where no desktop shows icons, or for any other
 // text.
 [[nodiscard]] std::optional<IconState> plasmaState(const std::string& printed);
+// What a further capture's output has beyond the known state; nothing where it has nothing more.
+[[nodiscard]] std::optional<NewIcons> plasmaNewIcons(const IconState& known,
+                                                     const std::string& printed);
 // Nothing for a state that no capture made.
 [[nodiscard]] std::optional<std::string> plasmaHideScript(const IconState& state);
 // Leaves desktops alone whose filter is not ours any more. What was not set is unset again, and

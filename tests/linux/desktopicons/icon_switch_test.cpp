@@ -21,6 +21,7 @@ class FakeDesktop {
   bool holds = false;
   Texts log;
   std::vector<std::function<void()>> held;
+  std::string newStyle;   // of a screen that has come; empty: none has
   bool finishes = false;  // at the end, what is held is carried out
 
   [[nodiscard]] Outcome outcome() const {
@@ -48,6 +49,11 @@ class FakeBackend final : public IconBackend {
     desktop_.answer([this, captured] {
       captured(desktop_.refuses ? std::nullopt : std::optional(IconState{desktop_.style, "0"}));
     });
+  }
+  void captureNew(const IconState& known,
+                  std::function<void(std::optional<NewIcons>)> captured) override {
+    if (desktop_.newStyle.empty()) return captured(std::nullopt);
+    captured(NewIcons{{desktop_.newStyle, "0"}, {known.before + desktop_.newStyle, "0"}});
   }
   void hide(const IconState& state, std::function<void(Outcome)> done) override {
     desktop_.log.push_back("hide " + state.written);
@@ -119,6 +125,37 @@ TEST_F(IconSwitchTest, ARepeatedHideRunsAgainAndKeepsTheFirstChoice) {
   EXPECT_EQ(desktop_.log, (Texts{"capture", "hide 0", "hide 0"}));
   show();
   EXPECT_EQ(desktop_.style, "2");
+}
+
+TEST_F(IconSwitchTest, WhatHasComeIsRememberedBesideTheFirstChoice) {
+  hide();
+  desktop_.newStyle = "1";
+  hide();
+  EXPECT_EQ(IconMemory(file()).find("fake"), (IconState{"21", "0"}));
+}
+
+TEST_F(IconSwitchTest, WhatHasComeAloneIsHiddenWhereHiddenIsWished) {
+  desktop_.newStyle = "1";
+  switch_->lookForNew();
+  hide();
+  desktop_.style = "2";  // the user's, by now
+  desktop_.log.clear();
+  switch_->lookForNew();
+  EXPECT_EQ(desktop_.log, Texts{"hide 0"});
+  EXPECT_EQ(IconMemory(file()).find("fake"), (IconState{"21", "0"}));
+  show();
+  desktop_.log.clear();
+  switch_->lookForNew();
+  EXPECT_TRUE(desktop_.log.empty());
+}
+
+TEST_F(IconSwitchTest, WithoutARecordNothingThatHasComeIsHidden) {
+  hide();
+  fs::remove(file());
+  desktop_.log.clear();
+  desktop_.newStyle = "1";
+  switch_->lookForNew();
+  EXPECT_TRUE(desktop_.log.empty());
 }
 
 TEST_F(IconSwitchTest, AChoiceThatTheUserMadeMeanwhileStays) {

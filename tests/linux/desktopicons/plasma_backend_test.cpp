@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
 
 #include "../gio/private_bus.h"
+#include "fakes/manual_main_actor.h"
 #include "linux/desktopicons/desktop_icons.h"
+#include "linux/desktopicons/icon_memory.h"
 #include "linux/gio/exported_object.h"
 
 namespace orvane::host {
@@ -55,6 +58,7 @@ class StandInShell {
   std::map<unsigned, Json> desktops = {{1, {{"filterMode", "1"}}}, {7, Json::object()}};
   std::string error;
   std::vector<std::string> calls;
+  std::function<void()> heldBack;  // called before something is hidden
 
  private:
   gio::CallReply answer(const std::string& script) {
@@ -66,6 +70,7 @@ class StandInShell {
     const auto arguments = Json::parse("[" + script.substr(bracket + 1, end - bracket - 3) + "]");
     std::string printed;
     if (calls.back() == "capture") printed = capture().dump() + "\n";
+    if (calls.back() == "hide" && heldBack) heldBack();
     if (calls.back() == "hide") hide(arguments[0], arguments[1]);
     if (calls.back() == "giveBack") giveBack(arguments[0], arguments[1]);
     return gio::owned(g_variant_new("(s)", printed.c_str()));
@@ -101,8 +106,8 @@ class PlasmaTest : public testing::Test {
   }
   void TearDown() override { fs::remove_all(folder_); }
 
-  [[nodiscard]] std::unique_ptr<DesktopIcons> make() const {
-    return makeDesktopIcons({"KDE", ours_.get(), folder_ / "desktop-icons"});
+  [[nodiscard]] std::unique_ptr<DesktopIcons> make() {
+    return makeDesktopIcons({"KDE", ours_.get(), folder_ / "desktop-icons", &actor_});
   }
   void run(const std::string& value) {
     const auto parsed = icons_->makeScript(script(value));
@@ -120,7 +125,18 @@ class PlasmaTest : public testing::Test {
     }
   }
 
+  // What is remembered of the desktops, by their numbers.
+  [[nodiscard]] std::map<unsigned, Json> record() const {
+    const auto known = desktopicons::IconMemory(folder_ / "desktop-icons").find("plasma");
+    EXPECT_TRUE(known);
+    const auto before = Json::parse(known ? known->before : "[]");
+    std::map<unsigned, Json> desktops;
+    for (const auto& each : before) desktops[each["id"].get<unsigned>()] = each["set"];
+    return desktops;
+  }
+
   gio::PrivateBus bus_;
+  fakes::ManualMainActor actor_;
   fs::path folder_;
   gio::ObjectPtr<GDBusConnection> ours_;
   StandInShell shell_{bus_};
@@ -147,6 +163,57 @@ TEST_F(PlasmaTest, ARepeatedHideKeepsTheFirstChoice) {
   run("true");
   EXPECT_TRUE(eventually([&] { return !remembered(); }));
   EXPECT_EQ(shell_.desktops, before);
+}
+
+TEST_F(PlasmaTest, ARepeatedHideTakesInANewDesktop) {
+  run("false");
+  EXPECT_TRUE(eventually([&] { return isHidden(1) && isHidden(7); }));
+  auto before = record();
+  shell_.desktops[9] = {{"filterMode", "1"}, {"filterPattern", "*.txt"}};
+  run("false");
+  EXPECT_TRUE(eventually([&] { return isHidden(9); }));
+  before[9] = {{"filterMode", "1"}, {"filterPattern", "*.txt"}};
+  EXPECT_EQ(record(), before);
+  run("true");
+  EXPECT_TRUE(eventually([&] { return !remembered(); }));
+  EXPECT_EQ(shell_.desktops, before);
+}
+
+TEST_F(PlasmaTest, ANewScreenGetsHiddenIconsTooAndNothingElseIsTouched) {
+  run("false");
+  EXPECT_TRUE(eventually([&] { return isHidden(1) && isHidden(7); }));
+  auto before = record();
+  shell_.desktops[1] = {{"filterMode", "0"}};  // by the user
+  icons_->screensChanged();
+  actor_.advance(std::chrono::seconds(1));  // the shell is slow to set the screen up
+  EXPECT_TRUE(eventually([&] { return shell_.calls.back() == "capture"; }));
+  settle();
+  EXPECT_EQ(record(), before);
+  shell_.desktops[9] = Json::object();
+  shell_.heldBack = [&] { before[9] = record()[9]; };
+  actor_.advance(std::chrono::seconds(3));
+  EXPECT_TRUE(eventually([&] { return isHidden(9); }));
+  EXPECT_EQ(before[9], Json::object()) << "it was not written down before the change";
+  EXPECT_FALSE(isHidden(1));
+  run("true");
+  EXPECT_TRUE(eventually([&] { return !remembered(); }));
+  EXPECT_EQ(shell_.desktops[9], Json::object());
+  EXPECT_EQ(shell_.desktops[1], Json({{"filterMode", "0"}}));
+  EXPECT_EQ(shell_.desktops[7], Json::object());
+}
+
+TEST_F(PlasmaTest, NewScreensAreNotLookedAtWhereNothingIsHidden) {
+  icons_->screensChanged();
+  actor_.advance(std::chrono::minutes(1));
+  run("false");
+  EXPECT_TRUE(eventually([&] { return isHidden(1); }));
+  run("true");
+  EXPECT_TRUE(eventually([&] { return !remembered(); }));
+  const auto calls = shell_.calls.size();
+  icons_->screensChanged();
+  actor_.advance(std::chrono::minutes(1));
+  settle();
+  EXPECT_EQ(shell_.calls.size(), calls);
 }
 
 TEST_F(PlasmaTest, WhatACrashLeftIsGivenBackAtTheNextStart) {

@@ -55,6 +55,24 @@ TEST(PlasmaScripts, AStateIsWhatWasPrinted) {
   EXPECT_TRUE(plasmaGiveBackScript(*state));
 }
 
+TEST(PlasmaScripts, WhatHasComeIsAddedToWhatIsKnown) {
+  const auto came = plasmaNewIcons(
+      kState, R"([{"id":9,"set":{}},{"id":1,"set":{"filterMode":"2"}},{"id":12,"set":{}}])");
+  ASSERT_TRUE(came);
+  EXPECT_EQ(came->alone.before, R"([{"id":9,"set":{}},{"id":12,"set":{}}])");
+  EXPECT_EQ(came->together.before, kState.before.substr(0, kState.before.size() - 1) +
+                                       R"(,{"id":9,"set":{}},{"id":12,"set":{}}])");
+  EXPECT_EQ(came->alone.written, kState.written);
+  EXPECT_EQ(came->together.written, kState.written);
+}
+
+TEST(PlasmaScripts, NothingHasComeWhereAllIsKnownOrNothingIsUnderstood) {
+  for (const std::string text : {R"([{"id":1,"set":{}}])", "[]", "", R"([{"id":2}])"}) {
+    EXPECT_EQ(plasmaNewIcons(kState, text).has_value(), false) << text;
+  }
+  EXPECT_FALSE(plasmaNewIcons({"nonsense", "{}"}, R"([{"id":2,"set":{}}])"));
+}
+
 TEST(PlasmaScripts, WithoutADesktopOfIconsThereIsNoState) {
   EXPECT_EQ(plasmaState("[]"), std::nullopt);
 }
