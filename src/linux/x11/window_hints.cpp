@@ -59,6 +59,8 @@ Family familyOf(std::string_view windowManager) {
 }
 
 constexpr WindowHints unmanaged{true, WindowType::desktop, true, false};
+// What Openbox does not put aside to show the desktop.
+constexpr WindowHints splash{false, WindowType::splash, true, false};
 
 WindowHints hintsOnAllWorkspaces(Family family, bool hasDesktopWindow) {
   switch (family) {
@@ -71,8 +73,7 @@ WindowHints hintsOnAllWorkspaces(Family family, bool hasDesktopWindow) {
     case Family::dockBelow:
       return {false, WindowType::dock, true, false};
     case Family::openbox:
-      // A splash window survives Show Desktop; without a file manager nothing else is a desktop.
-      if (hasDesktopWindow) return {false, WindowType::splash, true, false};
+      if (hasDesktopWindow) return splash;
       return {false, WindowType::desktop, false, false};
     case Family::other:
       break;
@@ -83,8 +84,10 @@ WindowHints hintsOnAllWorkspaces(Family family, bool hasDesktopWindow) {
 }  // namespace
 
 WindowHints hintsFor(std::string_view windowManager, bool hasDesktopWindow, Workspaces workspaces) {
-  const auto hints = hintsOnAllWorkspaces(familyOf(windowManager), hasDesktopWindow);
+  const auto family = familyOf(windowManager);
+  const auto hints = hintsOnAllWorkspaces(family, hasDesktopWindow);
   if (workspaces == Workspaces::all || hints.overrideRedirect) return hints;
+  if (family == Family::openbox) return splash;
   // Desktops and docks are put on every workspace whether they want it or not.
   return {false, WindowType::utility, true, false};
 }
