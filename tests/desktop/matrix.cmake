@@ -19,10 +19,13 @@ if(ORVANE_X11)
   matrix_row(xvfb x11_rows.py desktop)
   matrix_row(xfwm4-xfdesktop x11_rows.py desktop)
   matrix_row(xfwm4-xfdesktop-composited x11_rows.py desktop)
-  foreach(row xfwm4-xfdesktop-two-screens openbox openbox-picom openbox-pcmanfm i3 marco-caja
-          marco-caja-composited muffin-nemo kwin-x11 managers-replaced)
+  foreach(row xfwm4-xfdesktop-two-screens openbox openbox-picom openbox-pcmanfm i3)
     matrix_row(${row} x11_rows.py)
   endforeach()
+  foreach(row marco-caja marco-caja-composited muffin-nemo kwin-x11)
+    matrix_row(${row} x11_shell_rows.py)
+  endforeach()
+  matrix_row(managers-replaced x11_succession_rows.py)
   foreach(test is_asked_for_as_long_as_it_is_offered is_not_asked_for_where_there_is_no_glass)
     add_test(NAME "x11.Blur.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_blur_test.py" "Blur.${test}")
@@ -74,6 +77,7 @@ endif()
 # The checks themselves are tried on a desktop of paper.
 foreach(test Checks.pass_a_board_without_faults Checks.fail_each_fault_that_they_are_there_for
         Checks.fail_for_every_title_somewhere
+        Checks.are_tried_again_with_the_board_on_one_workspace
         Checks.are_not_made_where_the_desktop_lacks_what_they_take
         Rows.without_their_programs_are_missing_and_fail Rows.whose_desktop_does_not_start_fail)
   add_test(NAME "checks.${test}" COMMAND /usr/bin/python3 -B "${matrix}/checks_test.py" "${test}")

@@ -6,7 +6,8 @@ target_include_directories(wayland_probe PRIVATE "${CMAKE_SOURCE_DIR}/tests")
 find_package(PkgConfig REQUIRED)
 pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
 set(input_protocols "")
-foreach(name wlr-virtual-pointer-unstable-v1 kwin-fake-input)
+foreach(name wlr-virtual-pointer-unstable-v1 wlr-foreign-toplevel-management-unstable-v1
+        kwin-fake-input)
   set(protocol "${CMAKE_CURRENT_SOURCE_DIR}/protocol/${name}.xml")
   set(base "${CMAKE_CURRENT_BINARY_DIR}/protocol/${name}")
   add_custom_command(
@@ -28,8 +29,10 @@ add_executable(kwin_input kwin_input.cpp)
 target_link_libraries(kwin_input PRIVATE orvane_common desktop_protocols)
 add_executable(wlr_input wlr_input.cpp)
 target_link_libraries(wlr_input PRIVATE orvane_common desktop_protocols)
-set_target_properties(wayland_probe sway_client kwin_input wlr_input PROPERTIES RUNTIME_OUTPUT_DIRECTORY
-                      "${CMAKE_BINARY_DIR}/tests")
+add_executable(wlr_windows wlr_windows.cpp)
+target_link_libraries(wlr_windows PRIVATE orvane_common desktop_protocols)
+set_target_properties(wayland_probe sway_client kwin_input wlr_input wlr_windows PROPERTIES
+                      RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
 
 # sway_test(SCRIPT CLASS test …): tests of a class in a script, each known to ctest. What measures
 # time runs alone.

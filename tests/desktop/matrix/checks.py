@@ -2,6 +2,8 @@
 AssertionError; SETTINGS tells what the program is set to while it runs, and USES which operations
 of the row it takes."""
 
+import functools
+
 from desktop_session import eventually, happens
 from row import FIRST_BACKGROUND, SECOND_BACKGROUND
 from trial import require, throughout
@@ -170,7 +172,8 @@ def stays_in_place_after_the_desktop_was_restarted(trial):
 
 @check("one_workspace_only", "show_workspace", displayMode="all", showOnAllSpaces=False)
 def stands_on_one_workspace_alone_when_so_set(trial):
-    trial.find_board(trial.main)
+    for screen in trial.screens:
+        trial.find_board(screen)
     try:
         trial.row.show_workspace(1)
         eventually("the other workspace is bare", lambda: trial.is_absent(trial.main))
@@ -196,6 +199,10 @@ COMMON = (
     stays_in_place_after_the_desktop_was_restarted,
     stands_on_one_workspace_alone_when_so_set,
 )
+
+
+# Others that are made with the board on all screens know where it is.
+LOOK_ON_ALL_SCREENS = (stands_on_every_screen, stands_on_one_workspace_alone_when_so_set)
 
 
 def leaves_nothing(trial):
@@ -236,3 +243,32 @@ def comes_back_after_the_desktop_was_shown(trial):
     finally:
         trial.row.show_desktop(False)
     trial.see(trial.main, "after the desktop was shown")
+
+
+def _on_one_workspace(function):
+    @functools.wraps(function)
+    def tried(trial):
+        function(trial)
+
+    tried.settings = {**function.settings, "showOnAllSpaces": False}
+    tried.title = function.title + " on one workspace"
+    return tried
+
+
+# On X11 the board is then another kind of window, for which each desktop has rules of its own.
+_EACH_ON_ONE_WORKSPACE = tuple(
+    _on_one_workspace(each)
+    for each in (
+        is_covered_by_an_ordinary_window,
+        takes_neither_focus_nor_keys,
+        lets_clicks_through,
+        stays_in_place_after_the_desktop_was_clicked,
+        is_not_offered_among_the_windows,
+    )
+)
+ON_ONE_WORKSPACE = (*_EACH_ON_ONE_WORKSPACE, _on_one_workspace(stays_when_the_desktop_is_shown))
+# Where that kind of window makes way with the others.
+PUT_ASIDE_ON_ONE_WORKSPACE = (
+    *_EACH_ON_ONE_WORKSPACE,
+    _on_one_workspace(comes_back_after_the_desktop_was_shown),
+)

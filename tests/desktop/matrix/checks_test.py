@@ -47,9 +47,10 @@ class PaperTime:
         self.now += max(seconds, 5)
 
 
-def failures(faults, lacks=None):
+def failures(faults, lacks=None, own_checks=()):
     report = run.Report()
     desktop = PaperDesktop(faults)
+    desktop.own_checks = own_checks
     desktop.lacks = lacks or {}
     paper = PaperTime()
     with mock.patch("desktop_session.time", paper), mock.patch("trial.time", paper):
@@ -74,6 +75,13 @@ class Checks(unittest.TestCase):
         titles = set().union(*MEANT_FOR.values())
         for each in checks.COMMON:
             self.assertIn(each.title, titles)
+
+    def are_tried_again_with_the_board_on_one_workspace(self):
+        again = checks.ON_ONE_WORKSPACE
+        self.assertEqual(failures((), own_checks=again).failed, [])
+        failed = failures({"takes clicks"}, own_checks=again).failed
+        self.assertIn("lets clicks through on one workspace", failed)
+        self.assertNotIn("is covered by an ordinary window on one workspace", failed)
 
     def are_not_made_where_the_desktop_lacks_what_they_take(self):
         report = failures({"is listed"}, {"listed": "nothing lists windows"})

@@ -1,7 +1,7 @@
 """Desktops that are nothing but neighbours of the board, which tell of the clicks that they get."""
 
 from desktop_session import eventually, happens, program
-from row import FIRST_BACKGROUND
+from row import FIRST_BACKGROUND, Screen
 
 
 def hexadecimal(color):
@@ -14,9 +14,20 @@ def reports_release(neighbour, click):
     return happens(lambda: neighbour.lines.count("released") > before)
 
 
+class HeadlessOutputs:
+    """Two outputs side by side, of which the second has a scale of 1.5."""
+
+    def screens(self):
+        make_and_model = ("headless", "headless")
+        return [
+            Screen("HEADLESS-1", 1280, 720, 1, *make_and_model),
+            Screen("HEADLESS-2", 1920, 1080, 1.5, *make_and_model),
+        ]
+
+
 class Layers:
-    """On Wayland: a surface on the background layer of each output. For a row with `places`, whose keys name the outputs, and with `background(name, color)`,
-    which starts a neighbour."""
+    """On Wayland: a surface on the background layer of each output. For a row with `places`, whose
+    keys name the outputs, and with `background(name, color)`, which starts a neighbour."""
 
     neighbours = {}
 

@@ -88,8 +88,8 @@ def try_checks(row, report, keep_picture=lambda trial: None):
 
 def _begin(trial, settings, function):
     trial.begin(settings)
-    # Checks that do not look for the board themselves know where it is.
-    if function.settings == checks.ALL_SCREENS and function is not checks.stands_on_every_screen:
+    on_all = function.settings.get("displayMode") == "all"
+    if on_all and function not in checks.LOOK_ON_ALL_SCREENS:
         checks.stands_on_every_screen(trial)
 
 

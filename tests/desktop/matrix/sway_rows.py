@@ -3,13 +3,13 @@
 import json
 
 from desktop_session import eventually
-from neighbours import Layers
-from row import FIRST_BACKGROUND, Row, Screen
+from neighbours import HeadlessOutputs, Layers
+from row import FIRST_BACKGROUND, Row
 from run import run_named
 from sway_session import SwaySession
 
 
-class Sway(Layers, SwaySession, Row):
+class Sway(HeadlessOutputs, Layers, SwaySession, Row):
     name = "sway"
     needs = ("sway", "swaymsg", "grim", "wtype")
     lacks = {
@@ -22,13 +22,6 @@ class Sway(Layers, SwaySession, Row):
         super().__enter__()
         self.set_background(FIRST_BACKGROUND)
         return self
-
-    def screens(self):
-        make_and_model = ("headless", "headless")
-        return [
-            Screen("HEADLESS-1", 1280, 720, 1, *make_and_model),
-            Screen("HEADLESS-2", 1920, 1080, 1.5, *make_and_model),
-        ]
 
     def picture(self, screen):
         return super().picture(screen.name)

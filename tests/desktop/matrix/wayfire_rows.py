@@ -4,9 +4,9 @@ stand-in is preloaded into it, so that it starts without one."""
 import os
 
 from desktop_session import BUILD, DesktopSession, eventually, program
-from neighbours import Layers, hexadecimal
+from neighbours import HeadlessOutputs, Layers, hexadecimal
 from picture import Picture
-from row import FIRST_BACKGROUND, WINDOW, Row, Screen
+from row import FIRST_BACKGROUND, WINDOW, Row
 from run import run_named
 
 # The keys are typed by a keyboard that has only those it types, of which the first has the number
@@ -35,11 +35,10 @@ LAYOUT = ("2560", "720")
 CARD = os.path.join(os.path.abspath(BUILD), "tests", "software_gpu.so")
 
 
-class Wayfire(Layers, DesktopSession, Row):
+class Wayfire(HeadlessOutputs, Layers, DesktopSession, Row):
     name = "wayfire"
     needs = ("wayfire", "grim", "wtype", CARD)
     lacks = {
-        "listed": "Wayfire tells its windows to nobody but panels",
         "one_workspace_only": "what lies on a layer is on every workspace",
     }
     places = {"HEADLESS-1": 0, "HEADLESS-2": 1280}
@@ -83,15 +82,12 @@ class Wayfire(Layers, DesktopSession, Row):
 
     # ---- Seeing
 
-    def screens(self):
-        make_and_model = ("headless", "headless")
-        return [
-            Screen("HEADLESS-1", 1280, 720, 1, *make_and_model),
-            Screen("HEADLESS-2", 1920, 1080, 1.5, *make_and_model),
-        ]
-
     def picture(self, screen):
         return Picture.from_ppm(self.ask("grim", "-t", "ppm", "-o", screen.name, "-"))
+
+    def listed(self):
+        """What panels are told."""
+        return self.ask(program("tests", "wlr_windows")).decode().splitlines()
 
     # ---- Doing
 

@@ -1,18 +1,15 @@
-"""The rows on X11."""
+"""Rows on X11: nothing but the server, Xfce, Openbox and i3."""
 
 import json
 import os
-import signal
 
-from checks import ALL_SCREENS, check
-from checks import comes_back_after_the_desktop_was_shown, stands_on_every_screen
+from checks import ON_ONE_WORKSPACE
 from desktop_session import eventually, happens, own_display
-from neighbours import DesktopWindow, hexadecimal
+from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND
 from run import run_named
 from sway_session import SwaySession
-from trial import require
 from x11_row import X11Row
 
 NO_WORKSPACES = "no window manager, no workspaces"
@@ -43,6 +40,7 @@ class Xfce(X11Row):
     # Xfce looks at outputs, of which an Xvfb has one.
     monitors = ("screen",)
     lacks = {"second_screen": "Xfce knows the outputs of the server, of which Xvfb has one"}
+    own_checks = ON_ONE_WORKSPACE
 
     def begin(self):
         self.start_bus("org.xfce.Xfconf")
@@ -83,6 +81,7 @@ class Xfce(X11Row):
 
 class XfceComposited(Xfce):
     name = "xfwm4-xfdesktop-composited"
+    own_checks = ()
     manager = ("xfwm4", "--replace", "--compositor=on")
 
 
@@ -114,6 +113,7 @@ class Openbox(X11Row):
     needs = X11Row.needs + ("openbox",)
     manager = ("openbox", "--sm-disable")
     lacks = {"restart_shell": ROOT_PICTURE}
+    own_checks = ON_ONE_WORKSPACE
 
     def begin(self):
         self.start_manager(*self.manager)
@@ -121,6 +121,7 @@ class Openbox(X11Row):
 
 class OpenboxPicom(Openbox):
     name = "openbox-picom"
+    own_checks = ()
     needs = Openbox.needs + ("picom",)
 
     def begin(self):
@@ -135,6 +136,7 @@ class OpenboxPcmanfm(Openbox):
     name = "openbox-pcmanfm"
     needs = Openbox.needs + ("pcmanfm", "dbus-daemon")
     lacks = {}
+    own_checks = ()
 
     def begin(self):
         self.start_bus()
@@ -217,151 +219,5 @@ class I3(X11Row):
         self.message("workspace", "1" if index == 0 else "elsewhere")
 
 
-class Marco(X11Row):
-    name = "marco-caja"
-    needs = X11Row.needs + ("marco", "caja", "gsettings", "dbus-daemon")
-    manager = ("marco", "--sm-disable", "--replace", "--no-composite")
-
-    def begin(self):
-        self.start_bus()
-        self.start_manager(*self.manager)
-        self.set_background(FIRST_BACKGROUND)
-        self.start_desktop()
-
-    def start_desktop(self):
-        self.shell = self.start("caja", "--no-default-window", "--force-desktop", "--sm-disable")
-        eventually("caja stands", self._stands)
-
-    def _stands(self):
-        if '("desktop_window" "Caja")' not in self.tree():
-            return False
-        return self.picture(self.screens()[0]).pixel(1150, 650) == FIRST_BACKGROUND
-
-    def restart_shell(self):
-        self.shell.end()
-        self.start_desktop()
-
-    def set_background(self, color):
-        for key, value in (
-            ("picture-filename", "''"),
-            ("color-shading-type", "'solid'"),
-            ("primary-color", "'#%s'" % hexadecimal(color)),
-        ):
-            self.ask("gsettings", "set", "org.mate.background", key, value)
-
-
-class MarcoComposited(Marco):
-    name = "marco-caja-composited"
-    manager = ("marco", "--sm-disable", "--replace", "--composite")
-
-
-NEVER_DONE = "without its shell Muffin begins to switch workspaces, and never ends it"
-
-
-class Muffin(X11Row):
-    """Alone, without the shell of Cinnamon around it, but with the desktop of its file manager."""
-
-    name = "muffin-nemo"
-    needs = X11Row.needs + ("muffin", "nemo-desktop", "dbus-daemon")
-    manager = ("muffin", "--replace", "--sm-disable")
-    lacks = {"show_workspace": NEVER_DONE, "one_workspace_only": NEVER_DONE}
-
-    def begin(self):
-        self.start_bus()
-        self.start_manager(*self.manager)
-        self.start_desktop()
-
-    def start_desktop(self):
-        self.shell = self.start("nemo-desktop")
-        eventually("nemo-desktop stands", self._stands)
-
-    def _stands(self):
-        return "nemo-desktop" in self.tree()
-
-    def restart_shell(self):
-        self.shell.end()
-        self.start_desktop()
-
-
-class KWin(DesktopWindow, X11Row):
-    """Which paints neither the root window's picture nor anything of its own below windows."""
-
-    name = "kwin-x11"
-    needs = X11Row.needs + ("kwin_x11", "dbus-daemon")
-    manager = ("kwin_x11", "--replace", "--no-kactivities")
-    lacks = {"show_desktop": "KWin puts the board aside with the windows"}
-    own_checks = (comes_back_after_the_desktop_was_shown,)
-
-    def begin(self):
-        self.start_bus()
-        self.environment["LIBGL_ALWAYS_SOFTWARE"] = "1"
-        self.start_manager(*self.manager)
-        self.ask("xdotool", "set_num_desktops", "3")
-        self.begin_desktop()
-
-
-# Each takes the place of the one before. Their families of hints take turns, and so do those that
-# compose and those that do not.
-SUCCESSORS = (
-    ("xfwm4", "--replace", "--compositor=on"),
-    ("openbox", "--replace", "--sm-disable"),
-    ("marco", "--sm-disable", "--replace", "--composite"),
-    ("i3", "--replace", "-c", "i3.conf"),
-    ("kwin_x11", "--replace", "--no-kactivities"),
-    ("xfwm4", "--replace", "--compositor=off"),
-    ("muffin", "--replace", "--sm-disable"),
-    ("openbox", "--replace", "--sm-disable"),
-)
-
-
-@check(**ALL_SCREENS)
-def stands_as_before_under_each_successor(trial):
-    for command in SUCCESSORS:
-        trial.row.start_manager(*command)
-        name = command[0]
-        trial.settle(trial.main, "under " + name)
-        # Tilers put a new window where the last click was.
-        trial.row.click(trial.main, *trial.beside_the_board(trial.main))
-        with trial.with_window(trial.main):
-            eventually("a window covers it under " + name, lambda: trial.is_covered(trial.main))
-        trial.settle(trial.main, "after a window was closed under " + name)
-        require(trial.running.is_running(), "it ended under " + name)
-
-
-@check(**ALL_SCREENS)
-def stands_as_before_without_any(trial):
-    for running in trial.row.managers:
-        running.end(signal.SIGKILL)
-    eventually("no window is managed", lambda: trial.row.manager_window() is None)
-    trial.settle(trial.main, "without a window manager")
-    trial.row.start_manager("openbox", "--sm-disable")
-    trial.settle(trial.main, "under one that came late")
-
-
-class Replaced(X11Row):
-    """Window managers that take each other's place while the program runs."""
-
-    name = "managers-replaced"
-    needs = X11Row.needs + tuple(command[0] for command in SUCCESSORS) + ("dbus-daemon",)
-    manager = ("openbox", "--sm-disable")
-    # Xfce looks at outputs, of which an Xvfb has one.
-    monitors = ("screen",)
-    common_checks = (stands_on_every_screen,)
-    own_checks = (stands_as_before_under_each_successor, stands_as_before_without_any)
-
-    def begin(self):
-        self.start_bus("org.xfce.Xfconf")
-        self.environment["LIBGL_ALWAYS_SOFTWARE"] = "1"
-        self.write(I3_CONFIGURATION, "i3.conf")
-        self.managers = []
-        self.start_manager(*self.manager)
-
-    def start_manager(self, *command, environment=None):
-        self.managers.append(super().start_manager(*command, environment=environment))
-
-
 if __name__ == "__main__":
-    run_named(
-        *(Alone, Xfce, XfceComposited, XfceOnTwoScreens, Openbox, OpenboxPicom, OpenboxPcmanfm),
-        *(I3, KWin, Marco, MarcoComposited, Muffin, Replaced),
-    )
+    run_named(Alone, Xfce, XfceComposited, XfceOnTwoScreens, Openbox, OpenboxPicom, OpenboxPcmanfm, I3)
