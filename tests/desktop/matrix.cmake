@@ -72,6 +72,7 @@ if(ORVANE_WAYLAND)
                           LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   endif()
   matrix_row(icons-plasma icon_rows.py)
+  matrix_row(icons-plasma-new-screen icon_rows.py)
 endif()
 
 # The checks themselves are tried on a desktop of paper.

@@ -171,6 +171,11 @@ class XfceSession(DesktopSession):
         eventually("the desktop has its picture", lambda: self.picture().pixel(1500, 850) != (0, 0, 0))
         return desktop
 
+    def set_icon_style(self, style):
+        """The user's choice; None takes it away."""
+        command = ("xfconf-query", "-c", "xfce4-desktop", "-p", "/desktop-icons/style")
+        self.ask(*command, *(("-n", "-t", "int", "-s", style) if style else ("-r",)))
+
     def icon_style(self):
         """The user's choice as a text, or None where there is none."""
         try:

@@ -97,10 +97,12 @@ class Icons(unittest.TestCase):
 
     def _hide_and_show(self, style):
         with XfceSession() as xfce:
-            if style:
-                command = ("xfconf-query", "-c", "xfce4-desktop", "-p", "/desktop-icons/style")
-                xfce.ask(*command, "-n", "-t", "int", "-s", style)
+            xfce.set_icon_style("0")
             xfce.start_desktop()
+            bare = xfce.resting_picture()
+            xfce.set_icon_style(style)
+            if style is None:
+                eventually("the icons are there", lambda: xfce.picture() != bare)
             shown = xfce.resting_picture()
             xfce.set_defaults(hideDesktopIconsInFocus=True)
             running = xfce.start_program()
@@ -110,9 +112,10 @@ class Icons(unittest.TestCase):
             self.assertEqual(running.end(), 0)
             self.assertEqual(xfce.icon_style(), "0")
             keep(shown, "shown-%s" % style)
+            # Where the icons were is the picture of the desktop.
+            eventually("nothing but the desktop is seen", lambda: xfce.picture() == bare)
             hidden = xfce.resting_picture()
-            if style is None:
-                self.assertNotEqual(hidden, shown)
+            self.assertEqual(hidden.differing_box(bare), None)
             keep(hidden, "hidden-%s" % style)
             running = xfce.start_program()
             xfce.action("toggle-focus")

@@ -5,12 +5,14 @@ that the first shows the icons alone; pictures of it are kept in ORVANE_DESKTOPS
 import json
 import os
 import signal
+import sys
 import time
 
 import run
 from desktop_session import eventually
 from gnome_shell_rows import GnomeShell
 from kwin_rows import Plasma
+from row import FIRST_BACKGROUND
 from trial import require, throughout
 
 NAME = "org.orvane.Orvane"
@@ -22,6 +24,15 @@ desktop.currentConfigGroup = ["General"];
 desktop.writeConfig("sortMode", -1);
 desktop.writeConfig("positions", [%s]);
 desktop.reloadConfig();
+"""
+# What lies in the desktop's own folder stays on the first screen.
+SHOW_ON_SECOND = """
+desktops().forEach(function (desktop) {
+  if (desktop.screen !== 1) return;
+  desktop.currentConfigGroup = ["General"];
+  desktop.writeConfig("url", %s);
+  desktop.reloadConfig();
+});
 """
 TELL = """
 print(JSON.stringify(desktops().map(function (desktop) {
@@ -100,6 +111,36 @@ class PlasmaIcons(IconRow, Plasma):
         return self.script(TELL)
 
 
+class PlasmaNewScreen(PlasmaIcons):
+    """With one screen only, until the other is there for the first time."""
+
+    name = "icons-plasma-new-screen"
+    desktops = 1
+
+    def begin(self):
+        self.configure("output.Virtual-1.disable")
+        super().begin()
+
+    def screens(self):
+        return super().screens()[: self.desktops]
+
+    def plug_in(self):
+        self.configure("output.Virtual-1.enable")
+        self.desktops = 2
+        eventually("it has a desktop", lambda: self.script("print(desktops().length)") == "2", 60)
+        self.set_background(FIRST_BACKGROUND)
+        self.write("text", "Elsewhere", "fourth.txt")
+        self.script(SHOW_ON_SECOND % json.dumps("file://" + self.path("Elsewhere")))
+
+    def remembered(self):
+        """How many desktops' states are written down."""
+        try:
+            with open(self.path(".local", "state", "orvane", "desktop-icons"), encoding="utf-8") as file:
+                return file.read().count('"id"')
+        except FileNotFoundError:
+            return 0
+
+
 class GnomeIcons(IconRow, GnomeShell):
     name = "icons-gnome-shell"
     needs = (*GnomeShell.needs, "gapplication")
@@ -120,7 +161,9 @@ def are_hidden_and_shown_again(row, shown, choice):
     _keep(row, "1-shown", row.resting_picture())
     row.action("toggle-focus")
     _become_hidden(row, shown)
-    _keep(row, "2-hidden", row.resting_picture())
+    hidden = row.resting_picture()
+    _keep(row, "2-hidden", hidden)
+    _shows_background(hidden, shown)
     row.action("toggle-focus")
     _become_as_before(row, shown, choice)
     _keep(row, "3-shown-again", row.resting_picture())
@@ -178,6 +221,13 @@ def _become_hidden(row, shown):
     require(row.resting_picture() != shown, "they came back by themselves")
 
 
+def _shows_background(hidden, shown):
+    """Where the icons were, and nothing else."""
+    left, top, right, bottom = hidden.differing_box(shown)
+    plain = hidden.count(FIRST_BACKGROUND, left, top, right, bottom)
+    require(plain == (right - left) * (bottom - top), "something else than the background is there")
+
+
 def _become_as_before(row, shown, choice):
     eventually("the icons are as they were", lambda: not _are_hidden(row, shown), 60)
     require(row.resting_picture() == shown, "they did not stay so")
@@ -199,6 +249,27 @@ def _keep(row, name, picture):
         picture.save_png(os.path.join(folder, "%s-%s.png" % (row.name, name)))
 
 
+def _of_a_new_screen_are_hidden_too(row):
+    running = row.begin_board()
+    row.action("toggle-focus")
+    eventually("the icons of the first are hidden", lambda: row.remembered() == 1)
+    row.plug_in()
+    new = row.screens()[-1]
+    pixels = new.width * new.height
+    plain = lambda: row.picture(new).count(FIRST_BACKGROUND) == pixels
+    eventually("that of the second is remembered", lambda: row.remembered() == 2, 60)
+    eventually("nothing but its background is seen", plain, 60)
+    _keep(row, "1-hidden", row.picture(new))
+    row.action("toggle-focus")
+    eventually("its icons are there", lambda: not plain(), 60)
+    _keep(row, "2-shown", row.picture(new))
+    _end(running)
+
+
+def try_new_screen(row, report):
+    report.attempt("icons of a new screen are hidden too", _of_a_new_screen_are_hidden_too, row)
+
+
 def try_icons(row, report):
     row.arrange()
     shown, choice = row.resting_picture(), row.choice()
@@ -208,4 +279,7 @@ def try_icons(row, report):
 
 
 if __name__ == "__main__":
-    run.run_named(PlasmaIcons, GnomeIcons, trying=try_icons)
+    if sys.argv[1:] == [PlasmaNewScreen.name]:
+        run.run_named(PlasmaNewScreen, trying=try_new_screen)
+    else:
+        run.run_named(PlasmaIcons, GnomeIcons, trying=try_icons)

@@ -120,6 +120,7 @@ class Plasma(KWinRow):
         "show_desktop": "KWin before Plasma 6.3 puts the board aside with the windows",
     }
     own_checks = (comes_back_after_the_desktop_was_shown, leaves_icons_usable)
+    desktops = 2
 
     def begin(self):
         for name in ("first", "second", "third"):
@@ -135,7 +136,8 @@ class Plasma(KWinRow):
         environment = {"QT_QUICK_BACKEND": "software", "XDG_CURRENT_DESKTOP": "KDE"}
         self.shell = self.start("plasmashell", "--no-respawn", environment=environment)
         eventually("Plasma's shell is there", lambda: self.has_name("org.kde.plasmashell"), 60)
-        eventually("it has its desktops", lambda: self.script("print(desktops().length)") == "2", 60)
+        count = lambda: self.script("print(desktops().length)")
+        eventually("it has its desktops", lambda: count() == str(self.desktops), 60)
 
     def _wait_for_desktops(self, color):
         places = [(screen, screen.width - 20, screen.height - 20) for screen in self.screens()]
