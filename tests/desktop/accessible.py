@@ -61,6 +61,14 @@ class Accessible:
     def set_text(self, name, text):
         self._must(do="set_text", name=name, text=text, role="text")
 
+    def place(self, name, role=None):
+        """Left, top, width and height within its window."""
+        return tuple(self._must(do="place", name=name, role=role))
+
+    def places(self, role):
+        """The names of all controls of a role, with their places."""
+        return [(name, tuple(place)) for name, *place in self._must(do="places", role=role)]
+
     def focused(self):
         """The control that has the focus; None where there is none."""
         return self._must(do="focused")

@@ -126,6 +126,20 @@ def act(request):
     return call(item.program, item.path, PREFIX + "Action", "DoAction", GLib.Variant("(i)", (0,)))[0]
 
 
+def place_of(item):
+    """Left, top, width and height within its window."""
+    within_window = GLib.Variant("(u)", (1,))
+    return call(item.program, item.path, PREFIX + "Component", "GetExtents", within_window)[0]
+
+
+def place(request):
+    return place_of(found(request))
+
+
+def places(request):
+    return [[item.name, *place_of(item)] for item in everything() if item.fits(request)]
+
+
 def set_value(request):
     item = found(request)
     value = GLib.Variant("(ssv)", (PREFIX + "Value", "CurrentValue", GLib.Variant("d", request["value"])))
@@ -139,7 +153,8 @@ def set_text(request):
     return call(item.program, item.path, PREFIX + "EditableText", "SetTextContents", text)[0]
 
 
-REQUESTS = {each.__name__: each for each in (tree, look, focused, act, set_value, set_text)}
+KNOWN = (tree, look, focused, act, place, places, set_value, set_text)
+REQUESTS = {each.__name__: each for each in KNOWN}
 
 
 def answer(request):

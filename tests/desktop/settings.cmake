@@ -7,7 +7,7 @@ function(settings_test script class)
     set(name "${prefix}.${class}.${test}")
     add_test(NAME "${name}"
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${script}" "${class}.${test}")
-    set_tests_properties("${name}" PROPERTIES TIMEOUT 240 LABELS desktop ENVIRONMENT
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 480 LABELS desktop ENVIRONMENT
                          "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
   endforeach()
 endfunction()
@@ -29,6 +29,14 @@ if(ORVANE_X11)
   settings_test(settings_effects_test.py Effects of_the_chosen_calendars of_the_chosen_lists
                 of_what_drives_next_up of_days_that_count of_ignored_words of_urgency of_focus_mode
                 of_spaces after_a_restart)
+  settings_test(settings_left_test.py Updates do_not_fight_a_slider_under_the_pointer
+                leave_what_is_selected leave_a_list_where_it_is_scrolled
+                end_with_a_slider_under_the_pointer)
+  settings_test(settings_left_test.py Again it_is_scrolled_as_it_was_after_its_program_ended
+                it_is_scrolled_and_stands_as_it_did_before_it_crashed)
+  settings_test(settings_left_test.py Letters go_to_the_lists reach_the_controls_of_the_other_tabs)
+  settings_test(settings_lists_test.py Lists of_five_hundred_open_as_soon_as_those_of_two
+                of_five_hundred_scroll_smoothly have_odd_names)
   settings_test(settings_missing_test.py Toolkit that_is_missing_is_told_and_the_board_goes_on
                 that_is_missing_is_told_on_the_terminal_where_nobody_shows_notifications)
   set(script settings_looks_test.py)

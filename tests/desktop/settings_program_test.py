@@ -9,10 +9,15 @@ import time
 import unittest
 
 from desktop_session import eventually, run_tests
+from settings_session import window_processes
+from sway_soak_test import held_by, sanitizer_options
 from xfce_session import XfceSession
 
 TITLE = "^Orvane Settings$"
-PROGRAM = "orvane-settings"
+ROUNDS = 100
+# A form or a picture of the preview that is kept from each round would come to more.
+ALLOWED_GROWTH_MB = 6
+ALLOWED_DESCRIPTORS = 4
 
 
 class Session(XfceSession):
@@ -20,7 +25,7 @@ class Session(XfceSession):
 
     def __init__(self):
         super().__init__()
-        self.environment["GTK_A11Y"] = "none"
+        self.environment.update(sanitizer_options(), GTK_A11Y="none")
 
     def __enter__(self):
         super().__enter__()
@@ -57,23 +62,16 @@ class Session(XfceSession):
 
         eventually("the settings window is closed", escaped)
 
+    def holdings(self):
+        """What the board and the window's program hold: memory in MB, and how many descriptors."""
+        processes = (self.board.process.pid, self.window_process())
+        return [(held_by(each), len(os.listdir("/proc/%d/fd" % each))) for each in processes]
+
     def window_processes(self):
-        """Children of the board that show a window, zombies included."""
-        path = "/proc/%d/task/%d/children" % (self.board.process.pid, self.board.process.pid)
-        with open(path, encoding="ascii") as file:
-            children = [int(child) for child in file.read().split()]
-        return [child for child in children if self._name(child).startswith(PROGRAM[:15])]
+        return window_processes(self.board.process.pid)
 
     def window_process(self):
         return eventually("one program shows the window", self.window_processes)[0]
-
-    @staticmethod
-    def _name(process):
-        try:
-            with open("/proc/%d/comm" % process, encoding="utf-8") as file:
-                return file.read().strip()
-        except OSError:
-            return ""
 
     def toolkits_in_board(self):
         with open("/proc/%d/maps" % self.board.process.pid, encoding="utf-8") as file:
@@ -162,14 +160,30 @@ class Window(unittest.TestCase):
             xfce.open()
             first = xfce.window_process()
             xfce.go_to_glass_strength()
-            for round_ in range(100):
+            held = []
+            for round_ in range(ROUNDS):
                 xfce.change_glass_strength("Page_Up" if round_ % 2 == 0 else "Page_Down")
                 xfce.close()
                 xfce.open()
+                held.append(xfce.holdings())
             self.assertEqual(xfce.window_processes(), [first])
+            for of_one in zip(*held):
+                self.assert_do_not_grow(of_one)
             xfce.close()
+            # It ends by itself first, so that what it finds out at its end is told, too.
+            eventually("its program is gone", lambda: not xfce.window_processes(), 60)
             self.assertEqual(xfce.board.end(), 0)
             self.assertEqual(xfce.board.output, "")
+
+    def assert_do_not_grow(self, held):
+        """Caches fill for a while; afterwards it is as much at the end as in the middle."""
+        third = len(held) // 3
+        middle, end = (
+            [statistics.median(part) for part in zip(*some)] for some in (held[third : 2 * third], held[-third:])
+        )
+        print("measured in the middle and at the end: %s, %s" % (middle, end))
+        self.assertLess(end[0] - middle[0], ALLOWED_GROWTH_MB, held)
+        self.assertLess(end[1] - middle[1], ALLOWED_DESCRIPTORS, held)
 
 
 class Processor:

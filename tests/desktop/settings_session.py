@@ -32,6 +32,22 @@ END:VTODO\r
 END:VCALENDAR\r
 """
 FAR = 60  # more steps than there are controls
+PROGRAM = "orvane-settings"
+
+
+def name_of(process):
+    try:
+        with open("/proc/%d/comm" % process, encoding="utf-8") as file:
+            return file.read().strip()
+    except OSError:
+        return ""
+
+
+def window_processes(board):
+    """Children of a board's process that show a window, zombies included."""
+    with open("/proc/%d/task/%d/children" % (board, board), encoding="ascii") as file:
+        children = [int(child) for child in file.read().split()]
+    return [child for child in children if name_of(child).startswith(PROGRAM[:15])]
 
 
 
@@ -59,6 +75,10 @@ class SettingsSession:
 
     def is_open(self):
         return self.accessible.look(TITLE, "frame") is not None
+
+    def window_process(self):
+        """The one that shows the window; None while there is none."""
+        return next(iter(window_processes(self.board.process.pid)), None)
 
     def setting(self, key):
         """As it is stored; None where it is not."""

@@ -30,8 +30,12 @@ def sanitizer_options():
 
 
 def held_mb(running):
-    """What the process holds that is not a file's: its heap, and the buffers that it shares."""
-    with open("/proc/%d/status" % running.process.pid, encoding="ascii") as file:
+    return held_by(running.process.pid)
+
+
+def held_by(process):
+    """What it holds that is not a file's, in MB: its heap, and the buffers that it shares."""
+    with open("/proc/%d/status" % process, encoding="ascii") as file:
         fields = dict(line.split(":", 1) for line in file)
     return sum(int(fields[name].split()[0]) for name in ("RssAnon", "RssShmem")) / 1024
 

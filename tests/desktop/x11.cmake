@@ -61,7 +61,7 @@ function(settings_program_test class)
     add_test(NAME "${name}"
              COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/settings_program_test.py"
                      "${class}.${test}")
-    set_tests_properties("${name}" PROPERTIES TIMEOUT 300 LABELS desktop ENVIRONMENT
+    set_tests_properties("${name}" PROPERTIES TIMEOUT 600 LABELS desktop ENVIRONMENT
                          "ORVANE_BUILD=${CMAKE_BINARY_DIR}")
   endforeach()
 endfunction()

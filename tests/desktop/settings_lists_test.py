@@ -1,0 +1,121 @@
+"""Lists of the settings window that are long, and names that are not like most."""
+
+import os
+import signal
+import unittest
+
+from desktop_session import eventually, run_tests
+from settings_session import EVENT, TITLE
+from settings_window_test import Session
+
+COUNT = 500
+PAGES = 40
+TICKS_PER_SECOND = os.sysconf("SC_CLK_TCK")
+# Of the processor's time for a page, in seconds. Measured are hundredths; a sanitizer and what else
+# runs on the machine cost a multiple.
+LIMIT = 0.25
+# How much longer than with two calendars the program may take to open. Only what can be seen is made.
+OPENING_LIMIT = 3
+LOOKS = 8
+ODD_NAMES = {
+    "long": "Product launches, reviews and everything else that the whole company has to know of",
+    "emoji": "Family \U0001F468\u200D\U0001F469\u200D\U0001F467 & friends",
+    "right to left": "\u05dc\u05d5\u05d7 \u05e9\u05e0\u05d4",
+}
+
+
+def processor_time(process):
+    """In seconds, of all of its threads so far."""
+    with open("/proc/%d/stat" % process, encoding="ascii") as file:
+        fields = file.read().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / TICKS_PER_SECOND
+
+
+def time_at_rest(process):
+    """Of the processor, once the process has had nothing to do for a while."""
+    seen = []
+
+    def rests():
+        seen.append(processor_time(process))
+        return len(seen) > LOOKS and seen[-1] - seen[-LOOKS] < 2 / TICKS_PER_SECOND
+
+    eventually("it rests", rests, 60, 0.1)
+    return seen[-1]
+
+
+class LongSession(Session):
+    def give_named(self, folder, name):
+        """A calendar that has nothing in it that lasts."""
+        path = (".local", "share", "orvane", "calendars", folder)
+        self.write(name, *path, "displayname")
+        self.write(EVENT.replace("RRULE:FREQ=DAILY\r\n", "") % (folder, folder), *path, "item.ics")
+
+
+    def offer_many(self):
+        for number in range(1, COUNT + 1):
+            self.give_named("%03d" % number, "Year %03d" % number)
+        eventually("they are offered", lambda: self.accessible.look("Year 001", "check box"), 60)
+
+    def time_to_open(self, row):
+        """Of the processor, for a program that starts and shows the row; the least of some. Nobody
+        asks it for its controls meanwhile."""
+        took = []
+        for _ in range(3):
+            os.kill(self.window_process(), signal.SIGKILL)
+            eventually("it is gone", lambda: not self.is_on_screen() and not self.window_process())
+            self.action("settings")
+            eventually("it is on the screen", self.is_on_screen, 60)
+            took.append(time_at_rest(self.window_process()))
+            eventually("the row is there", lambda: self.accessible.look(row, "check box"), 60)
+        return min(took)
+
+    def is_on_screen(self):
+        try:
+            return bool(self.ask("xdotool", "search", "--onlyvisible", "--name", TITLE))
+        except AssertionError:
+            return False
+
+
+class Lists(unittest.TestCase):
+    def of_five_hundred_open_as_soon_as_those_of_two(self):
+        with LongSession() as xfce:
+            few = xfce.time_to_open("Work")
+            xfce.offer_many()
+            many = xfce.time_to_open("Year 001")
+            print("%.2f s of processor time with two, %.2f s with %d" % (few, many, COUNT))
+            self.assertLess(many, OPENING_LIMIT * few)
+
+    def of_five_hundred_scroll_smoothly(self):
+        with LongSession() as xfce:
+            xfce.offer_many()
+            xfce.go_to_row("Home")
+            window = xfce.window_process()
+            before = processor_time(window)
+            xfce.ask("xdotool", "key", "--delay", "60", *["Page_Down"] * PAGES)
+            down = eventually("they are paged through", lambda: self._number(xfce) > PAGES)
+            took = (processor_time(window) - before) / PAGES
+            print("%.1f ms of processor time a page; at %s" % (took * 1000, down))
+            self.assertLess(took, LIMIT)
+            xfce.press("End")
+            eventually("the end", lambda: self._number(xfce) == COUNT)
+            xfce.press("space")
+            eventually("it is chosen", lambda: xfce.setting("selectedCalendarIDs"))
+            self.assertEqual(len(xfce.setting("selectedCalendarIDs")), 1)
+            self.assertEqual(xfce.board.output, "")
+
+    @staticmethod
+    def _number(xfce):
+        """That of the calendar that has the focus, or 0."""
+        name = (xfce.accessible.focused() or {}).get("name") or ""
+        return int(name.rpartition(" ")[2]) if name.startswith("Year ") else 0
+
+    def have_odd_names(self):
+        with LongSession() as xfce:
+            for folder, name in ODD_NAMES.items():
+                xfce.give_named(folder, name)
+            for name in ODD_NAMES.values():
+                eventually(repr(name), lambda name=name: xfce.accessible.look(name, "check box"))
+
+
+if __name__ == "__main__":
+    run_tests()
