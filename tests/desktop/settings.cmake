@@ -14,16 +14,14 @@ endfunction()
 
 if(ORVANE_X11)
   set(script settings_window_test.py)
-  settings_test(${script} Names are_those_of_the_controls are_all_reached_by_the_keyboard have_letters)
+  settings_test(${script} Names are_those_of_the_controls_and_no_others
+                are_reached_in_order_by_the_keyboard have_letters)
   settings_test(${script} Sources are_chosen_and_all_again come_and_go)
   settings_test(${script} Display is_chosen toggles_are_stored shows_what_was_changed_elsewhere
                 springs_back_where_login_items_cannot_be_written)
   settings_test(${script} SmartNext toggles_are_stored words_are_stored_as_they_are_typed)
   settings_test(${script} Style is_seen_on_the_board strength_is_seen_on_the_board
                 color_is_seen_on_the_board)
-  settings_test(${script} Window closes_by_return_and_opens_as_it_was
-                leaves_return_to_a_list_that_is_open leaves_return_to_a_button
-                stands_in_the_middle_and_then_where_it_was_put)
   settings_test(${script} Looks are_those_that_the_desktop_prefers)
   settings_test(${script} Restart keeps_everything)
   settings_test(settings_effects_test.py Effects of_the_chosen_calendars of_the_chosen_lists
@@ -34,6 +32,9 @@ if(ORVANE_X11)
                 end_with_a_slider_under_the_pointer)
   settings_test(settings_left_test.py Again it_is_scrolled_as_it_was_after_its_program_ended
                 it_is_scrolled_and_stands_as_it_did_before_it_crashed)
+  settings_test(settings_left_test.py Window closes_by_return_and_opens_as_it_was
+                leaves_return_to_a_list_that_is_open leaves_return_to_a_button
+                stands_in_the_middle_and_then_where_it_was_put)
   settings_test(settings_left_test.py Letters go_to_the_lists reach_the_controls_of_the_other_tabs)
   settings_test(settings_lists_test.py Lists of_five_hundred_open_as_soon_as_those_of_two
                 of_five_hundred_scroll_smoothly have_odd_names)

@@ -171,6 +171,56 @@ class Again(unittest.TestCase):
         return (xfce.resting_rows(), xfce.frame()) == left
 
 
+class Window(unittest.TestCase):
+    def closes_by_return_and_opens_as_it_was(self):
+        with PointerSession() as xfce:
+            xfce.choose_tab("Smart Next")
+            xfce.go_to("Ignored words")
+            xfce.press("Return")
+            eventually("it is closed", lambda: not xfce.is_open())
+            xfce.open_settings()
+            self.assertIn("pressed", xfce.states("Smart Next", "page tab"))
+            self.assertTrue(xfce.has_focus("text", "Ignored words"))
+
+    def leaves_return_to_a_list_that_is_open(self):
+        with PointerSession() as xfce:
+            xfce.choose_tab("Style")
+            xfce.pick("Theme", 1)
+            xfce.expect("themeMode", "dark")
+            self.assertTrue(xfce.is_open())
+            xfce.accessible.act("Theme", "push button")
+            eventually("the choices are there", lambda: xfce.has_focus("list item"))
+            xfce.press("Escape")
+            eventually("the choices are gone", lambda: not xfce.has_focus("list item"))
+            self.assertTrue(xfce.is_open())
+            xfce.press("Escape")
+            eventually("it is closed", lambda: not xfce.is_open())
+
+    def leaves_return_to_a_button(self):
+        with PointerSession() as xfce:
+            xfce.go_to_row("Work")
+            xfce.press("space")
+            eventually("Work is chosen", lambda: xfce.setting("selectedCalendarIDs"))
+            eventually("All can be pressed", lambda: xfce.is_enabled("All", "push button", "Calendars"))
+            xfce.go_to("All", description="Calendars")
+            xfce.press("Return")
+            xfce.expect("selectedCalendarIDs", [])
+            self.assertTrue(xfce.is_open())
+
+    def stands_in_the_middle_and_then_where_it_was_put(self):
+        with PointerSession() as xfce:
+            left, top, width, height = xfce.frame()
+            self.assertAlmostEqual(left + width / 2, 800, delta=12)
+            self.assertAlmostEqual(top + height / 2, 450, delta=12)
+            xfce.ask("xdotool", "windowmove", xfce.window_id(), "100", "150")
+            eventually("it has moved", lambda: xfce.frame()[0] != left)
+            moved = xfce.frame()
+            xfce.accessible.act("Done", "push button")
+            eventually("it is closed", lambda: not xfce.is_open())
+            xfce.open_settings()
+            eventually("it is where it was", lambda: xfce.frame() == moved)
+
+
 class Letters(unittest.TestCase):
     def go_to_the_lists(self):
         with PointerSession() as xfce:

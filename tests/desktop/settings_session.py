@@ -50,8 +50,6 @@ def window_processes(board):
     return [child for child in children if name_of(child).startswith(PROGRAM[:15])]
 
 
-
-
 class SettingsSession:
     """What is added to the session of a desktop."""
 
@@ -94,6 +92,9 @@ class SettingsSession:
     # ---- Controls, by their names
 
     def choose_tab(self, name):
+        """Acting takes a beat, after which nobody sees anything of a tab that was chosen before."""
+        if "pressed" in self.states(name, "page tab"):
+            return
         self.accessible.act(name, "page tab")
         eventually("the tab is chosen", lambda: "pressed" in self.states(name, "page tab"))
 
