@@ -23,3 +23,8 @@ foreach(test after_a_termination_is_quick_and_saves after_an_interrupt_is_quick_
   set_tests_properties(life.End.${test} PROPERTIES RUN_SERIAL ON ENVIRONMENT
                        "ORVANE_BUILD=${CMAKE_BINARY_DIR};ORVANE_END_SECONDS=${end_seconds}")
 endforeach()
+
+if(TARGET orvane-settings)
+  life_test(instance_test.py Instance is_one_without_a_bus is_started_by_the_bus_and_opens_nothing
+            is_started_by_the_bus_for_an_action)
+endif()
