@@ -84,7 +84,7 @@ class Accounts {
   virtual ~Accounts() = default;
   // `found` is called when it is known, and again whenever it changes; null: there is none. Once
   // there was one it belongs to this object and stays as long; `found` is then called with the same
-  // when it has come back after it was gone.
+  // when it has come back after it was gone, and when it runs again after it had ended.
   virtual void watch(std::function<void(AccountService*)> found) = 0;
   // Nothing is called any more.
   virtual void stop() = 0;

@@ -23,7 +23,7 @@ void AccountConnection::use(AccountDirectory* directory) {
 
 void AccountConnection::retry() {
   if (!backOff_.isWaiting()) return;
-  backOff_.reset();
+  backOff_.cutShort();
   begin();
 }
 

@@ -38,7 +38,8 @@ class AccountConnection {
 
   // Opens the calendar of that directory from now on; null: there is none, and everything rests.
   void use(AccountDirectory* directory);
-  // The next attempt, where one is waited for, is made now.
+  // The next attempt, where one is waited for, is made now. If it fails too, the wait after it is
+  // as long as it would have been: what is said to be back may be what ends at every attempt.
   void retry();
   // Followed by `fetched` or `failed`; one that is under way goes on and is followed by this one.
   // While there is no directory, or the next attempt is waited for, it fails.

@@ -29,6 +29,8 @@ class BackOff {
                           });
   }
   [[nodiscard]] bool isWaiting() const { return static_cast<bool>(timer_); }
+  // The wait is over; what was waited for comes otherwise, and may fail again.
+  void cutShort() { timer_.cancel(); }
   // It succeeded, or its circumstances are different now.
   void reset() {
     timer_.cancel();

@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds listingDelay{40};
 void DirectoryConnection::use(AccountService& service) {
   const bool isKnown = std::exchange(service_, &service) == &service;
   if (isKnown && !backOff_.isWaiting()) return;
-  backOff_.reset();
+  backOff_.cutShort();
   open();
 }
 

@@ -16,6 +16,9 @@ namespace {
 
 // Loading takes a processor's time, which belongs to the first frame first.
 constexpr std::chrono::milliseconds afterTheFirstFrame{200};
+// A service that ends as soon as it has begun is not back: who asked it again at once would make
+// the bus start it for ever.
+constexpr std::chrono::seconds steady{1};
 
 // Without an entry there is no module, it is no module of ours, or the service's library is not
 // installed: `failure` is what the system says about it.
@@ -45,13 +48,16 @@ class EvolutionAccounts final : public Accounts {
     if (options_.bus == nullptr) {
       absence_ = actor_.after(Duration::zero(), [this] { found_(nullptr); });
     } else {
-      watch_.emplace(options_.bus, [this](bool isThere) { note(isThere); });
+      watch_.emplace(
+          options_.bus, [this](bool isThere) { note(isThere); },
+          [this](bool runs) { noteOwner(runs); });
     }
   }
 
   void stop() override {
     absence_.cancel();
     pause_.cancel();
+    return_.cancel();
     watch_.reset();
     alive_.reset();
   }
@@ -60,9 +66,19 @@ class EvolutionAccounts final : public Accounts {
   // Those who have found the service keep it: it may come back, and notices by itself that it went.
   void note(bool isThere) {
     if (isLoading_ || (service_ && !isThere)) return;
+    return_.cancel();
     if (service_ || !isThere) return found_(service_.get());
     isLoading_ = true;
     pause_ = actor_.after(afterTheFirstFrame, [this] { load(); });
+  }
+
+  void noteOwner(bool runs) {
+    return_.cancel();
+    if (!service_ || !runs) return;
+    return_ = actor_.after(steady, [this] {
+      return_.cancel();
+      found_(service_.get());
+    });
   }
 
   void load() {
@@ -96,6 +112,7 @@ class EvolutionAccounts final : public Accounts {
   std::optional<ServiceWatch> watch_;
   Subscription absence_;
   Subscription pause_;
+  Subscription return_;
   bool isLoading_ = false;
   bool hasTold_ = false;
   std::unique_ptr<AccountService> service_;

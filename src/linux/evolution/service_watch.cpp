@@ -26,8 +26,9 @@ guint subscribe(GDBusConnection* bus, const char* signal, const char* argument,
 
 }  // namespace
 
-ServiceWatch::ServiceWatch(GDBusConnection* bus, std::function<void(bool)> told)
-    : bus_(gio::shared(bus)), told_(std::move(told)) {
+ServiceWatch::ServiceWatch(GDBusConnection* bus, std::function<void(bool)> told,
+                           std::function<void(bool)> ownerChanged)
+    : bus_(gio::shared(bus)), told_(std::move(told)), ownerChanged_(std::move(ownerChanged)) {
   ownerSigns_ = subscribe(bus, "NameOwnerChanged", family, G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE,
                           &onSign, this);
   activatableSigns_ = subscribe(bus, "ActivatableServicesChanged", nullptr,
@@ -41,8 +42,21 @@ ServiceWatch::~ServiceWatch() {
 }
 
 void ServiceWatch::onSign(GDBusConnection*, const char*, const char*, const char*, const char*,
-                          GVariant*, gpointer self) {
-  static_cast<ServiceWatch*>(self)->ask();
+                          GVariant* signal, gpointer self) {
+  auto* const watch = static_cast<ServiceWatch*>(self);
+  watch->ask();
+  watch->noteOwner(signal);
+}
+
+void ServiceWatch::noteOwner(GVariant* signal) {
+  if (!ownerChanged_ || !g_variant_is_of_type(signal, G_VARIANT_TYPE("(sss)"))) return;
+  const char* name = nullptr;
+  const char* owner = nullptr;
+  g_variant_get(signal, "(&s&s&s)", &name, nullptr, &owner);
+  const std::string_view text = name;
+  if (!text.starts_with(registry) && !text.starts_with(calendars)) return;
+  const auto ownerChanged = ownerChanged_;
+  ownerChanged(*owner != '\0');
 }
 
 void ServiceWatch::ask() {

@@ -13,15 +13,18 @@ namespace orvane::host {
 class ServiceWatch {
  public:
   // `told` is called in later turns: once it is known, and whenever it changes. Without a bus there
-  // is no service.
-  ServiceWatch(GDBusConnection* bus, std::function<void(bool isThere)> told);
+  // is no service. A service that the bus can start stays there when it ends: `ownerChanged` tells
+  // of each of its programs that begins to run, or has ended.
+  ServiceWatch(GDBusConnection* bus, std::function<void(bool isThere)> told,
+               std::function<void(bool runs)> ownerChanged = nullptr);
   ServiceWatch(const ServiceWatch&) = delete;
   ServiceWatch& operator=(const ServiceWatch&) = delete;
   ~ServiceWatch();
 
  private:
   static void onSign(GDBusConnection*, const char*, const char*, const char*, const char*,
-                     GVariant*, gpointer self);
+                     GVariant* signal, gpointer self);
+  void noteOwner(GVariant* signal);
   void ask();
   void askFor(const char* list);
   void note(GVariant* results);
@@ -29,6 +32,7 @@ class ServiceWatch {
 
   const gio::ObjectPtr<GDBusConnection> bus_;
   const std::function<void(bool)> told_;
+  const std::function<void(bool)> ownerChanged_;
   std::optional<bool> known_;
   int unanswered_ = 0;
   bool hasRegistry_ = false;

@@ -281,6 +281,24 @@ TEST_F(AccountProviderTest, AServiceThatComesBackAfterALongTimeIsAskedAtOnce) {
   EXPECT_EQ(world->directories, 1);
 }
 
+TEST_F(AccountProviderTest, AServiceThatComesBackAndFailsAgainIsNotAskedMoreOftenForThat) {
+  world->add("w", "Work", event, "Standup");
+  open();
+  world->closed = {"w"};
+  world->clientSigns.at("w").died();
+  actor.advance(minutes(60));
+  const auto openings = world->opened.size();
+  world->found(accounts->service());
+  actor.advance(minutes(4));
+  EXPECT_EQ(world->opened.size(), openings + 1);
+  world->fails = true;
+  world->directorySigns->died();
+  actor.advance(minutes(60));
+  world->found(accounts->service());
+  actor.runUntilIdle();
+  EXPECT_GT(actor.nextTimerIn(), minutes(4));
+}
+
 TEST_F(AccountProviderTest, AReaderThatCannotBeStartedIsTold) {
   world->add("w", "Work", event, "Standup");
   isReaderBroken = true;

@@ -141,6 +141,27 @@ TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) 
   EXPECT_THAT(told, ElementsAre(false, true, false));
 }
 
+TEST(ServiceWatchOfABusTest, AServiceThatTheBusCanStartIsThereThroughoutAndItsProgramsComeAndGo) {
+  const ConfiguredBus bus;
+  for (const char* name : {registry, calendars}) bus.install(name);
+  const auto theirs = bus.connect();
+  gio::askBus(theirs.get(), "ReloadConfig");
+  const auto ours = bus.connect();
+  std::vector<bool> told;
+  std::vector<bool> running;
+  const ServiceWatch watching(
+      ours.get(), [&](bool isThere) { told.push_back(isThere); },
+      [&](bool runs) { running.push_back(runs); });
+  ASSERT_TRUE(gio::eventually([&] { return !told.empty(); }));
+  own(theirs.get(), calendars);
+  own(theirs.get(), "org.gnome.evolution.dataserver.AddressBook10");
+  disown(theirs.get(), calendars);
+  own(theirs.get(), registry);
+  ASSERT_TRUE(gio::eventually([&] { return running.size() >= 3; }));
+  EXPECT_THAT(running, ElementsAre(true, false, true));
+  EXPECT_THAT(told, ElementsAre(true));
+}
+
 // A bus that the service is on, and the connections of it and of the program.
 struct ServedBus {
   ServedBus() {
@@ -226,6 +247,39 @@ TEST_F(EvolutionAccountsTest, AServiceThatGoesStaysFoundAndIsToldOfWhenItIsBack)
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
   EXPECT_THAT(found, ElementsAre(true, true));
   EXPECT_THAT(services, SizeIs(1)) << "it is the same";
+  accounts.reset();
+}
+
+TEST_F(EvolutionAccountsTest, AServiceThatTheBusCanStartIsToldOfWhenItRunsAgain) {
+  const ConfiguredBus bus;
+  for (const char* name : {registry, calendars}) bus.install(name);
+  const auto theirs = bus.connect();
+  gio::askBus(theirs.get(), "ReloadConfig");
+  const auto ours = bus.connect();
+  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  own(theirs.get(), registry);
+  own(theirs.get(), calendars);
+  ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
+  EXPECT_THAT(found, Each(true));
+  EXPECT_THAT(services, SizeIs(1)) << "it is the same";
+  accounts.reset();
+}
+
+TEST_F(EvolutionAccountsTest, AServiceThatEndsAsSoonAsItRunsIsNotBack) {
+  const ConfiguredBus bus;
+  for (const char* name : {registry, calendars}) bus.install(name);
+  const auto theirs = bus.connect();
+  gio::askBus(theirs.get(), "ReloadConfig");
+  const auto ours = bus.connect();
+  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  own(theirs.get(), calendars);
+  disown(theirs.get(), calendars);
+  bool isLater = false;
+  const auto later = loop->after(std::chrono::milliseconds(1500), [&] { isLater = true; });
+  ASSERT_TRUE(gio::eventually([&] { return isLater; }));
+  EXPECT_THAT(found, ElementsAre(true));
   accounts.reset();
 }
 
