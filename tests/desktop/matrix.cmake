@@ -26,6 +26,13 @@ if(ORVANE_X11)
     matrix_row(${row} x11_shell_rows.py)
   endforeach()
   matrix_row(managers-replaced x11_succession_rows.py)
+  foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards that_stand_upright
+               of_one_pixel)
+    add_test(NAME "x11.Monitors.${test}" COMMAND /usr/bin/python3 -B
+             "${CMAKE_CURRENT_SOURCE_DIR}/x11_monitors_test.py" "Monitors.${test}")
+    set_tests_properties("x11.Monitors.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
+                         "${matrix_environment}")
+  endforeach()
   foreach(test is_asked_for_as_long_as_it_is_offered is_not_asked_for_where_there_is_no_glass)
     add_test(NAME "x11.Blur.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_blur_test.py" "Blur.${test}")

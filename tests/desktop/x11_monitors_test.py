@@ -1,0 +1,112 @@
+"""The program on monitors of an X server that are renamed, stand upright or are tiny."""
+
+import time
+import unittest
+
+from agenda import screen_number
+from desktop_session import eventually, run_tests
+from row import FIRST_BACKGROUND
+from x11_row import X11Row
+
+FEWEST_PIXELS = 2000
+LEFT, RIGHT = (0, 0, 1280, 720), (1280, 0, 1280, 720)
+UPRIGHT = (0, 0, 720, 1280)
+
+
+class TwoMonitors(X11Row):
+    """On a root window that is high enough for one that stands upright."""
+
+    size = (1280, 1280)
+
+    def set_monitors(self):
+        self.plug_in("DP-1", LEFT)
+        self.plug_in("DP-2", RIGHT)
+
+    def plug_in(self, name, place):
+        left, top, width, height = place
+        geometry = "%d/%dx%d/%d+%d+%d" % (width, 300, height, 200, left, top)
+        self.ask("xrandr", "--setmonitor", name, geometry, "none" if left else "screen")
+
+    def unplug(self, name):
+        self.ask("xrandr", "--delmonitor", name)
+
+    def change(self, name, place):
+        self.unplug(name)
+        self.plug_in(name, place)
+
+    def drawn_pixels(self, place):
+        left, top, width, height = place
+        part = self.whole_picture().cropped(left, top, width, height)
+        return width * height - part.count(FIRST_BACKGROUND)
+
+    def stands_at(self, *places):
+        """Whether there is a board at each of these places, and nothing anywhere else."""
+        drawn = [self.drawn_pixels(place) for place in places]
+        everywhere = self.drawn_pixels((0, 0, 2560, 1280))
+        return min(drawn) >= FEWEST_PIXELS and everywhere == sum(drawn)
+
+
+class Monitors(unittest.TestCase):
+    def begin(self, session, *places, **settings):
+        session.prepare(**settings)
+        running = session.start_board()
+        self.see_board(session, *places)
+        return running
+
+    def see_board(self, session, *places):
+        eventually("it stands there, and there alone", lambda: session.stands_at(*places), 60)
+
+    def end(self, running):
+        self.assertEqual((running.end(), running.output), (0, ""))
+
+    def that_are_renamed_are_others(self):
+        """The selected one is away while it has another name."""
+        with TwoMonitors() as session:
+            selected = {"displayMode": "selected", "selectedDisplayID": str(screen_number("DP-2"))}
+            running = self.begin(session, RIGHT, **selected)
+            for _ in range(2):
+                session.unplug("DP-2")
+                session.plug_in("HDMI-1", RIGHT)
+                self.see_board(session, LEFT)
+                session.unplug("HDMI-1")
+                session.plug_in("DP-2", RIGHT)
+                self.see_board(session, RIGHT)
+            self.end(running)
+
+    def that_are_renamed_keep_their_boards(self):
+        with TwoMonitors() as session:
+            running = self.begin(session, LEFT, RIGHT, displayMode="all")
+            session.unplug("DP-2")
+            session.plug_in("HDMI-1", RIGHT)
+            self.see_board(session, LEFT, RIGHT)
+            session.unplug("HDMI-1")
+            self.see_board(session, LEFT)
+            self.end(running)
+
+    def that_stand_upright(self):
+        with TwoMonitors() as session:
+            running = self.begin(session, LEFT, displayMode="main")
+            session.change("DP-1", UPRIGHT)
+            self.see_board(session, UPRIGHT)
+            session.change("DP-1", LEFT)
+            self.see_board(session, LEFT)
+            self.end(running)
+
+    def of_one_pixel(self):
+        with TwoMonitors() as session:
+            running = self.begin(session, LEFT, RIGHT, displayMode="all")
+            session.change("DP-1", (0, 0, 1, 1))
+            others = lambda: session.drawn_pixels((0, 1, 1280, 1279))
+            eventually("nothing is left of its board", lambda: others() == 0)
+            # Some beats of it.
+            time.sleep(2.5)
+            self.assertTrue(running.is_running())
+            self.assertEqual(others(), 0)
+            self.assertGreaterEqual(session.drawn_pixels(RIGHT), FEWEST_PIXELS)
+            session.change("DP-1", LEFT)
+            self.see_board(session, LEFT, RIGHT)
+            self.end(running)
+
+
+if __name__ == "__main__":
+    run_tests()
