@@ -34,7 +34,8 @@ if(ORVANE_X11)
                 it_is_scrolled_and_stands_as_it_did_before_it_crashed)
   settings_test(settings_left_test.py Window closes_by_return_and_opens_as_it_was
                 leaves_return_to_a_list_that_is_open leaves_return_to_a_button
-                stands_in_the_middle_and_then_where_it_was_put)
+                stands_in_the_middle_and_then_where_it_was_put
+                has_the_size_of_its_form_and_comes_back_from_being_minimized)
   settings_test(settings_left_test.py Letters go_to_the_lists reach_the_controls_of_the_other_tabs)
   settings_test(settings_lists_test.py Lists of_five_hundred_open_as_soon_as_those_of_two
                 of_five_hundred_scroll_smoothly have_odd_names)

@@ -26,10 +26,20 @@ class PointerSession(Session):
         known = dict(line.split("=") for line in text.split())
         return tuple(int(known[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
 
-    def on_screen(self, x, y):
-        """Of a point in the window, whose shadow belongs to what the server knows of it."""
+    def is_on_screen(self):
+        try:
+            return bool(self.window_id())
+        except AssertionError:
+            return False
+
+    def shadow(self):
+        """How wide it is on the left, right, top and bottom; the server takes it for the window's."""
         told = self.ask("xprop", "-id", self.window_id(), "_GTK_FRAME_EXTENTS").decode()
-        shadow = [int(part) for part in told.split("=")[1].split(",")] if "=" in told else [0, 0, 0, 0]
+        return [int(part) for part in told.split("=")[1].split(",")] if "=" in told else [0, 0, 0, 0]
+
+    def on_screen(self, x, y):
+        """Of a point in the window."""
+        shadow = self.shadow()
         left, top, _, _ = self.frame()
         return str(left + shadow[0] + round(x)), str(top + shadow[2] + round(y))
 
@@ -219,6 +229,19 @@ class Window(unittest.TestCase):
             eventually("it is closed", lambda: not xfce.is_open())
             xfce.open_settings()
             eventually("it is where it was", lambda: xfce.frame() == moved)
+
+    def has_the_size_of_its_form_and_comes_back_from_being_minimized(self):
+        with PointerSession() as xfce:
+            shadow = xfce.shadow()
+            _, _, width, height = xfce.frame()
+            inner = (width - shadow[0] - shadow[1], height - shadow[2] - shadow[3])
+            self.assertEqual(inner, (760, 620))
+            xfce.choose_tab("Style")
+            xfce.accessible.act("Minimize", "push button")
+            eventually("it is minimized", lambda: not xfce.is_on_screen())
+            xfce.action("settings")
+            eventually("it is back", xfce.is_on_screen)
+            self.assertIn("pressed", xfce.states("Style", "page tab"))
 
 
 class Letters(unittest.TestCase):

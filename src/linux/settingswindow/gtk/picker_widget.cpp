@@ -28,6 +28,7 @@ Gtk::Label* makeTitle() {
   auto* label = Gtk::make_managed<Gtk::Label>();
   label->set_xalign(0);
   label->set_ellipsize(Pango::EllipsizeMode::END);
+  label->set_single_line_mode();
   label->set_max_width_chars(kWidestTitle);
   return label;
 }

@@ -66,6 +66,15 @@ class SettingsWindowTest : public testing::Test {
       return label && label->get_text() == "All";
     });
   }
+  // Which the first label with a text needs; 0 where there is none.
+  int heightOf(const char* text) {
+    auto* label = screen_.find<Gtk::Label>([&](Gtk::Label& one) { return one.get_text() == text; });
+    int least = 0;
+    int natural = 0;
+    int baseline = 0;
+    if (label) label->measure(Gtk::Orientation::VERTICAL, -1, least, natural, baseline, baseline);
+    return natural;
+  }
 
   ShownWindow screen_;
 };
@@ -186,16 +195,22 @@ TEST_F(SettingsWindowTest, NameWithALineBreakIsOneLine) {
   Form form = formOf(1);
   contentOf<FormSourceList>(form, "list").rows.push_back({"broken", "Row\n2", false});
   screen_.show(form);
-  const auto height = [&](const char* text) {
-    auto* label = screen_.find<Gtk::Label>([&](Gtk::Label& one) { return one.get_text() == text; });
-    int least = 0;
-    int natural = 0;
-    int baseline = 0;
-    if (label) label->measure(Gtk::Orientation::VERTICAL, -1, least, natural, baseline, baseline);
-    return natural;
-  };
-  ASSERT_TRUE(screen_.eventually([&] { return height("Row\n2") > 0; }));
-  EXPECT_EQ(height("Row\n2"), height("Row 0"));
+  ASSERT_TRUE(screen_.eventually([&] { return heightOf("Row\n2") > 0; }));
+  EXPECT_EQ(heightOf("Row\n2"), heightOf("Row 0"));
+}
+
+TEST_F(SettingsWindowTest, ChoiceWithALineBreakIsOneLine) {
+  Form form = formOf(1);
+  auto& picker = contentOf<FormPicker>(form, "picker");
+  picker.choices = {{"broken", "Choice\n1"}, {"whole", "Choice 2"}};
+  picker.value = "broken";
+  screen_.show(form);
+  ASSERT_TRUE(screen_.eventually([&] { return heightOf("Choice\n1") > 0; }));
+  const int height = heightOf("Choice\n1");
+  picker.value = "whole";
+  screen_.tell(form);
+  ASSERT_TRUE(screen_.eventually([&] { return heightOf("Choice 2") > 0; }));
+  EXPECT_EQ(height, heightOf("Choice 2"));
 }
 
 }  // namespace
