@@ -1,6 +1,7 @@
 #include "linux/x11/protocol_error.h"
 
 #include <array>
+#include <string_view>
 
 namespace orvane::host::x11 {
 
@@ -51,6 +52,26 @@ constexpr std::array errors = {
     Named{XCB_IMPLEMENTATION, "BadImplementation"},
 };
 
+struct NamedOfExtension {
+  std::string_view extension;
+  int code;  // counted from the extension's first
+  const char* name;
+};
+
+// From the protocol descriptions of the extensions that are used.
+constexpr std::array extensionErrors = {
+    NamedOfExtension{"MIT-SHM", 0, "BadShmSeg"}, NamedOfExtension{"RANDR", 0, "BadOutput"},
+    NamedOfExtension{"RANDR", 1, "BadCrtc"},     NamedOfExtension{"RANDR", 2, "BadMode"},
+    NamedOfExtension{"RANDR", 3, "BadProvider"}, NamedOfExtension{"XFIXES", 0, "BadRegion"},
+};
+
+std::string nameOf(const Extension& extension, int code) {
+  for (const auto& named : extensionErrors) {
+    if (named.extension == extension.name && named.code == code) return named.name;
+  }
+  return extension.name + " error " + std::to_string(code);
+}
+
 // Null for a code that has no name here.
 template <class Table>
 const char* nameIn(const Table& table, int code) {
@@ -78,7 +99,7 @@ std::string reasonOf(const xcb_generic_error_t& error, const std::vector<Extensi
     if (raised == nullptr || each.firstError > raised->firstError) raised = &each;
   }
   if (raised == nullptr) return "error " + std::to_string(error.error_code);
-  return raised->name + " error " + std::to_string(error.error_code - raised->firstError);
+  return nameOf(*raised, error.error_code - raised->firstError);
 }
 
 }  // namespace

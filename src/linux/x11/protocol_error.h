@@ -15,7 +15,7 @@ struct Extension {
 };
 
 // What the server refused and why, as a sentence: "The X server refused ConfigureWindow: BadMatch."
-// or "The X server refused RANDR request 42: RANDR error 0." The resource is left out, so that one
+// or "The X server refused RANDR request 42: BadOutput." The resource is left out, so that one
 // cause has one sentence.
 std::string describe(const xcb_generic_error_t& error,
                      const std::vector<Extension>& extensions = {});

@@ -29,11 +29,13 @@ TEST(ProtocolError, NamesTheExtensionThatWasAsked) {
   error.error_code = XCB_VALUE;
   EXPECT_EQ(describe(error, extensions), "The X server refused RANDR request 42: BadValue.");
   error.error_code = 147;
-  EXPECT_EQ(describe(error, extensions), "The X server refused RANDR request 42: RANDR error 0.");
+  EXPECT_EQ(describe(error, extensions), "The X server refused RANDR request 42: BadOutput.");
+  error.error_code = 156;
+  EXPECT_EQ(describe(error, extensions), "The X server refused RANDR request 42: RANDR error 9.");
   error.major_code = 144;
   error.error_code = 128;
   EXPECT_EQ(describe(error, extensions),
-            "The X server refused MIT-SCREEN-SAVER request 42: MIT-SHM error 0.");
+            "The X server refused MIT-SCREEN-SAVER request 42: BadShmSeg.");
   error.major_code = 141;
   error.error_code = 127;
   EXPECT_EQ(describe(error, extensions), "The X server refused request 141.42: error 127.");
