@@ -20,11 +20,15 @@ AccountFeed::AccountFeed(AccountCalendar calendar, Surroundings surroundings)
                    [this] { burst_.signal(); }}) {}
 
 void AccountFeed::read(AccountItems items) {
-  surroundings_.readText(std::move(items.text),
-                         [this, alive = std::weak_ptr(alive_), wantsSignIn = items.wantsSignIn](
-                             const TextContent* content, TextFailure failure) {
-                           if (!alive.expired()) take(content, failure, wantsSignIn);
-                         });
+  surroundings_.readText(
+      std::move(items.text),
+      [this, alive = std::weak_ptr(alive_), number = ++readings_, wantsSignIn = items.wantsSignIn](
+          const TextContent* content, TextFailure failure) {
+        // What takes long to read may be overtaken by what came after it.
+        if (alive.expired() || number < latest_) return;
+        latest_ = number;
+        take(content, failure, wantsSignIn);
+      });
 }
 
 void AccountFeed::take(const TextContent* content, TextFailure failure, bool wantsSignIn) {

@@ -60,6 +60,8 @@ class AccountFeed {
   TextContent content_;
   Outcome outcome_ = Outcome::unknown;
   bool hasReaderFailed_ = false;
+  std::uint64_t readings_ = 0;              // that were begun …
+  std::uint64_t latest_ = 0;                // … and the one that was taken last
   bool isLooking_ = false;                  // because of a burst
   std::optional<std::uint64_t> announced_;  // the tellings when its announcement was made early
   ChangeBurst burst_;

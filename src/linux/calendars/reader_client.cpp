@@ -59,7 +59,8 @@ class Reading {
     wire::ReadRequest request{job_.windowStart, job_.windowEnd, job_.localTimeZone, {},
                               job_.shownStart,  job_.shownEnd};
     for (const auto index : batch) request.paths.push_back(job_.paths[index]);
-    const auto patience = batch.size() == 1 ? limits_.perLoneFile : limits_.perFile;
+    const bool isLast = batch.size() == 1 && !job_.leavesSuspects;
+    const auto patience = isLast ? limits_.perLoneFile : limits_.perFile;
     return std::make_unique<ReaderSession>(std::move(*process), request, batch, patience);
   }
 
@@ -119,15 +120,18 @@ class Reading {
 
   // The first of them may have been the end of the reader, or the last straw after many others.
   void recover(Batch batch, bool wasLone) {
-    if (wasLone) {
+    if (job_.leavesSuspects) {
+      left_.push_back(batch.front());
+    } else if (wasLone) {
       suspects_.push_back(batch.front());
       if (suspects_.size() % suspiciousDeaths == 0 && !isProgramSound()) {
         report_.programFailed = true;
       }
       return;
+    } else {
+      // The suspect goes last, so that it delays nobody.
+      queue_.push_back({batch.front()});
     }
-    // The suspect goes last, so that it delays nobody.
-    queue_.push_back({batch.front()});
     batch.erase(batch.begin());
     if (!batch.empty()) queue_.push_front(std::move(batch));
   }
@@ -150,6 +154,7 @@ class Reading {
     }
     auto& unread = report_.unread;
     unread.insert(unread.end(), suspects_.begin(), suspects_.end());
+    unread.insert(unread.end(), left_.begin(), left_.end());
     for (const auto& batch : queue_) unread.insert(unread.end(), batch.begin(), batch.end());
     for (const auto& session : sessions_) {
       const auto rest = session.unanswered();
@@ -166,6 +171,7 @@ class Reading {
   std::deque<Batch> queue_;
   Sessions sessions_;
   std::vector<std::size_t> suspects_;
+  std::vector<std::size_t> left_;
   bool stopped_ = false;
   ReaderClient::Report report_;
 };

@@ -18,6 +18,8 @@ struct ReadJob {
   std::vector<std::string> paths;
   double shownStart = 0;
   double shownEnd = 0;
+  // A file that costs the reader too much time, or its life, is left unread and not tried alone.
+  bool leavesSuspects = false;
 };
 
 struct ReaderLimits {
@@ -49,8 +51,9 @@ class ReaderClient {
       : program_(std::move(program)), limits_(limits) {}
 
   struct Report {
-    std::vector<std::size_t> unread;  // left over because of the pace, or of a failure
-    bool programFailed = false;       // it cannot be started, or dies whatever it is given
+    // Left over because of the pace, or of a failure, or as suspects.
+    std::vector<std::size_t> unread;
+    bool programFailed = false;  // it cannot be started, or dies whatever it is given
   };
   // Blocks until everything is read or the pace ends it.
   Report read(const ReadJob& job, const Sink& sink, const Pace& pace) const;

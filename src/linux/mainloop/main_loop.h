@@ -34,7 +34,9 @@ class MainLoop : public MainActor {
 };
 
 struct MainLoopOptions {
-  std::size_t workerThreads = 2;
+  // Three readings of calendars may be slow at a time: of folders, of accounts, and of those among
+  // them that were set aside. One is free then.
+  std::size_t workerThreads = 4;
   // How long a worker thread waits for more work before it ends.
   std::chrono::milliseconds workerIdle{3000};
 };

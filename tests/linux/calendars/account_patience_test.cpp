@@ -42,6 +42,25 @@ TEST_F(AccountPatienceTest, CalendarsThatAreAnsweredOneAfterAnotherAreAllWaitedF
   EXPECT_EQ(provider->state().events, KindAccess::readable);
 }
 
+TEST_F(AccountPatienceTest, WhatWasReadLaterIsNotReplacedByWhatTookLongerToRead) {
+  std::vector<TextReading::Done> waiting;
+  options.readText = [&](const std::string&, const ReadWindow&, const ShownSpan&,
+                         const TextReading::Done& done) { waiting.push_back(done); };
+  const auto answer = [&](std::size_t which, const std::string& text) {
+    const auto content = contentOfPlain(text, {0, now + 30 * day, zone}, {});
+    waiting.at(which)(&*content, TextFailure::text);
+    actor.runUntilIdle();
+  };
+  world->add("w", "Work", event, "");
+  open();
+  world->change("w", "");
+  actor.advance(milliseconds(100));
+  ASSERT_THAT(waiting, SizeIs(2));
+  answer(1, "Newer");
+  answer(0, "Older");
+  EXPECT_THAT(titles(), ElementsAre("Newer"));
+}
+
 TEST_F(AccountPatienceTest, TheSameHoldsWhenTheyAreReadAgain) {
   addMany();
   open();

@@ -23,6 +23,7 @@ class ReaderClientTest : public testing::Test {
   // Titles of the first events by file name, "dead" for files that cost the reader its life.
   std::map<std::string, std::string> read(const std::vector<std::string>& names) {
     ReadJob job{0, 1000, "Europe/Berlin", {}};
+    job.leavesSuspects = leavesSuspects;
     for (const auto& name : names) job.paths.push_back((folder.root() / name).string());
     std::map<std::string, std::string> found;
     const auto sink = [&](std::size_t index, wire::FileAnswer* answer) {
@@ -44,6 +45,7 @@ class ReaderClientTest : public testing::Test {
   CalendarFolder folder;
   std::string program = folder.reader().string();
   ReaderLimits limits;
+  bool leavesSuspects = false;
   ReadPace pace = ReadPace::goOn;
   ReaderClient::Report report;
 };
@@ -97,6 +99,21 @@ TEST_F(ReaderClientTest, AHangCostsOneFile) {
   EXPECT_EQ(found.at("a"), "a");
   EXPECT_EQ(found.at("b"), "dead");
   EXPECT_EQ(found.at("c"), "c");
+}
+
+TEST_F(ReaderClientTest, SuspectsMayBeLeftToAnotherTime) {
+  limits.perFile = milliseconds(300);
+  leavesSuspects = true;
+  good("a");
+  folder.calendar("b", "HANG");
+  good("c");
+  folder.calendar("d", "CRASH");
+  using Found = std::map<std::string, std::string>;
+  EXPECT_EQ(read({"a", "b", "c", "d"}), (Found{{"a", "a"}, {"c", "c"}}));
+  EXPECT_THAT(report.unread, ElementsAre(1U, 3U));
+  EXPECT_FALSE(report.programFailed);
+  EXPECT_EQ(read({"b"}), Found{}) << "also where it was asked for alone";
+  EXPECT_THAT(report.unread, ElementsAre(0U));
 }
 
 TEST_F(ReaderClientTest, TheLastFileOfAProcessIsTriedAloneToo) {

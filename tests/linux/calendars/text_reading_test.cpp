@@ -1,14 +1,19 @@
 #include "linux/calendars/text_reading.h"
 
+#include <glib.h>
 #include <gmock/gmock.h>
 
 #include "calendar_folder.h"
 #include "fakes/manual_main_actor.h"
+#include "linux/mainloop/main_loop.h"
 
 namespace orvane::host {
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::minutes;
 using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 const ReadWindow week{0, 700'000, "Europe/Berlin"};
 const ShownSpan shownWeek{0, 700'000};
@@ -61,7 +66,47 @@ TEST_F(TextReadingTest, WhatIsNoCalendarCostsItselfAlone) {
   reading.read(calendar("CRASH\n"), week, shownWeek, noting("b"));
   reading.read(calendar("EVENT one||Lunch|10|20\n"), week, shownWeek, noting("c"));
   actor.runUntilIdle();
-  EXPECT_THAT(outcomes, ElementsAre("a: no text", "b: no text", "c: one"));
+  EXPECT_THAT(outcomes, UnorderedElementsAre("a: no text", "b: no text", "c: one"));
+}
+
+TEST_F(TextReadingTest, WhatHangsCostsItselfAlone) {
+  TextReading reading(folder.reader(), actor, {500, 2, milliseconds(300), milliseconds(600)});
+  reading.read(calendar("HANG\n"), week, shownWeek, noting("a"));
+  reading.read(calendar("EVENT one||Lunch|10|20\n"), week, shownWeek, noting("b"));
+  actor.runUntilIdle();
+  EXPECT_THAT(outcomes, ElementsAre("b: one", "a: no text"));
+}
+
+// With real threads, and limits that no test lives to see the end of.
+class TextReadingBesideASlowOneTest : public TextReadingTest {
+ protected:
+  void runUntil(std::size_t count) {
+    bool isLate = false;
+    const auto limit = loop->after(minutes(1), [&isLate] { isLate = true; });
+    while (outcomes.size() < count && !isLate) g_main_context_iteration(nullptr, TRUE);
+  }
+  std::unique_ptr<MainLoop> loop = makeMainLoop();
+};
+
+TEST_F(TextReadingBesideASlowOneTest, NeitherNeighboursNorWhatComesLaterWaitForIt) {
+  TextReading reading(folder.reader(), *loop, {500, 2, milliseconds(500), minutes(60)});
+  reading.read(calendar("HANG\n"), week, shownWeek, noting("slow"));
+  reading.read(calendar("EVENT one||Lunch|10|20\n"), week, shownWeek, noting("a"));
+  runUntil(1);
+  reading.read(calendar("EVENT two||Lunch|10|20\n"), week, shownWeek, noting("b"));
+  runUntil(2);
+  reading.read(calendar("HANG\n"), week, shownWeek, noting("slow too"));
+  reading.read(calendar("EVENT three||Lunch|10|20\n"), week, shownWeek, noting("c"));
+  runUntil(3);
+  EXPECT_THAT(outcomes, ElementsAre("a: one", "b: two", "c: three"));
+}
+
+TEST_F(TextReadingBesideASlowOneTest, EachAnswerIsHandedOverWhenItIsThere) {
+  TextReading reading(folder.reader(), *loop, {500, 2, minutes(60), minutes(60)});
+  reading.read(calendar("EVENT one||Lunch|10|20\n"), week, shownWeek, noting("a"));
+  reading.read(calendar("HANG\n"), week, shownWeek, noting("slow"));
+  runUntil(1);
+  EXPECT_THAT(outcomes, ElementsAre("a: one"));
 }
 
 TEST_F(TextReadingTest, TellsEqualContentsFromOthers) {
