@@ -24,10 +24,14 @@ using testing::UnorderedElementsAre;
 class FolderLiveTest : public StoreFixture {
  protected:
   // One announcement comes, and no second one.
-  void expectOneAnnouncement() {
+  void expectOneAnnouncement() { expectAnnouncements(1); }
+  // What a look finds that takes longer than the announcement waits for it is announced once more
+  // where there is something to read for the first time, or nothing any more.
+  void expectOneOrTwoAnnouncements() { expectAnnouncements(2); }
+  void expectAnnouncements(int most) {
     ASSERT_TRUE(runUntilAnnounced());
     runFor(milliseconds(200));
-    EXPECT_EQ(announcements_, 1);
+    EXPECT_LE(announcements_, most);
     announcements_ = 0;
   }
   path at(const std::string& name) { return folder_.root() / name; }
@@ -110,11 +114,11 @@ TEST_F(FolderLiveTest, DoesNotMindTemporaryFiles) {
 TEST_F(FolderLiveTest, SeesAWholeFolderComeAndGo) {
   openAndRequest();
   folder_.calendar("New/a.ics", event("a", "A"));
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(calendarTitles(), ElementsAre("New"));
   EXPECT_THAT(eventTitles(), ElementsAre("A"));
   folder_.remove("New");
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(calendarTitles(), IsEmpty());
   EXPECT_THAT(eventTitles(), IsEmpty());
 }
@@ -125,7 +129,7 @@ TEST_F(FolderLiveTest, SeesAFolderMovedInWithItsContent) {
   std::filesystem::create_directory(outside);
   folder_.calendar("../outside/a.ics", event("a", "A"));
   rename(outside, at("Inside"));
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(eventTitles(), ElementsAre("A"));
   folder_.calendar("Inside/b.ics", event("b", "B"));
   expectOneAnnouncement();
@@ -209,10 +213,10 @@ TEST_F(FolderLiveTest, SeesARootGoAndComeBack) {
   folder_.calendar("c/a.ics", event("a", "A"));
   openAndRequest();
   rename(folder_.root(), folder_.base() / "away");
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(calendarTitles(), IsEmpty());
   rename(folder_.base() / "away", folder_.root());
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(eventTitles(), ElementsAre("A"));
 }
 
@@ -231,7 +235,7 @@ TEST_F(FolderLiveTest, AFolderBecomesAReminderListByWhatItHolds) {
   folder_.makeFolder("c");
   openAndRequest();
   folder_.calendar("c/a.ics", "TASK a|Milk|0");
-  expectOneAnnouncement();
+  expectOneOrTwoAnnouncements();
   EXPECT_THAT(calendarTitles(EKEntityType::event), IsEmpty());
   EXPECT_THAT(calendarTitles(EKEntityType::reminder), ElementsAre("c"));
 }
