@@ -57,7 +57,16 @@ evolution_test(failures_test.py Absence of_the_service_costs_nothing of_the_serv
                of_the_factory_is_no_matter_when_it_comes_later ends_when_the_service_is_installed)
 if(ORVANE_WAYLAND)
   evolution_test(program_test.py Program draws_its_first_frame_while_the_service_hangs
+                 draws_its_first_frame_as_soon_as_without_a_bus
+                 keeps_its_beat_while_the_service_hangs
+                 keeps_its_beat_while_it_starts_beside_a_service_that_hangs
+                 keeps_its_beat_while_a_change_is_read
                  shows_a_new_event_of_an_account_within_two_seconds)
+  set_tests_properties(evolution.Program.draws_its_first_frame_as_soon_as_without_a_bus
+                       evolution.Program.keeps_its_beat_while_the_service_hangs
+                       evolution.Program.keeps_its_beat_while_it_starts_beside_a_service_that_hangs
+                       evolution.Program.keeps_its_beat_while_a_change_is_read
+                       PROPERTIES RUN_SERIAL ON)
 endif()
 
 # Each opens more than a hundred calendars, which is enough for the machine.

@@ -1,15 +1,17 @@
 """The program itself under a real sway, with the calendars of the desktop's service."""
 
+import math
 import signal
 import time
 import unittest
 
+from agenda import add_calendar
 from desktop_session import eventually, program, run_tests
-from failures_test import review
+from failures_test import many, review, stop_in_a_question
 from live_test import ATTEMPTS, event
 from protocol_trace import ProtocolTrace
-from published import SOON, UNDELAYED
-from service import FACTORY, REGISTRY, Evolution
+from published import NO_BUS, SOON, UNDELAYED
+from service import FACTORY, REGISTRY, BusTraffic, Evolution
 from sway_session import SwaySession
 
 NAME_SPACE = "org.orvane.Orvane"
@@ -45,6 +47,114 @@ class Program(unittest.TestCase):
                 evolution.signal(name, signal.SIGCONT)
             ticking = lambda: len(self.drawn_since(sway, answered)) > 2
             eventually("the countdown is drawn", ticking, 60)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def first_frame(self, sway, environment=None):
+        """The seconds from the program's start to its first picture."""
+        surfaces = lambda: ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces
+        before = len(surfaces())
+        begun = time.time()
+        running = sway.start(program("orvane"), environment=environment)
+        drawn = lambda: surfaces()[before:] and surfaces()[-1]
+        first = eventually("it is drawn", drawn, 60)[0]
+        self.assertEqual((running.end(), running.output), (0, ""))
+        return first.time - begun
+
+    def draws_its_first_frame_as_soon_as_without_a_bus(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            evolution = Evolution(sway)
+            taken = {"no bus": [], "no service": [], "a service that hangs": []}
+            for _ in range(ATTEMPTS):
+                taken["no bus"].append(self.first_frame(sway, NO_BUS))
+                taken["no service"].append(self.first_frame(sway))
+            evolution.prepare("work", "Work", text=review())
+            evolution.run()
+            for name in (REGISTRY, FACTORY):
+                evolution.signal(name, signal.SIGSTOP)
+            for _ in range(ATTEMPTS):
+                taken["no bus"].append(self.first_frame(sway, NO_BUS))
+                taken["a service that hangs"].append(self.first_frame(sway))
+            for name in (REGISTRY, FACTORY):
+                evolution.signal(name, signal.SIGCONT)
+            print("seconds until the first frame:", taken)
+            # Half of what the first answers of a service are waited for.
+            limit = min(taken["no bus"]) + SOON / 4
+            self.assertEqual({what: times for what, times in taken.items() if min(times) > limit}, {})
+
+    def skipped(self, sway, begun, length=6):
+        """The whole seconds after that moment in which nothing was drawn."""
+        first = math.ceil(begun)
+        eventually("it ticks", lambda: self.drawn_since(sway, first + length), 90)
+        drawn = {int(frame.time) for frame in self.frames(sway)}
+        return [second for second in range(first, first + length) if second not in drawn]
+
+    def assert_beats(self, sway, disturb):
+        """A loaded machine skips a second sometimes; the program may not do so each time."""
+        skipped = []
+        for _ in range(ATTEMPTS):
+            skipped.append(self.skipped(sway, disturb()))
+            if not skipped[-1]:
+                return
+        self.fail("seconds were skipped each time: %s" % skipped)
+
+    def wait_for_ticks(self, sway, count=3):
+        begun = time.time()
+        eventually("it ticks", lambda: len({int(f.time) for f in self.drawn_since(sway, begun)}) > count, 90)
+
+    def keeps_its_beat_while_the_service_hangs(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            evolution = Evolution(sway)
+            evolution.prepare("work", "Work", text=review())
+            evolution.run()
+            traffic = BusTraffic(evolution)
+            running = sway.start(program("orvane"))
+            eventually("it was asked", lambda: traffic.calls("GetObjectList"), 60)
+            self.wait_for_ticks(sway)
+
+            def hang():
+                # After an attempt before.
+                for name in (REGISTRY, FACTORY):
+                    evolution.signal(name, signal.SIGCONT)
+                stop_in_a_question(evolution, traffic, "work")
+                evolution.signal(REGISTRY, signal.SIGSTOP)
+                return time.time()
+
+            self.assert_beats(sway, hang)
+            for name in (REGISTRY, FACTORY):
+                evolution.signal(name, signal.SIGCONT)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def keeps_its_beat_while_it_starts_beside_a_service_that_hangs(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            evolution = Evolution(sway)
+            evolution.prepare("work", "Work", text=review())
+            evolution.run()
+            for name in (REGISTRY, FACTORY):
+                evolution.signal(name, signal.SIGSTOP)
+            add_calendar(sway)
+            running = sway.start(program("orvane"))
+            self.wait_for_ticks(sway)
+            self.assert_beats(sway, time.time)
+            for name in (REGISTRY, FACTORY):
+                evolution.signal(name, signal.SIGCONT)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def keeps_its_beat_while_a_change_is_read(self):
+        with SwaySession(outputs=1, trace=True) as sway:
+            evolution = Evolution(sway)
+            evolution.prepare("many", "Many", text=many())
+            evolution.run()
+            running = sway.start(program("orvane"))
+            self.wait_for_ticks(sway)
+            added = []
+
+            def change():
+                begun = time.time()
+                added.append("added%d" % len(added))
+                evolution.add("many", event("Added", added[-1], 7200))
+                return begun
+
+            self.assert_beats(sway, change)
             self.assertEqual((running.end(), running.output), (0, ""))
 
     def shows_a_new_event_of_an_account_within_two_seconds(self):

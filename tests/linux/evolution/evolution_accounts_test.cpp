@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
 #include <set>
 
 #include "gio/private_bus.h"
@@ -247,6 +248,15 @@ TEST_F(EvolutionAccountsTest, AServiceThatGoesStaysFoundAndIsToldOfWhenItIsBack)
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
   EXPECT_THAT(found, ElementsAre(true, true));
   EXPECT_THAT(services, SizeIs(1)) << "it is the same";
+  accounts.reset();
+}
+
+TEST_F(EvolutionAccountsTest, TheModuleIsLoadedWhenTheFirstFrameHasHadItsTime) {
+  const ServedBus bus;
+  const auto begun = std::chrono::steady_clock::now();
+  watch(bus.ours.get(), builtProgram("tests/plain_module.so"));
+  ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
+  EXPECT_GE(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(200));
   accounts.reset();
 }
 
