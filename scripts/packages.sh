@@ -20,7 +20,7 @@ packages_test=(
   dbus dbus-x11 sway swaylock wtype grim swaybg mutter xwayland
   xvfb xauth xfwm4 xfdesktop4 xdotool x11-utils x11-apps x11-xserver-utils imagemagick hsetroot
   libxcb-damage0-dev libxcb-xtest0-dev libxcb-shape0-dev libxcb-composite0-dev
-  gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf
+  gnome-shell-common nemo-data mate-desktop-common budgie-desktop-view xfconf dconf-gsettings-backend
   kwin-wayland libkf5screen-bin dbus-daemon python3-gi gir1.2-glib-2.0
   at-spi2-core wtype
   util-linux procps python3 x11-xkb-utils xfce4-panel waybar libglib2.0-bin xdg-desktop-portal
