@@ -34,10 +34,15 @@ void AccountFeed::read(AccountItems items) {
 void AccountFeed::take(const TextContent* content, TextFailure failure, bool wantsSignIn) {
   hasReaderFailed_ = content == nullptr && failure == TextFailure::program;
   if (content == nullptr) return settle(content_.item ? outcome_ : Outcome::refused, false);
+  // Nothing may mean that there is nothing in these days, or that the service has not kept it. Once
+  // it could be read it is not refused, and what was read is still the best there is.
+  const bool holdsAnything = content->item->holdsEvents || content->item->holdsTasks;
+  if (wantsSignIn && !holdsAnything) {
+    return settle(content_.item ? outcome_ : Outcome::refused, false);
+  }
   const bool isOther = !content_.item || content_.print != content->print;
   content_ = *content;
-  const bool holdsAnything = content_.item->holdsEvents || content_.item->holdsTasks;
-  settle(wantsSignIn && !holdsAnything ? Outcome::refused : Outcome::readable, isOther);
+  settle(Outcome::readable, isOther);
 }
 
 void AccountFeed::settle(Outcome outcome, bool isOtherContent) {

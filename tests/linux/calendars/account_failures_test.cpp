@@ -161,6 +161,34 @@ TEST_F(AccountProviderTest, WhatWasKeptFromBeforeASignOutIsShown) {
   EXPECT_EQ(provider->state().events, KindAccess::readable);
 }
 
+TEST_F(AccountProviderTest, WhatWasReadStaysWhenASignOutLeavesNothing) {
+  world->add("w", "Work", event, "Standup");
+  open();
+  world->signedOut = {"w"};
+  world->change("w", "");
+  actor.advance(seconds(1));
+  EXPECT_THAT(titles(), ElementsAre("Standup"));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+  world->change("w", "Kept");
+  actor.advance(seconds(1));
+  EXPECT_THAT(titles(), ElementsAre("Kept"));
+  world->signedOut = {};
+  world->change("w", "");
+  actor.advance(seconds(1));
+  EXPECT_THAT(titles(), IsEmpty()) << "now it is known that there is nothing";
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+}
+
+TEST_F(AccountProviderTest, WhatCouldBeReadAndHeldNothingIsNotRefusedAfterASignOut) {
+  world->add("w", "Work", event, "");
+  open();
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+  world->signedOut = {"w"};
+  world->change("w", "");
+  actor.advance(seconds(1));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+}
+
 TEST_F(AccountProviderTest, WhatACalendarHeldStaysWhenItDiesUntilItIsBack) {
   world->add("w", "Work", event, "Standup");
   open();
