@@ -71,8 +71,8 @@ def drawing(display, start, program, prepare=lambda session: None, **options):
             told = session.ask("/usr/bin/python3", session.path("first-frame.py"), *words).decode()
             return float(told.split("median ")[1].split()[0])
 
-        return {"frame": asked(session.path("start"), "9"),
-                "late": asked("--late", session.path("start"), "10")}
+        return {"frame": asked(session.path("start"), "7"),
+                "late": asked("--late", session.path("start"), "8")}
 
 
 def medians(rounds):
@@ -147,14 +147,17 @@ def growth(program, rounds, seconds):
     cases += [("scale %s" % scale, dict(scale=scale)) for scale in (1, 2, 3)]
     cases += [("%d past items" % count, dict(prepare=items(count))) for count in (1000, 10000, 100000)]
     cases += [("a daily rule since 1996", dict(prepare=thirty_years))]
-    start = CONTENDERS["sway"]["Orvane"]
-    results = {name: [] for name, _ in cases}
+    results = {(display, name): [] for display in DISPLAYS for name, _ in cases}
     for number in range(rounds):
-        for name, options in cases:
-            print("round %d: growth: %s" % (number + 1, name), file=sys.stderr)
-            results[name].append(trial("sway", start, program, seconds, **options))
-    table([(name, {**medians(results[name]), **drawing("sway", start, program, **options)})
-           for name, options in cases])
+        for display, name in results:
+            print("round %d: growth: %s on %s" % (number + 1, name, display), file=sys.stderr)
+            trying = trial(display, CONTENDERS[display]["Orvane"], program, seconds, **dict(cases)[name])
+            results[display, name].append(trying)
+    rows = []
+    for (display, name), all_rounds in results.items():
+        drawn = drawing(display, CONTENDERS[display]["Orvane"], program, **dict(cases)[name])
+        rows.append(("%s on %s" % (name, display), {**medians(all_rounds), **drawn}))
+    table(rows)
 
 
 def main():

@@ -1,7 +1,6 @@
 #include "linux/wayland/output_watch.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "linux/wayland/first_contact.h"
@@ -10,8 +9,7 @@ namespace orvane::host::wayland {
 
 const wl_registry_listener OutputWatch::registryListener = {
     [](void* it, wl_registry*, std::uint32_t name, const char* interface, std::uint32_t version) {
-      if (std::string_view(interface) != wl_output_interface.name) return;
-      static_cast<OutputWatch*>(it)->unbound_.push_back({name, version});
+      static_cast<OutputWatch*>(it)->announced(name, interface, version);
     },
     [](void* it, wl_registry*, std::uint32_t name) {
       auto& self = *static_cast<OutputWatch*>(it);
@@ -29,6 +27,15 @@ OutputWatch::OutputWatch(std::function<void()> stirred)
   ask();
   source_ = std::make_unique<DisplaySource>(
       display_.get(), DisplaySource::Events{[this] { dispatched(); }, [this] { lose(); }});
+}
+
+void OutputWatch::announced(std::uint32_t name, const std::string& interface,
+                            std::uint32_t version) {
+  if (interface == wl_output_interface.name) unbound_.push_back({name, version});
+  if (interface != kde_output_order_v1_interface.name || order_) return;
+  Handle<kde_output_order_v1> order(static_cast<kde_output_order_v1*>(
+      wl_registry_bind(registry_.get(), name, &kde_output_order_v1_interface, 1)));
+  order_ = std::make_unique<OutputOrder>(std::move(order), [](const auto&) {});
 }
 
 void OutputWatch::ask() {

@@ -372,6 +372,15 @@ void FakeCompositor::removeOutput(Output& output) {
 
 void FakeCompositor::breakConnection() { wl_client_destroy(std::exchange(client_, nullptr)); }
 
+void FakeCompositor::breakFurtherConnections() {
+  std::vector<wl_client*> further;
+  wl_list* all = wl_display_get_client_list(display_);
+  for (wl_list* link = all->next; link != all; link = link->next) {
+    if (wl_client_from_link(link) != client_) further.push_back(wl_client_from_link(link));
+  }
+  for (wl_client* client : further) wl_client_destroy(client);
+}
+
 void FakeCompositor::postError(const std::string& message) {
   wl_resource_post_error(surface().surface_, 7, "%s", message.c_str());
 }

@@ -55,6 +55,8 @@ class FakeCompositor {
   void removeOutput(Output& output);
   // Ends the client's connection, as a protocol error would (with a message) or a crash.
   void breakConnection();
+  // All but the first one.
+  void breakFurtherConnections();
   void postError(const std::string& message);
   // Whether something that the first connection was sent is not read yet.
   [[nodiscard]] bool hasUnreadAnswers() const;

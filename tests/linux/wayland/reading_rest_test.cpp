@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "linux/wayland/desk.h"
+#include "linux/wayland/fake_kwin.h"
 
 namespace orvane::host::wayland {
 namespace {
@@ -87,6 +88,46 @@ TEST_F(ReadingRestTest, AfterAChangeEverythingIsReadForAWhile) {
   EXPECT_FALSE(compositor.hasUnreadAnswers());
   tick(5);
   EXPECT_TRUE(compositor.hasUnreadAnswers());
+}
+
+TEST_F(ReadingRestTest, AnotherOrderOfTheScreensIsHeardOfAtOnce) {
+  fakes::FakeKWin kwin(compositor, 14);
+  compositor.addOutput({.name = "DP-2", .x = 1280});
+  kwin.tellOrder({"DP-1", "DP-2"});
+  showUntilItRests();
+  EXPECT_EQ(server->mainScreen()->frame.x, 0);
+  kwin.tellOrder({"DP-2", "DP-1"});
+  settle();
+  EXPECT_EQ(server->mainScreen()->frame.x, 1280);
+}
+
+TEST_F(ReadingRestTest, WithoutItsSecondConnectionEverythingIsRead) {
+  showUntilItRests();
+  compositor.breakFurtherConnections();
+  settle();
+  for (int second = 0; second < untilItRests; ++second) {
+    tick();
+    EXPECT_FALSE(compositor.hasUnreadAnswers());
+    EXPECT_EQ(lastPicture().pixels, painted(instant, 1, {60, 40}, 300, 100));
+  }
+  EXPECT_THAT(losses, SizeIs(0));
+}
+
+TEST_F(ReadingRestTest, WhileOneWindowIsNotSeenEverythingIsRead) {
+  compositor.addOutput({.name = "DP-2", .x = 1280});
+  showUntilItRests();
+  const auto other = makeWindow({1280, 0, 1280, 720});
+  compositor.showsAtOnce = false;
+  other->orderBack();
+  settle();
+  compositor.showsAtOnce = true;
+  for (int second = 0; second < untilItRests; ++second) {
+    tick();
+    surface(0).showFrame();
+    settle();
+    EXPECT_FALSE(compositor.hasUnreadAnswers());
+  }
+  other->close();
 }
 
 TEST_F(ReadingRestTest, ACompositorThatEndsIsHeardOfAtOnce) {
