@@ -34,6 +34,8 @@ constexpr int kNoDesktop = 1;
 constexpr std::chrono::seconds kFirstPatience{10};
 // When the first refresh is done and the board has been drawn a few times.
 constexpr std::chrono::seconds kSettling{5};
+// When the accounts' library has been loaded, and has read what there is.
+constexpr std::chrono::seconds kAccountsSettling{20};
 // A session bus answers within a few milliseconds or has a problem of its own.
 constexpr std::chrono::milliseconds kBusPatience{500};
 
@@ -113,6 +115,7 @@ std::unique_ptr<host::ClockWatcher> watchClocks(const Base& base,
 
 int runProgram(const StartMarks& start) {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
+  const host::StartPages startPages;
   const Base base;
   std::weak_ptr<AppDelegate> running;
   std::string focusToken;
@@ -150,7 +153,8 @@ int runProgram(const StartMarks& start) {
 
   return app.main([&] {
     if (!running.lock()->settings()->focusMode) services.desktopIcons->giveBackLeftovers();
-    const auto settled = base.loop->after(kSettling, &host::letGoOfStartPages);
+    const auto settled = base.loop->after(kSettling, [&] { startPages.letGo(); });
+    const auto accountsSettled = base.loop->after(kAccountsSettling, [&] { startPages.letGo(); });
     base.loop->run();
   });
 }

@@ -30,18 +30,38 @@ void letGo(std::uintptr_t begin, std::size_t size) {
   madvise(start, last - first, MADV_DONTNEED);
 }
 
-int letGoOfLibrary(dl_phdr_info* library, std::size_t, void*) {
-  if (std::string_view(library->dlpi_name).find("/libicu") == std::string_view::npos) return 0;
-  for (int index = 0; index < library->dlpi_phnum; ++index) {
-    const auto& segment = library->dlpi_phdr[index];
-    if (isOnlyRead(segment)) letGo(library->dlpi_addr + segment.p_vaddr, segment.p_memsz);
+bool isOfICU(const dl_phdr_info& library) {
+  return std::string_view(library.dlpi_name).find("/libicu") != std::string_view::npos;
+}
+
+void letGoOf(const dl_phdr_info& library) {
+  for (int index = 0; index < library.dlpi_phnum; ++index) {
+    const auto& segment = library.dlpi_phdr[index];
+    if (isOnlyRead(segment)) letGo(library.dlpi_addr + segment.p_vaddr, segment.p_memsz);
   }
-  return 0;
+}
+
+// Calls `use` for each, in the order in which they were loaded.
+template <class Use>
+void forEachLibrary(Use use) {
+  const auto call = [](dl_phdr_info* library, std::size_t, void* it) {
+    (*static_cast<Use*>(it))(*library);
+    return 0;
+  };
+  dl_iterate_phdr(call, &use);
 }
 
 }  // namespace
 
-void letGoOfStartPages() { dl_iterate_phdr(&letGoOfLibrary, nullptr); }
+StartPages::StartPages() : libraries_(0) {
+  forEachLibrary([this](const dl_phdr_info&) { ++libraries_; });
+}
+
+void StartPages::letGo() const {
+  forEachLibrary([this, number = std::size_t{0}](const dl_phdr_info& library) mutable {
+    if (number++ >= libraries_ || isOfICU(library)) letGoOf(library);
+  });
+}
 
 void giveMemoryBackEarly() {
 #ifdef __GLIBC__

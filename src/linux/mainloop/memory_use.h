@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 namespace orvane::host {
 
 // Has the allocator give memory back to the system that a burst of work leaves behind, and share
@@ -8,10 +10,20 @@ namespace orvane::host {
 // where the C library's allocator cannot be told so.
 void giveMemoryBackEarly();
 
-// Lets go of the pages of ICU's libraries that the start has touched: it reads much of them, with
-// what lies around, that is not needed again, and what is needed comes back from the file when it
-// is used. To be called some time after the start. Without effect where there are no such
-// libraries.
-void letGoOfStartPages();
+// The pages of libraries that a start touches and nobody needs again; what is needed after all
+// comes back from the file when it is used. Those are ICU's, of which a start reads much with what
+// lies around, and all of libraries that are loaded while the program runs: what the desktop's
+// services need is at work for a moment, and then when something has changed.
+class StartPages {
+ public:
+  // Libraries that are loaded from here on were not there from the start.
+  StartPages();
+  // To be called some time after a start, of the program or of a library. Without effect where
+  // there are no such libraries.
+  void letGo() const;
+
+ private:
+  std::size_t libraries_;
+};
 
 }  // namespace orvane::host
