@@ -63,9 +63,12 @@ class ExtensionBackend final : public IconBackend {
     sync_.settle(disabledList_.setTexts(names), std::move(done));
   }
 
+  // Where somebody has taken our names away, the list is as they want it.
   void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     auto names = disabledList_.texts();
+    const auto found = names.size();
     for (const auto& extension : split(state.written)) std::erase(names, extension);
+    if (names.size() == found) return done(Outcome::done);
     const bool wasUnset = names.empty() && state.before == "unset";
     const bool isTaken = wasUnset ? disabledList_.set("") : disabledList_.setTexts(names);
     sync_.settle(isTaken, std::move(done));

@@ -144,6 +144,23 @@ TEST_F(ExtensionBackendTest, OthersInTheListStay) {
   EXPECT_EQ(disabledList_->texts(), (Texts{"dock@example.org", icons_[0], "new@x"}));
 }
 
+TEST_F(ExtensionBackendTest, AListThatTheUserResetMeanwhileStaysUnset) {
+  ASSERT_TRUE(disabledList_->setTexts({"dock@example.org"}));
+  const auto state = captured(*backend_);
+  EXPECT_TRUE(hidden(*backend_, state));
+  ASSERT_TRUE(disabledList_->set(""));
+  EXPECT_TRUE(givenBack(*backend_, state));
+  EXPECT_EQ(disabledList_->userText(), "");
+}
+
+TEST_F(ExtensionBackendTest, AListThatTheUserEmptiedMeanwhileStaysSet) {
+  const auto state = captured(*backend_);
+  EXPECT_TRUE(hidden(*backend_, state));
+  ASSERT_TRUE(disabledList_->setTexts({}));
+  EXPECT_TRUE(givenBack(*backend_, state));
+  EXPECT_EQ(disabledList_->userText(), "@as []");
+}
+
 TEST_F(ExtensionBackendTest, HidingTwiceAddsOnce) {
   const auto state = captured(*backend_);
   EXPECT_TRUE(hidden(*backend_, state));
