@@ -28,7 +28,7 @@ std::unique_ptr<IconBackend> backendFor(const DesktopIconsOptions& options) {
     case DesktopKind::xfce:
       return options.connection ? makeXfconfBackend(options.connection) : nullptr;
     case DesktopKind::gnome:
-      return makeExtensionBackend();
+      return makeExtensionBackend(shellExtensionFolders());
     case DesktopKind::cinnamon:
       return makeSettingsBackend(
           {"cinnamon", "org.nemo.desktop", "desktop-layout", "'false::false'"});

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <system_error>
 #include <utility>
-#include <vector>
 
 #include "linux/desktopicons/settings_sync.h"
 #include "linux/desktopicons/settings_value.h"
@@ -11,6 +11,7 @@
 namespace orvane::host::desktopicons {
 namespace {
 
+namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
 constexpr std::array<const char*, 3> kIconExtensions = {
@@ -41,7 +42,8 @@ Names split(const std::string& text) {
 
 class ExtensionBackend final : public IconBackend {
  public:
-  explicit ExtensionBackend(SettingsValue disabled) : disabledList_(std::move(disabled)) {}
+  ExtensionBackend(SettingsValue disabled, std::vector<fs::path> extensionFolders)
+      : disabledList_(std::move(disabled)), extensionFolders_(std::move(extensionFolders)) {}
 
   [[nodiscard]] std::string name() const override { return "gnome-extensions"; }
 
@@ -50,8 +52,9 @@ class ExtensionBackend final : public IconBackend {
     const auto now = disabledList_.texts();
     Names added;
     for (const std::string extension : kIconExtensions) {
-      if (!contains(now, extension)) added.push_back(extension);
+      if (isInstalled(extension) && !contains(now, extension)) added.push_back(extension);
     }
+    if (added.empty()) return captured(std::nullopt);
     captured(IconState{disabledList_.userText().empty() ? "unset" : "set", joined(added)});
   }
 
@@ -77,16 +80,34 @@ class ExtensionBackend final : public IconBackend {
   void finish() override { sync_.finish(); }
 
  private:
+  // The shell takes no folder for an extension that does not have this file.
+  [[nodiscard]] bool isInstalled(const std::string& extension) const {
+    return std::any_of(extensionFolders_.begin(), extensionFolders_.end(), [&](const auto& folder) {
+      std::error_code unknown;
+      return fs::is_regular_file(folder / extension / "metadata.json", unknown);
+    });
+  }
+
   const SettingsValue disabledList_;
+  const std::vector<fs::path> extensionFolders_;
   SettingsSync sync_;
 };
 
 }  // namespace
 
-std::unique_ptr<IconBackend> makeExtensionBackend() {
+std::vector<fs::path> shellExtensionFolders() {
+  std::vector<fs::path> folders = {g_get_user_data_dir()};
+  for (const char* const* each = g_get_system_data_dirs(); *each; ++each) {
+    folders.emplace_back(*each);
+  }
+  for (auto& folder : folders) folder = folder / "gnome-shell" / "extensions";
+  return folders;
+}
+
+std::unique_ptr<IconBackend> makeExtensionBackend(std::vector<fs::path> extensionFolders) {
   auto disabled = SettingsValue::find("org.gnome.shell", "disabled-extensions");
   if (!disabled) return nullptr;
-  return std::make_unique<ExtensionBackend>(std::move(*disabled));
+  return std::make_unique<ExtensionBackend>(std::move(*disabled), std::move(extensionFolders));
 }
 
 }  // namespace orvane::host::desktopicons

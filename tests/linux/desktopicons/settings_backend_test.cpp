@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <string>
+#include <vector>
 
 #include "../gio/private_bus.h"
-#include "linux/desktopicons/extension_backend.h"
+#include "backend_answers.h"
 #include "linux/desktopicons/settings_value.h"
 
 namespace orvane::host::desktopicons {
@@ -26,24 +27,6 @@ const std::vector<Desktop>& desktops() {
       {"MATE", {"mate", "org.mate.background", "show-desktop-icons", "false"}, "true"},
       {"Budgie", {"budgie", "org.buddiesofbudgie.budgie-desktop-view", "show", "false"}, "true"}};
   return all;
-}
-
-IconState captured(IconBackend& backend) {
-  std::optional<IconState> state;
-  backend.capture([&](const std::optional<IconState>& answer) { state = answer; });
-  EXPECT_TRUE(state);
-  return state.value_or(IconState{});
-}
-// Answered when the store has it.
-bool hidden(IconBackend& backend, const IconState& state) {
-  std::optional<Outcome> answer;
-  backend.hide(state, [&](Outcome outcome) { answer = outcome; });
-  return gio::eventually([&] { return answer.has_value(); }) && answer == Outcome::done;
-}
-bool givenBack(IconBackend& backend, const IconState& state) {
-  std::optional<Outcome> answer;
-  backend.giveBack(state, [&](Outcome outcome) { answer = outcome; });
-  return gio::eventually([&] { return answer.has_value(); }) && answer == Outcome::done;
 }
 
 TEST(SettingsBackendTest, GivesBackAChoiceAndItsAbsenceExactly) {
@@ -103,69 +86,6 @@ TEST(SettingsBackendTest, WhatIsNotInstalledIsNoDesktop) {
   EXPECT_EQ(makeSettingsBackend({"x", "org.example.none", "show", "false"}), nullptr);
   EXPECT_EQ(makeSettingsBackend({"x", "org.nemo.desktop", "no-such-key", "false"}), nullptr);
   EXPECT_EQ(makeSettingsBackend({"x", "org.nemo.desktop", "desktop-layout", "17"}), nullptr);
-}
-
-class ExtensionBackendTest : public testing::Test {
- protected:
-  using Texts = std::vector<std::string>;
-  void TearDown() override { EXPECT_TRUE(disabledList_->set("")); }
-
-  std::optional<SettingsValue> disabledList_ =
-      SettingsValue::find("org.gnome.shell", "disabled-extensions");
-  std::unique_ptr<IconBackend> backend_ = makeExtensionBackend();
-  const Texts icons_ = {"ding@rastersoft.com", "gtk4-ding@smedius.gitlab.com",
-                        "desktop-icons@csoriano"};
-};
-
-TEST_F(ExtensionBackendTest, AnUnsetListIsUnsetAgain) {
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabledList_->texts(), icons_);
-  EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabledList_->userText(), "");
-}
-
-TEST_F(ExtensionBackendTest, AnEmptyListStaysSet) {
-  ASSERT_TRUE(disabledList_->setTexts({}));
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabledList_->userText(), "@as []");
-}
-
-TEST_F(ExtensionBackendTest, OthersInTheListStay) {
-  ASSERT_TRUE(disabledList_->setTexts({"dock@example.org", icons_[0]}));
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabledList_->texts(), (Texts{"dock@example.org", icons_[0], icons_[1], icons_[2]}));
-  ASSERT_TRUE(
-      disabledList_->setTexts({"dock@example.org", icons_[0], icons_[1], icons_[2], "new@x"}));
-  EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabledList_->texts(), (Texts{"dock@example.org", icons_[0], "new@x"}));
-}
-
-TEST_F(ExtensionBackendTest, AListThatTheUserResetMeanwhileStaysUnset) {
-  ASSERT_TRUE(disabledList_->setTexts({"dock@example.org"}));
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  ASSERT_TRUE(disabledList_->set(""));
-  EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabledList_->userText(), "");
-}
-
-TEST_F(ExtensionBackendTest, AListThatTheUserEmptiedMeanwhileStaysSet) {
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  ASSERT_TRUE(disabledList_->setTexts({}));
-  EXPECT_TRUE(givenBack(*backend_, state));
-  EXPECT_EQ(disabledList_->userText(), "@as []");
-}
-
-TEST_F(ExtensionBackendTest, HidingTwiceAddsOnce) {
-  const auto state = captured(*backend_);
-  EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_TRUE(hidden(*backend_, state));
-  EXPECT_EQ(disabledList_->texts(), icons_);
 }
 
 }  // namespace
