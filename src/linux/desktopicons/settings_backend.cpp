@@ -23,7 +23,9 @@ class SettingsBackend final : public IconBackend {
   }
   void giveBack(const IconState& state, std::function<void(Outcome)> done) override {
     if (value_.text() != value_.normalized(state.written)) return done(Outcome::done);
-    sync_.settle(value_.set(state.before), std::move(done));
+    // A record that tells no value of this key is damaged: the desktop's own choice stands for it.
+    const bool isKnown = !value_.normalized(state.before).empty();
+    sync_.settle(value_.set(isKnown ? state.before : ""), std::move(done));
   }
   void finish() override { sync_.finish(); }
 

@@ -1,6 +1,8 @@
 #include "linux/desktopicons/xfconf_backend.h"
 
+#include <charconv>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,8 +19,18 @@ constexpr const char* kChannel = "xfce4-desktop";
 constexpr const char* kProperty = "/desktop-icons/style";
 constexpr const char* kHidden = "0";
 constexpr const char* kUnset = "unset";
+constexpr const char* kForeign = "foreign";  // a value of another type; never written down
 constexpr const char* kNoProperty = "org.xfce.Xfconf.Error.PropertyNotFound";
 constexpr std::chrono::milliseconds kCallLimit{1000};
+
+// The style that a record tells; nothing where it tells none.
+std::optional<gint32> styleOf(const std::string& text) {
+  gint32 style = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data(), end, style);
+  if (error != std::errc() || rest != end) return std::nullopt;
+  return style;
+}
 
 class XfconfBackend final : public IconBackend {
  public:
@@ -28,7 +40,8 @@ class XfconfBackend final : public IconBackend {
 
   void capture(std::function<void(std::optional<IconState>)> captured) override {
     read([captured = std::move(captured)](const Text& now) {
-      captured(now ? std::optional(IconState{*now, kHidden}) : std::nullopt);
+      const bool isKnown = now && *now != kForeign;
+      captured(isKnown ? std::optional(IconState{*now, kHidden}) : std::nullopt);
     });
   }
 
@@ -45,8 +58,7 @@ class XfconfBackend final : public IconBackend {
   }
 
  private:
-  // The style as text, "unset", or nothing where xfconf does not answer. Values of another type
-  // than the one that the desktop reads count as unset, as they do there.
+  // The style as text, "unset", "foreign", or nothing where xfconf does not answer.
   void read(std::function<void(const Text&)> answered) const {
     call("GetProperty", g_variant_new("(ss)", kChannel, kProperty),
          [answered = std::move(answered)](GVariant* results, const gio::Failure& failure) {
@@ -55,10 +67,10 @@ class XfconfBackend final : public IconBackend {
   }
 
   static std::string styleIn(GVariant* results) {
-    if (!g_variant_is_of_type(results, G_VARIANT_TYPE("(v)"))) return kUnset;
+    if (!g_variant_is_of_type(results, G_VARIANT_TYPE("(v)"))) return kForeign;
     const VariantPtr boxed(g_variant_get_child_value(results, 0));
     const VariantPtr value(g_variant_get_variant(boxed.get()));
-    if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_INT32)) return kUnset;
+    if (!g_variant_is_of_type(value.get(), G_VARIANT_TYPE_INT32)) return kForeign;
     return std::to_string(g_variant_get_int32(value.get()));
   }
 
@@ -66,15 +78,17 @@ class XfconfBackend final : public IconBackend {
     return failure.remoteName() == kNoProperty ? Text(kUnset) : std::nullopt;
   }
 
-  void write(const std::string& style, std::function<void(Outcome)> done) const {
+  // Where the record does not tell a style, what the user had is not known, and the desktop's own
+  // choice stands for it: the icons are not to stay hidden.
+  void write(const std::string& text, std::function<void(Outcome)> done) const {
     const auto answered = [done = std::move(done)](GVariant* results, const gio::Failure& failure) {
       done(outcomeOf(results, failure));
     };
-    if (style == kUnset) {
-      call("ResetProperty", g_variant_new("(ssb)", kChannel, kProperty, FALSE), answered);
-    } else {
-      auto* const value = g_variant_new_int32(std::stoi(style));
+    if (const auto style = styleOf(text)) {
+      auto* const value = g_variant_new_int32(*style);
       call("SetProperty", g_variant_new("(ssv)", kChannel, kProperty, value), answered);
+    } else {
+      call("ResetProperty", g_variant_new("(ssb)", kChannel, kProperty, FALSE), answered);
     }
   }
 

@@ -81,6 +81,9 @@ class XfceTest : public testing::Test {
   gio::CallReply answer(const std::string& method, GVariant* arguments) {
     ++calls_;
     if (method == "GetProperty") {
+      if (!foreign_.empty()) {
+        return gio::owned(g_variant_new_parsed("(%v,)", g_variant_new_string(foreign_.c_str())));
+      }
       if (!style_) return gio::CallError{"org.xfce.Xfconf.Error.PropertyNotFound", "Not there."};
       return gio::owned(g_variant_new("(v)", g_variant_new_int32(*style_)));
     }
@@ -99,6 +102,16 @@ class XfceTest : public testing::Test {
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->executeAndReturnError(), std::nullopt);
   }
+  void leaveRecord(const std::string& before, const std::string& written) const {
+    std::ofstream(folder_ / "desktop-icons")
+        << "[xfce]\nbefore=" << before << "\nwritten=" << written << "\n";
+  }
+  // Everything that is on its way between us and xfconf has arrived.
+  void settle() const {
+    for (const auto* connection : {&ours_, &theirs_, &ours_}) {
+      gio::ask(connection->get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "GetId");
+    }
+  }
   [[nodiscard]] bool remembered() const { return fs::exists(folder_ / "desktop-icons"); }
 
   gio::PrivateBus bus_;
@@ -108,6 +121,7 @@ class XfceTest : public testing::Test {
   guint name_ = 0;
   std::unique_ptr<gio::ExportedObject> xfconf_;
   std::optional<int> style_ = 2;
+  std::string foreign_;  // a value that is no number; empty: there is none
   int calls_ = 0;
   std::unique_ptr<DesktopIcons> icons_;
 };
@@ -152,6 +166,52 @@ TEST_F(XfceTest, WhatACrashLeftIsGivenBackAtTheNextStart) {
   icons_ = makeDesktopIcons({"XFCE", ours_.get(), folder_ / "desktop-icons"});
   icons_->giveBackLeftovers();
   EXPECT_TRUE(eventually([&] { return style_ == 2; }));
+}
+
+TEST_F(XfceTest, ADamagedRecordGivesTheIconsBackByTheDesktopsOwnChoice) {
+  for (const char* before : {"", "two", "2x", "0x2", "2147483648", "99999999999999999999"}) {
+    SCOPED_TRACE(before);
+    style_ = 0;
+    leaveRecord(before, "0");
+    icons_ = makeDesktopIcons({"XFCE", ours_.get(), folder_ / "desktop-icons"});
+    icons_->giveBackLeftovers();
+    EXPECT_TRUE(eventually([&] { return !remembered(); }));
+    EXPECT_EQ(style_, std::nullopt);
+  }
+}
+
+TEST_F(XfceTest, ARecordThatDoesNotTellWhatWasWrittenChangesNothing) {
+  for (const char* written : {"", "zero", "99999999999999999999"}) {
+    SCOPED_TRACE(written);
+    leaveRecord("1", written);
+    icons_ = makeDesktopIcons({"XFCE", ours_.get(), folder_ / "desktop-icons"});
+    icons_->giveBackLeftovers();
+    EXPECT_TRUE(eventually([&] { return !remembered(); }));
+    EXPECT_EQ(style_, 2);
+  }
+}
+
+TEST_F(XfceTest, AStyleThatIsNoNumberIsLeftAlone) {
+  foreign_ = "none";
+  run("false");
+  EXPECT_TRUE(eventually([&] { return calls_ == 1; }));
+  settle();
+  EXPECT_FALSE(remembered());
+  run("true");
+  settle();
+  EXPECT_EQ(calls_, 1);
+}
+
+TEST_F(XfceTest, AStyleThatIsNoNumberAnyMoreIsLeftAlone) {
+  style_.reset();
+  run("false");
+  EXPECT_TRUE(eventually([&] { return style_ == 0 && remembered(); }));
+  settle();
+  foreign_ = "none";
+  const int before = calls_;
+  run("true");
+  EXPECT_TRUE(eventually([&] { return !remembered(); }));
+  EXPECT_EQ(calls_, before + 1);
 }
 
 TEST_F(XfceTest, WithoutLeftoversNobodyIsAsked) {

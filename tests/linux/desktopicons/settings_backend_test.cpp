@@ -63,6 +63,24 @@ TEST(SettingsBackendTest, AChoiceThatTheUserMadeMeanwhileStays) {
   }
 }
 
+TEST(SettingsBackendTest, ADamagedRecordGivesTheIconsBackByTheDesktopsOwnChoice) {
+  for (const auto& desktop : desktops()) {
+    SCOPED_TRACE(desktop.name);
+    const auto value = SettingsValue::find(desktop.key.schema, desktop.key.key);
+    const auto backend = makeSettingsBackend(desktop.key);
+    ASSERT_TRUE(value && backend);
+    for (const std::string before : {"17", "'", "no value at all", "@", "\xff"}) {
+      ASSERT_TRUE(value->set(desktop.key.hidden));
+      EXPECT_TRUE(givenBack(*backend, {before, desktop.key.hidden}));
+      EXPECT_EQ(value->userText(), "");
+    }
+    ASSERT_TRUE(value->set(desktop.choice));
+    EXPECT_TRUE(givenBack(*backend, {desktop.choice, "no value at all"}));
+    EXPECT_EQ(value->userText(), desktop.choice);
+    EXPECT_TRUE(value->set(""));
+  }
+}
+
 TEST(SettingsBackendTest, AnEndWaitsForTheStoreAndIsAnswered) {
   const auto& desktop = desktops()[0];
   const auto value = SettingsValue::find(desktop.key.schema, desktop.key.key);
