@@ -183,6 +183,37 @@ TEST_F(PortalShortcutTest, RefusedKeyIsQuietAndNotAskedForAgain) {
   EXPECT_TRUE(hearsJustOnePress());
 }
 
+// As for a program that runs from where it was built.
+TEST_F(PortalShortcutTest, IsBoundByARegistryThatDoesNotKnowTheProgramAndDoesNotMind) {
+  startPortal({.knowsProgram = false, .needsProgram = false});
+  bind();
+  ASSERT_TRUE(eventuallyBound());
+  EXPECT_EQ(portal_->errors(), Lines{"App info not found"});
+  EXPECT_TRUE(hearsJustOnePress());
+}
+
+TEST_F(PortalShortcutTest, IsLetGoByARegistryThatDoesNotKnowTheProgramAndMinds) {
+  startPortal({.knowsProgram = false});
+  bind();
+  const Lines refusals = {"App info not found", "An app id is required"};
+  ASSERT_TRUE(eventually([&] { return portal_->errors() == refusals; }));
+  settle();
+  EXPECT_EQ(portal_->count("Register"), 1U) << "nobody is asked again";
+  EXPECT_EQ(portal_->count("CreateSession"), 1U);
+  EXPECT_EQ(portal_->count("BindShortcuts"), 0U);
+}
+
+TEST_F(PortalShortcutTest, ARegistryThatKnowsTheProgramLaterGrantsWhenItIsStartedAnew) {
+  startPortal({.knowsProgram = false});
+  bind();
+  ASSERT_TRUE(eventually([&] { return portal_->errors().size() == 2; }));
+  portal_.reset();
+  startPortal();
+  ASSERT_TRUE(eventuallyBound());
+  EXPECT_EQ(portal_->errors(), Lines());
+  EXPECT_TRUE(hearsJustOnePress());
+}
+
 TEST_F(PortalShortcutTest, PortalWithoutShortcutsIsQuiet) {
   startPortal({.hasShortcuts = false});
   bind();

@@ -85,6 +85,7 @@ void StandInPortal::onCall(GDBusConnection*, const char* sender, const char*, co
 }
 
 void StandInPortal::registerCaller(GDBusMethodInvocation* invocation) {
+  if (!manners_.knowsProgram) return refuse(invocation, "App info not found");
   if (!registered_.insert(caller_).second) return refuse(invocation, "Already registered");
   g_dbus_method_invocation_return_value(invocation, nullptr);
 }
@@ -92,7 +93,8 @@ void StandInPortal::registerCaller(GDBusMethodInvocation* invocation) {
 // Responds as quickly as can be: before the call itself is answered.
 void StandInPortal::request(const std::string& method, GVariant* arguments,
                             GDBusMethodInvocation* invocation) {
-  if (manners_.hasRegistry && !registered_.contains(caller_)) {
+  const bool isStrict = manners_.hasRegistry && manners_.needsProgram;
+  if (isStrict && !registered_.contains(caller_)) {
     return refuse(invocation, "An app id is required");
   }
   const bool creates = method == "CreateSession";

@@ -12,6 +12,8 @@ namespace orvane::host::hotkey {
 // How a portal behaves. Plain: as one that knows the registry of programs, and grants.
 struct PortalManners {
   bool hasRegistry = true;
+  bool knowsProgram = true;  // or its desktop file is not installed, and its registration refused
+  bool needsProgram = true;  // whose the connection is; older registries do not mind
   bool hasShortcuts = true;
   bool answersAtAll = true;
   guint32 createResponse = 0;  // 1: the user refused, 2: it ended otherwise
@@ -21,8 +23,8 @@ struct PortalManners {
 };
 
 // A desktop portal on a connection of its own, which writes down what it is asked. The registry is
-// strict: nothing is granted to a connection that has not said whose it is, and saying so twice is
-// an error.
+// strict: nothing is granted to a connection that has not said whose it is, and saying so twice, or
+// for a program that it does not know, is an error.
 class StandInPortal {
  public:
   using Lines = std::vector<std::string>;
