@@ -42,7 +42,8 @@ class AppDelegateFixture : public testing::Test {
                       "window 1: frame, display");
   }
 
-  AppDelegate::Environment environment() {
+  AppDelegate::Environment environment() { return environment(actor_); }
+  AppDelegate::Environment environment(MainActor& actor) {
     return {&application_,
             statusBar_,
             formWindows_,
@@ -52,7 +53,7 @@ class AppDelegateFixture : public testing::Test {
             service_,
             server_,
             center_,
-            actor_,
+            actor,
             calendar_,
             locale_,
             [this] {
