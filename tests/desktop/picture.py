@@ -1,5 +1,6 @@
 """Screenshots as values: read from a PPM, asked for their pixels, kept as PNG."""
 
+import os
 import struct
 import zlib
 
@@ -105,3 +106,16 @@ class Picture:
         with open(path, "wb") as file:
             file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", eight_bits_of_color))
             file.write(chunk(b"IDAT", zlib.compress(lines, 6)) + chunk(b"IEND", b""))
+
+
+def keep(picture, name):
+    """For whoever wants to look at it: in the folder that ORVANE_PICTURES names, if any."""
+    folder = os.environ.get("ORVANE_PICTURES")
+    if not folder:
+        return
+    os.makedirs(folder, exist_ok=True)
+    path = os.path.join(folder, name + ".png")
+    # Tests that run beside each other may keep the same one.
+    draft = "%s.%d" % (path, os.getpid())
+    picture.save_png(draft)
+    os.replace(draft, path)

@@ -1,11 +1,11 @@
 """The status item in waybar's tray, under a real sway."""
 
 import json
-import os
 import unittest
 
 import unwatched
 from desktop_session import eventually, program, run_tests
+from picture import keep
 from private_bus import start_bus
 from sway_session import SwaySession
 
@@ -19,13 +19,6 @@ SETTINGS, REFRESH, QUIT = 0.2, 0.5, 0.82
 CHOSEN = "interface=com.canonical.dbusmenu"
 SETTINGS_NOTICE = "interface=org.freedesktop.Notifications"
 STYLE = "* { border: none; } window#waybar { background: #204060; }"
-
-
-def keep(picture, name):
-    """For whoever wants to look at it."""
-    folder = os.environ.get("ORVANE_PICTURES")
-    if folder:
-        picture.save_png(os.path.join(folder, name + ".png"))
 
 
 class Tray(unittest.TestCase):

@@ -1,12 +1,12 @@
 """The program as a part of Xfce: its key, its one instance, its actions, its status item, and the
 desktop's icons."""
 
-import os
 import time
 import unittest
 
 import unwatched
 from desktop_session import eventually, program, run_tests
+from picture import keep
 from xfce_session import NAME, WATCHER, XfceSession
 
 HOT_KEY = "super+shift+z"
@@ -14,13 +14,6 @@ HOT_KEY = "super+shift+z"
 SETTINGS, REFRESH, QUIT = ("Down", "Return"), ("Down", "Down", "Return"), ("Up", "Return")
 # In the middle of the screen, below the board.
 IN_THE_SETTINGS = (800, 600)
-
-
-def keep(picture, name):
-    """For whoever wants to look at it."""
-    folder = os.environ.get("ORVANE_PICTURES")
-    if folder:
-        picture.save_png(os.path.join(folder, name + ".png"))
 
 
 class HotKey(unittest.TestCase):
@@ -96,6 +89,7 @@ class Icons(unittest.TestCase):
         self._hide_and_show("1")
 
     def _hide_and_show(self, style):
+        kept = "xfce-icons-%s-%%s" % (style or "unset")
         with XfceSession() as xfce:
             xfce.set_icon_style("0")
             xfce.start_desktop()
@@ -111,18 +105,18 @@ class Icons(unittest.TestCase):
             # The board may stand over them, so what is behind is looked at when it has gone.
             self.assertEqual(running.end(), 0)
             self.assertEqual(xfce.icon_style(), "0")
-            keep(shown, "shown-%s" % style)
+            keep(shown, kept % "1-shown")
             # Where the icons were is the picture of the desktop.
             eventually("nothing but the desktop is seen", lambda: xfce.picture() == bare)
             hidden = xfce.resting_picture()
             self.assertEqual(hidden.differing_box(bare), None)
-            keep(hidden, "hidden-%s" % style)
+            keep(hidden, kept % "2-hidden")
             running = xfce.start_program()
             xfce.action("toggle-focus")
             eventually("the style is the user's", lambda: xfce.icon_style() == style)
             self.assertEqual(running.end(), 0)
             again = xfce.resting_picture()
-            keep(again, "shown-again-%s" % style)
+            keep(again, kept % "3-shown-again")
             self.assertEqual(again.differing_box(shown), None)
 
 
@@ -133,7 +127,7 @@ class StatusItem(unittest.TestCase):
         box = eventually("the item is seen", lambda: xfce.panel_picture().differing_box(bare))
         left, top, right, bottom = box
         self.assertLess(right - left, 60)
-        keep(xfce.panel_picture(), "item")
+        keep(xfce.panel_picture(), "xfce4-panel-item")
         return (left + right) // 2, (top + bottom) // 2
 
     def _resting_panel(self, xfce):
@@ -147,7 +141,7 @@ class StatusItem(unittest.TestCase):
         xfce.ask("xdotool", "mousemove", x, y, "click", "1")
         eventually("the menu opens", lambda: len(xfce.windows("wrapper-2.0")) > len(before))
         eventually("the menu is drawn", lambda: xfce.picture().pixel(int(x) + 8, 60) != (0, 0, 0))
-        keep(xfce.picture(), "menu")
+        keep(xfce.picture(), "xfce4-panel-menu")
         for key in keys:
             xfce.press(key)
 
@@ -196,7 +190,7 @@ class StatusItem(unittest.TestCase):
             self._choose(xfce, item, *SETTINGS)
             eventually("the settings open", lambda: xfce.titled("Orvane Settings"), 60)
             eventually("they are drawn", lambda: xfce.picture().pixel(*IN_THE_SETTINGS) != plain, 60)
-            keep(xfce.picture(), "settings")
+            keep(xfce.picture(), "xfce4-panel-settings")
             self.assertEqual(len(xfce.titled("Orvane Settings")), 1)
             self.assertEqual(running.end(), 0)
             eventually("the settings go with it", lambda: not xfce.titled("Orvane Settings"))
