@@ -121,6 +121,8 @@ class Icons(unittest.TestCase):
 
 
 class StatusItem(unittest.TestCase):
+    session = XfceSession
+
     def _item(self, xfce, bare):
         """The middle of the place that the item takes in the panel."""
         eventually("the panel knows the item", lambda: "StatusNotifierItem" in xfce.status_items())
@@ -146,7 +148,7 @@ class StatusItem(unittest.TestCase):
             xfce.press(key)
 
     def opens_its_menu(self):
-        with XfceSession() as xfce:
+        with self.session() as xfce:
             xfce.start_panel()
             bare = self._resting_panel(xfce)
             running = xfce.start_program()
@@ -162,7 +164,7 @@ class StatusItem(unittest.TestCase):
             eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
 
     def has_an_entry_that_reads_the_calendars_at_once(self):
-        with XfceSession() as xfce:
+        with self.session() as xfce:
             xfce.start_panel()
             bare = self._resting_panel(xfce)
             board = unwatched.Board(xfce)
@@ -179,7 +181,7 @@ class StatusItem(unittest.TestCase):
             self.assertEqual(running.lines, unwatched.NOTICES)
 
     def has_an_entry_that_opens_the_settings(self):
-        with XfceSession() as xfce:
+        with self.session() as xfce:
             xfce.environment.update({"GTK_A11Y": "none", "GSK_RENDERER": "cairo"})
             xfce.start_panel()
             bare = self._resting_panel(xfce)
@@ -197,7 +199,7 @@ class StatusItem(unittest.TestCase):
             self.assertEqual(running.output, "")
 
     def comes_back_with_the_panel(self):
-        with XfceSession() as xfce:
+        with self.session() as xfce:
             panel = xfce.start_panel()
             bare = self._resting_panel(xfce)
             running = xfce.start_program()
@@ -210,7 +212,7 @@ class StatusItem(unittest.TestCase):
             eventually("the item is gone", lambda: xfce.panel_picture().differing_box(bare) is None)
 
     def asks_nobody_while_nobody_watches(self):
-        with XfceSession() as xfce:
+        with self.session() as xfce:
             monitor = xfce.start("dbus-monitor", "--session", "type=method_call")
             eventually("calls are watched", lambda: monitor.lines)
             running = xfce.start_program()

@@ -1,5 +1,5 @@
-"""The installed program, from wherever it was installed to, on real desktops. Nothing but what is
-installed is used of the build."""
+"""The installed program, from wherever it was installed to, on real desktops, and the parts beside it.
+Nothing but what is installed is used of the build."""
 
 import os
 import sys
@@ -8,14 +8,19 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "desktop"))
 
+import xfce_shell_test  # noqa: E402
 from agenda import add_calendar  # noqa: E402
-from desktop_session import eventually, program, run_tests  # noqa: E402
+from desktop_session import DesktopSession, eventually, program, run_tests  # noqa: E402
 from kwin_session import KWinSession  # noqa: E402
 from mutter_program_test import MutterSession  # noqa: E402
 from picture import Picture  # noqa: E402
 from sway_session import SwaySession  # noqa: E402
 from xfce_session import XfceSession  # noqa: E402
 
+# Beside the folder of the programs.
+PARTS = ("..", "libexec", "orvane")
+# Loads a module and finds its entry, as the program does.
+LOAD = "import ctypes, os, sys; ctypes.CDLL(sys.argv[1], os.RTLD_NOW).orvaneEvolution"
 NOTHING = (0, 0, 0)
 
 
@@ -52,7 +57,9 @@ class X11Window:
 
 
 class Xfwm4(X11Window, XfceSession):
-    pass
+    def picture(self):
+        """Taken by a program that is not of the build."""
+        return Picture.from_ppm(self.ask("import", "-window", "root", "-depth", "8", "ppm:-"))
 
 
 class Mutter(X11Window, MutterSession):
@@ -89,6 +96,28 @@ class Installed(unittest.TestCase):
             eventually("the countdown runs", ticks, 40)
             self.assertEqual(running.end(), 0)
             self.assertEqual(running.output, "")
+
+
+class StatusItem(xfce_shell_test.StatusItem):
+    session = Xfwm4
+
+
+class Parts(unittest.TestCase):
+    """Without a display and without a bus."""
+
+    def part(self, name):
+        return os.path.realpath(os.path.join(os.path.dirname(program("orvane")), *PARTS, name))
+
+    def module_of_the_accounts_is_loaded(self):
+        with DesktopSession() as session:
+            session.ask("/usr/bin/python3", "-c", LOAD, self.part("orvane-evolution.so"))
+
+    def settings_window_says_who_starts_it(self):
+        with DesktopSession() as session:
+            window = session.start(self.part("orvane-settings"))
+            self.assertGreater(window.process.wait(timeout=20), 0)
+            said = "orvane-settings: it is started by orvane, which shows its settings by it.\n"
+            self.assertEqual(window.output, said)
 
 
 if __name__ == "__main__":
