@@ -1,5 +1,5 @@
 // app/ is the program as a whole: what it is made of and in which order it starts. Everything here
-// but main.cpp is standard C++ and knows no adapter.
+// but main.cpp and the files whose names begin with main_ is standard C++ and knows no adapter.
 #pragma once
 
 #include <functional>

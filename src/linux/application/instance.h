@@ -50,7 +50,7 @@ class Instance {
 };
 
 enum class InstanceOutcome {
-  first,     // `instance` is set
+  first,     // `instance` is set, unless there is nothing at all that could guard it
   forwarded  // another one runs, and was asked to show its settings if a person started this one
 };
 
