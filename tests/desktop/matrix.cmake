@@ -26,8 +26,8 @@ if(ORVANE_X11)
     matrix_row(${row} x11_shell_rows.py)
   endforeach()
   matrix_row(managers-replaced x11_succession_rows.py)
-  foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards that_stand_upright
-               of_one_pixel)
+  foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards
+               that_show_the_same_have_one_board that_stand_upright of_one_pixel)
     add_test(NAME "x11.Monitors.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_monitors_test.py" "Monitors.${test}")
     set_tests_properties("x11.Monitors.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT

@@ -1,4 +1,4 @@
-"""The program on monitors of an X server that are renamed, stand upright or are tiny."""
+"""The program on monitors of an X server that are renamed, mirrored, stand upright or are tiny."""
 
 import time
 import unittest
@@ -9,7 +9,10 @@ from row import FIRST_BACKGROUND
 from x11_row import X11Row
 
 FEWEST_PIXELS = 2000
+# The one that has the server's only output.
+FIRST = "DP-1"
 LEFT, RIGHT = (0, 0, 1280, 720), (1280, 0, 1280, 720)
+WITHIN_LEFT = (640, 300, 640, 420)
 UPRIGHT = (0, 0, 720, 1280)
 
 
@@ -19,13 +22,13 @@ class TwoMonitors(X11Row):
     size = (1280, 1280)
 
     def set_monitors(self):
-        self.plug_in("DP-1", LEFT)
+        self.plug_in(FIRST, LEFT)
         self.plug_in("DP-2", RIGHT)
 
     def plug_in(self, name, place):
         left, top, width, height = place
         geometry = "%d/%dx%d/%d+%d+%d" % (width, 300, height, 200, left, top)
-        self.ask("xrandr", "--setmonitor", name, geometry, "none" if left else "screen")
+        self.ask("xrandr", "--setmonitor", name, geometry, "screen" if name == FIRST else "none")
 
     def unplug(self, name):
         self.ask("xrandr", "--delmonitor", name)
@@ -83,19 +86,33 @@ class Monitors(unittest.TestCase):
             self.see_board(session, LEFT)
             self.end(running)
 
+    def that_show_the_same_have_one_board(self):
+        """Also where they do not show all of it; else a board would stand on a board."""
+        with TwoMonitors() as session:
+            running = self.begin(session, LEFT, RIGHT, displayMode="all")
+            boards = lambda: len(session.popups())
+            for place in (WITHIN_LEFT, LEFT):
+                session.change("DP-2", place)
+                eventually("there is one board", lambda: boards() == 1)
+                self.see_board(session, LEFT)
+                session.change("DP-2", RIGHT)
+                eventually("there are two boards", lambda: boards() == 2)
+                self.see_board(session, LEFT, RIGHT)
+            self.end(running)
+
     def that_stand_upright(self):
         with TwoMonitors() as session:
             running = self.begin(session, LEFT, displayMode="main")
-            session.change("DP-1", UPRIGHT)
+            session.change(FIRST, UPRIGHT)
             self.see_board(session, UPRIGHT)
-            session.change("DP-1", LEFT)
+            session.change(FIRST, LEFT)
             self.see_board(session, LEFT)
             self.end(running)
 
     def of_one_pixel(self):
         with TwoMonitors() as session:
             running = self.begin(session, LEFT, RIGHT, displayMode="all")
-            session.change("DP-1", (0, 0, 1, 1))
+            session.change(FIRST, (0, 0, 1, 1))
             others = lambda: session.drawn_pixels((0, 1, 1280, 1279))
             eventually("nothing is left of its board", lambda: others() == 0)
             # Some beats of it.
@@ -103,7 +120,7 @@ class Monitors(unittest.TestCase):
             self.assertTrue(running.is_running())
             self.assertEqual(others(), 0)
             self.assertGreaterEqual(session.drawn_pixels(RIGHT), FEWEST_PIXELS)
-            session.change("DP-1", LEFT)
+            session.change(FIRST, LEFT)
             self.see_board(session, LEFT, RIGHT)
             self.end(running)
 

@@ -48,13 +48,35 @@ Monitor monitorOf(const Connection& connection, const xcb_randr_monitor_info_t& 
   return monitor;
 }
 
-// Two boards on top of each other would serve nobody.
-bool isMirror(const std::vector<Monitor>& earlier, const Monitor& monitor) {
-  return std::any_of(earlier.begin(), earlier.end(),
-                     [&](const Monitor& other) { return other.frame == monitor.frame; });
+bool contains(const PixelRect& outer, const PixelRect& inner) {
+  return intersectionOf(outer, inner) == inner;
+}
+
+// Whether another one shows all of it; of several that show the same, the first is none.
+bool isMirror(std::size_t index, const std::vector<Monitor>& all) {
+  for (std::size_t other = 0; other < all.size(); ++other) {
+    if (!contains(all[other].frame, all[index].frame)) continue;
+    if (all[other].frame != all[index].frame || other < index) return true;
+  }
+  return false;
 }
 
 }  // namespace
+
+std::vector<Monitor> withoutMirrors(const std::vector<Monitor>& all) {
+  std::vector<Monitor> kept;
+  for (std::size_t index = 0; index < all.size(); ++index) {
+    if (!isMirror(index, all)) kept.push_back(all[index]);
+  }
+  for (const auto& primary : all) {
+    if (!primary.isPrimary) continue;
+    const auto showing = std::find_if(kept.begin(), kept.end(), [&](const Monitor& monitor) {
+      return contains(monitor.frame, primary.frame);
+    });
+    if (showing != kept.end()) showing->isPrimary = true;
+  }
+  return kept;
+}
 
 std::vector<Monitor> queryMonitors(const Connection& connection) {
   if (!connection.hasMonitors()) return {Monitor{{}, {}, connection.rootFrame(), true}};
@@ -65,11 +87,9 @@ std::vector<Monitor> queryMonitors(const Connection& connection) {
   auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
   for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
     auto monitor = monitorOf(connection, *infos.data);
-    if (!monitor.frame.isEmpty() && !isMirror(monitors, monitor)) {
-      monitors.push_back(std::move(monitor));
-    }
+    if (!monitor.frame.isEmpty()) monitors.push_back(std::move(monitor));
   }
-  return monitors;
+  return withoutMirrors(monitors);
 }
 
 std::optional<std::int64_t> screenNumber(const Monitor& monitor) {

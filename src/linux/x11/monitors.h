@@ -20,10 +20,15 @@ struct Monitor {
   friend bool operator==(const Monitor&, const Monitor&) = default;
 };
 
-// The active ones in the server's order, of those that show the same part only the first; the root
-// window as one monitor where RandR 1.5 is missing. Empty while every output is off. Waits for the
-// server's answers.
+// The active ones in the server's order, without mirrors; the root window as one monitor where
+// RandR 1.5 is missing. Empty while every output is off. Waits for the server's answers.
 std::vector<Monitor> queryMonitors(const Connection& connection);
+
+// All monitors show parts of one root window: two boards on top of each other would serve nobody.
+// So only those are left that show something that no other one does, and of several with the same
+// frame the first. One that shows what the primary monitor showed is primary in its place. No frame
+// may be empty.
+[[nodiscard]] std::vector<Monitor> withoutMirrors(const std::vector<Monitor>& all);
 
 // A positive number of 31 bits: the FNV-1a hash of connector, make and model, each ended by a zero
 // byte. Nothing for a monitor without a connector, since two of one model would share it.

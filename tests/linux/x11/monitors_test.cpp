@@ -32,6 +32,39 @@ TEST(ScreenNumber, TellsConnectorsAndModelsApart) {
 
 TEST(ScreenNumber, IsAbsentWithoutAConnector) { EXPECT_FALSE(screenNumber(monitor("", {}))); }
 
+const PixelRect wide{0, 0, 2560, 1440};
+const PixelRect beside{2560, 0, 1920, 1080};
+
+TEST(WithoutMirrors, KeepsThoseThatLieSideBySideOrOverlapInPart) {
+  const std::vector<Monitor> all{monitor("A", wide, true), monitor("B", beside),
+                                 monitor("C", {1000, 1000, 2000, 2000})};
+  EXPECT_EQ(withoutMirrors(all), all);
+  EXPECT_EQ(withoutMirrors({}), std::vector<Monitor>());
+}
+
+TEST(WithoutMirrors, KeepsTheFirstOfThoseThatShowTheSame) {
+  EXPECT_EQ(withoutMirrors({monitor("B", wide), monitor("A", wide), monitor("C", wide)}),
+            std::vector{monitor("B", wide)});
+}
+
+TEST(WithoutMirrors, DropsWhatLiesWithinAnotherInWhateverOrder) {
+  const auto large = monitor("A", wide, true);
+  const auto small = monitor("B", {0, 0, 1920, 1080});
+  const auto smaller = monitor("C", {640, 360, 1280, 720});
+  EXPECT_EQ(withoutMirrors({large, small, smaller}), std::vector{large});
+  EXPECT_EQ(withoutMirrors({smaller, small, large}), std::vector{large});
+  EXPECT_EQ(withoutMirrors({small, monitor("D", beside), large}),
+            (std::vector{monitor("D", beside), large}));
+}
+
+TEST(WithoutMirrors, MakesPrimaryWhatShowsThePrimaryOne) {
+  EXPECT_EQ(withoutMirrors({monitor("D", beside), monitor("A", wide),
+                            monitor("B", {640, 360, 1280, 720}, true)}),
+            (std::vector{monitor("D", beside), monitor("A", wide, true)}));
+  EXPECT_EQ(withoutMirrors({monitor("A", wide), monitor("B", wide, true)}),
+            std::vector{monitor("A", wide, true)});
+}
+
 TEST(MainMonitor, IsThePrimaryOne) {
   EXPECT_EQ(mainMonitor({monitor("A", {0, 0, 10, 10}), monitor("B", {10, 0, 10, 10}, true)}), 1U);
 }
