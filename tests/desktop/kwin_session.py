@@ -184,10 +184,9 @@ class KWinSession(DesktopSession):
         return answer.unpack()[0]
 
     def keep(self, name):
-        """A screenshot in the folder that ORVANE_DESKTOPS names, where there is one."""
-        folder = os.environ.get("ORVANE_DESKTOPS")
+        """A screenshot in the folder that ORVANE_PICTURES names, where there is one."""
+        folder = os.environ.get("ORVANE_PICTURES")
         if folder:
-            os.makedirs(folder, exist_ok=True)
             self.picture().save_png(os.path.join(folder, name + ".png"))
 
     def configure(self, *changes):
