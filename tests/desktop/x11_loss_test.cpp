@@ -113,7 +113,7 @@ TEST_F(LossOfTheServer, EndsAtOnceWhenAskedToWhileItWaits) {
 }
 
 // It answers nothing, but the connection stands. An answer that is waited for at that time is not
-// waited for any longer than five seconds.
+// waited for any longer than five seconds; the rest of the limit is for the program to end in.
 TEST_F(LossOfTheServer, AStoppedServerKeepsNobodyFromEnding) {
   Program program(session_);
   ASSERT_TRUE(board());
