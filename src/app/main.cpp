@@ -22,6 +22,7 @@
 #include "linux/gio/session_bus.h"
 #include "linux/mainloop/clock_watcher.h"
 #include "linux/mainloop/memory_use.h"
+#include "linux/session/login_session.h"
 #include "linux/session/session_signs.h"
 
 namespace {
@@ -127,8 +128,10 @@ int runProgram(const StartMarks& start) {
 
   NotificationCenter notifications;
   const Drawing drawing(base);
-  const Stage stage{*base.loop, *drawing.schedule, notifications, *drawing.measurer,
-                    *drawing.painter};
+  const auto loginSession =
+      host::makeLoginSession(host::loginSessionOptions(environmentVariable), *base.loop);
+  const Stage stage{*base.loop,        *drawing.schedule, notifications,
+                    *drawing.measurer, *drawing.painter,  *loginSession};
   const auto session = host::makeSessionSigns(environmentVariable);
   ReturningDesktop desktop(desktopEnvironment(base, stage, *session));
   if (!opens(desktop)) return kNoDesktop;

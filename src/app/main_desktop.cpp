@@ -52,9 +52,9 @@ DesktopKinds desktopKinds(const host::Environment& environment, const Stage& sta
 #endif
 #ifdef ORVANE_X11
   add("DISPLAY", [stage](const ReturningDesktop::Attempt& attempt) {
-    return opened(
-        host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications, stage.measurer,
-                              stage.painter, attempt.onLost, attempt.patience, attempt.isInVain}));
+    return opened(host::makeX11Desktop({stage.mainActor, stage.schedule, stage.notifications,
+                                        stage.measurer, stage.painter, attempt.onLost,
+                                        attempt.patience, attempt.isInVain, &stage.session}));
   });
 #endif
   return {std::move(kinds), kNothingNamed};

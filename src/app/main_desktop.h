@@ -5,6 +5,7 @@
 #include "linux/files/base_directory.h"
 #include "platform/notification_center.h"
 #include "platform/periodic_schedule.h"
+#include "platform/session_sight.h"
 #include "view/painter.h"
 #include "view/text_measurer.h"
 
@@ -17,6 +18,7 @@ struct Stage {
   NotificationCenter& notifications;
   const TextMeasurer& measurer;
   Painter& painter;
+  SessionSight& session;
 };
 
 // The desktops that the environment may name: the Wayland compositor where it has the layer shell,

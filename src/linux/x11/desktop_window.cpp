@@ -34,6 +34,9 @@ DesktopWindow::DesktopWindow(const Surroundings& around, Rect contentRect)
   pictureChanges_ = around_.rootPicture.changed().subscribe([this] { pictureChanged(); });
   blankingChanges_ = around_.blanking.changed().subscribe([this] { sightChanged(); });
   fullScreenChanges_ = around_.fullScreen.changed().subscribe([this] { sightChanged(); });
+  if (around_.session) {
+    sessionChanges_ = around_.session->changed().subscribe([this] { sightChanged(); });
+  }
 }
 
 void DesktopWindow::setFrame(Rect frame, bool) {
@@ -202,10 +205,14 @@ Date DesktopWindow::currentInstant() const {
 }
 
 bool DesktopWindow::isInSight() const {
-  if (!isOrderedIn_ || !scene_ || around_.blanking.isBlank()) return false;
+  if (!isOrderedIn_ || !scene_ || around_.blanking.isBlank() || isSessionHidden()) return false;
   // A window that has nothing to draw is not on the server, but what it shows may begin to be.
   const bool isAbsentByChoice = !board_ || !board_->isWanted();
   return isAbsentByChoice || (isMapped_ && !isObscured_ && !isBehindFullScreen());
+}
+
+bool DesktopWindow::isSessionHidden() const {
+  return around_.session && around_.session->isHidden();
 }
 
 bool DesktopWindow::isBehindFullScreen() const {

@@ -13,6 +13,7 @@
 #include "linux/x11/screen_list.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
+#include "platform/session_sight.h"
 #include "view/drawn_area.h"
 #include "view/scene.h"
 
@@ -31,6 +32,7 @@ struct Surroundings {
   RootPicture& rootPicture;
   ScreenBlanking& blanking;
   FullScreenWatch& fullScreen;
+  SessionSight* session;  // may be null
 };
 
 // A window as the logic knows it. To the logic it covers its screen; on the server it is no larger
@@ -65,6 +67,7 @@ class DesktopWindow final : public NSWindow {
   // Begins or ends the beat as the window comes into sight or is lost from it.
   void followSight();
   [[nodiscard]] bool isInSight() const;
+  [[nodiscard]] bool isSessionHidden() const;
   [[nodiscard]] bool isBehindFullScreen() const;
   // Draws at once what was out of sight until now.
   void sightChanged();
@@ -107,6 +110,7 @@ class DesktopWindow final : public NSWindow {
   Subscription pictureChanges_;
   Subscription blankingChanges_;
   Subscription fullScreenChanges_;
+  Subscription sessionChanges_;
 };
 
 }  // namespace orvane::host::x11

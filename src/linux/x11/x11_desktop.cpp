@@ -33,7 +33,9 @@ class Desktop final : public WindowServer {
         rootPicture_(*connection_, around.mainActor),
         blanking_(*connection_),
         fullScreen_(*connection_, around.mainActor),
-        source_(*connection_, [this] { lost(); }) {}
+        source_(*connection_, [this] { lost(); }) {
+    if (around_.session) around_.session->follow();
+  }
 
   [[nodiscard]] std::vector<NSScreen> screens() const override { return screens_.screens(); }
   [[nodiscard]] std::optional<NSScreen> mainScreen() const override {
@@ -44,7 +46,7 @@ class Desktop final : public WindowServer {
     const Surroundings surroundings{*connection_,     around_.mainActor, around_.schedule,
                                     around_.measurer, around_.painter,   screens_,
                                     stack_,           desktop_,          rootPicture_,
-                                    blanking_,        fullScreen_};
+                                    blanking_,        fullScreen_,       around_.session};
     return std::make_shared<DesktopWindow>(surroundings, contentRect);
   }
   [[nodiscard]] std::int32_t windowLevelForKey(CGWindowLevelKey key) const override {

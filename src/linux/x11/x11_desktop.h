@@ -9,6 +9,7 @@
 #include "platform/notification_center.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
+#include "platform/session_sight.h"
 #include "view/painter.h"
 #include "view/text_measurer.h"
 
@@ -28,6 +29,8 @@ struct X11Neighbours {
   Duration patience = std::chrono::seconds(10);
   // Asked twice a second meanwhile: whether there is no more use in it. May be empty.
   std::function<bool()> isInVain = {};
+  // Nothing is drawn while the session is hidden. Null: that is not known here.
+  SessionSight* session = nullptr;
 };
 
 // Either a server or the sentence that tells why there is none.
