@@ -33,6 +33,12 @@ if(ORVANE_X11)
     set_tests_properties("x11.Monitors.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
                          "${matrix_environment}")
   endforeach()
+  foreach(test while_it_is_locked while_another_console_is_shown)
+    add_test(NAME "x11.OutOfSight.${test}" COMMAND /usr/bin/python3 -B
+             "${CMAKE_CURRENT_SOURCE_DIR}/x11_login_test.py" "OutOfSight.${test}")
+    set_tests_properties("x11.OutOfSight.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
+                         "${matrix_environment}")
+  endforeach()
   foreach(test is_asked_for_as_long_as_it_is_offered is_not_asked_for_where_there_is_no_glass)
     add_test(NAME "x11.Blur.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_blur_test.py" "Blur.${test}")
