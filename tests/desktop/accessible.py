@@ -61,6 +61,9 @@ class Accessible:
     def set_text(self, name, text):
         self._must(do="set_text", name=name, text=text, role="text")
 
+    def text(self, name):
+        return self._must(do="text", name=name, role="text")
+
     def place(self, name, role=None):
         """Left, top, width and height within its window."""
         return tuple(self._must(do="place", name=name, role=role))

@@ -56,11 +56,11 @@ class Known:
         return all(value in (None, own) for value, own in wanted)
 
     def value(self):
-        if PREFIX + "Value" not in self.interfaces:
-            return None
+        return self.property("Value", "CurrentValue") if PREFIX + "Value" in self.interfaces else None
+
+    def property(self, interface, name):
         get = ("org.freedesktop.DBus.Properties", "Get")
-        wanted = GLib.Variant("(ss)", (PREFIX + "Value", "CurrentValue"))
-        return call(self.program, self.path, *get, wanted)[0]
+        return call(self.program, self.path, *get, GLib.Variant("(ss)", (PREFIX + interface, name)))[0]
 
     def can_act(self):
         if PREFIX + "Action" not in self.interfaces:
@@ -112,7 +112,11 @@ def tree(_):
 
 
 def look(request):
-    return found(request).told()
+    """Of a control and what it consists of, which may bear its name too, what has the focus tells."""
+    fitting = [item for item in everything() if item.fits(request)]
+    if not fitting:
+        raise LookupError("there is no %s" % request)
+    return max(fitting, key=lambda item: "focusable" in item.states).told()
 
 
 def focused(_):
@@ -153,7 +157,13 @@ def set_text(request):
     return call(item.program, item.path, PREFIX + "EditableText", "SetTextContents", text)[0]
 
 
-KNOWN = (tree, look, focused, act, place, places, set_value, set_text)
+def text(request):
+    item = found(request, lambda item: PREFIX + "Text" in item.interfaces)
+    count = item.property("Text", "CharacterCount")
+    return call(item.program, item.path, PREFIX + "Text", "GetText", GLib.Variant("(ii)", (0, count)))[0]
+
+
+KNOWN = (tree, look, focused, act, place, places, set_value, set_text, text)
 REQUESTS = {each.__name__: each for each in KNOWN}
 
 

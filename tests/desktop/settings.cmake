@@ -23,7 +23,7 @@ if(ORVANE_X11)
   settings_test(${script} Style is_seen_on_the_board strength_is_seen_on_the_board
                 color_is_seen_on_the_board)
   settings_test(${script} Looks are_those_that_the_desktop_prefers)
-  settings_test(${script} Restart keeps_everything)
+  settings_test(settings_restart_test.py Restart keeps_every_setting)
   settings_test(settings_effects_test.py Effects of_the_chosen_calendars of_the_chosen_lists
                 of_what_drives_next_up of_days_that_count of_ignored_words of_urgency of_focus_mode
                 of_spaces after_a_restart)

@@ -306,33 +306,5 @@ class Looks(unittest.TestCase):
         return sum(xfce.picture().pixel(*ON_WINDOW))
 
 
-class Restart(unittest.TestCase):
-    def keeps_everything(self):
-        with Session() as xfce:
-            xfce.go_to_row("Work")
-            xfce.press("space")
-            xfce.choose_tab("Display")
-            xfce.pick("Dashboard display", 1)
-            xfce.toggle("Show on every Space")
-            xfce.choose_tab("Smart Next")
-            xfce.toggle("Use urgency colors as deadlines approach")
-            xfce.accessible.set_text("Ignored words", "tea")
-            xfce.choose_tab("Style")
-            xfce.accessible.set_value("Glass strength", 0.5)
-            xfce.expect("glassOpacity", 0.5)
-            self.assertEqual(xfce.board.end(), 0)
-            eventually("its window is gone", lambda: not xfce.is_open())
-            xfce.start_board()
-            self.assertTrue(xfce.is_on("Work"))
-            self.assertFalse(xfce.is_on("Home"))
-            picker = xfce.accessible.look("Dashboard display", "push button")
-            self.assertEqual(picker["description"], "All Displays")
-            self.assertFalse(xfce.is_on("Show on every Space"))
-            self.assertFalse(xfce.is_on("Use urgency colors as deadlines approach"))
-            self.assertAlmostEqual(xfce.accessible.look("Glass strength", "slider")["value"], 0.5)
-            self.assertEqual(xfce.setting("ignoredWordsText"), "tea")
-            self.assertEqual(xfce.board.output, "")
-
-
 if __name__ == "__main__":
     run_tests()
