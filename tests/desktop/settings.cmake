@@ -38,7 +38,8 @@ if(ORVANE_X11)
                 has_the_size_of_its_form_and_comes_back_from_being_minimized)
   settings_test(settings_left_test.py Letters go_to_the_lists reach_the_controls_of_the_other_tabs)
   settings_test(settings_lists_test.py Lists of_five_hundred_open_as_soon_as_those_of_two
-                of_five_hundred_scroll_smoothly have_odd_names)
+                of_five_hundred_scroll_smoothly have_odd_names
+                call_what_is_nameless_by_another_name)
   settings_test(settings_missing_test.py Toolkit that_is_missing_is_told_and_the_board_goes_on
                 that_is_missing_is_told_on_the_terminal_where_nobody_shows_notifications)
   set(script settings_looks_test.py)

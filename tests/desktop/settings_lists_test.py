@@ -24,6 +24,8 @@ ODD_NAMES = {
     "emoji": "Family \U0001F468\u200D\U0001F469\u200D\U0001F467 & friends",
     "right to left": "\u05dc\u05d5\u05d7 \u05e9\u05e0\u05d4",
 }
+# By the names that they have instead: the calendar's folder and what stands in it as a name.
+NAMELESS = {"empty": ("empty", ""), "blank": ("blank", " \t\n"), "Calendar": (" ", "")}
 
 
 def state_of(process):
@@ -124,6 +126,22 @@ class Lists(unittest.TestCase):
                 xfce.give_named(folder, name)
             for name in ODD_NAMES.values():
                 eventually(repr(name), lambda name=name: xfce.accessible.look(name, "check box"))
+
+    def call_what_is_nameless_by_another_name(self):
+        with LongSession() as xfce:
+            for folder, name in NAMELESS.values():
+                xfce.give_named(folder, name)
+            for name in NAMELESS:
+                eventually(repr(name), lambda name=name: xfce.accessible.look(name, "check box"))
+            self.assertNotIn("", map(str.strip, xfce.accessible.names("check box")))
+            for count, name in enumerate(NAMELESS, 1):
+                xfce.go_to_row(name)
+                xfce.press("space")
+                eventually("it is chosen", lambda count=count: self._chosen(xfce) == count)
+
+    @staticmethod
+    def _chosen(xfce):
+        return len(xfce.setting("selectedCalendarIDs") or [])
 
 
 if __name__ == "__main__":

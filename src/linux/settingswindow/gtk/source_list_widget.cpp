@@ -44,7 +44,7 @@ class SourceListWidget final : public ControlWidget {
   SourceListWidget(const FormControl& control, const FormHands& hands)
       : list_(std::get<FormSourceList>(control.content)),
         hands_(hands),
-        rows_(list_.rowSpacing, list_.padding,
+        rows_(control.label, list_.rowSpacing, list_.padding,
               [this](const std::string& key, bool isOn) {
                 hands_.edit({key, isOn});
               }),

@@ -18,7 +18,8 @@ namespace {
 // The widget of whichever row is bound to it.
 class RowToggle final : public Gtk::CheckButton {
  public:
-  explicit RowToggle(const SourceRows::Toggled& toggled) : toggled_(toggled) {
+  RowToggle(const std::string& listTitle, const SourceRows::Toggled& toggled)
+      : listTitle_(listTitle), toggled_(toggled) {
     set_halign(Gtk::Align::START);
     label_.set_ellipsize(Pango::EllipsizeMode::END);
     label_.set_xalign(0);
@@ -46,7 +47,7 @@ class RowToggle final : public Gtk::CheckButton {
     isShowing_ = true;
     const FormRow& row = row_->row();
     if (label_.get_text().raw() != row.label) label_.set_text(row.label);
-    setAccessibleLabel(*this, row.label);
+    setAccessibleLabel(*this, row.label.empty() ? listTitle_ : row.label);
     set_active(row.isOn);
     isShowing_ = false;
   }
@@ -56,6 +57,7 @@ class RowToggle final : public Gtk::CheckButton {
     return true;
   }
 
+  const std::string& listTitle_;
   const SourceRows::Toggled& toggled_;
   Gtk::Label label_;
   Glib::RefPtr<SourceRow> row_;
@@ -77,8 +79,11 @@ void SourceRow::set(const FormRow& row) {
   changed_.emit();
 }
 
-SourceRows::SourceRows(double rowSpacing, double padding, Toggled toggled)
-    : rowSpacing_(rowSpacing), padding_(padding), toggled_(std::move(toggled)) {
+SourceRows::SourceRows(std::string title, double rowSpacing, double padding, Toggled toggled)
+    : title_(std::move(title)),
+      rowSpacing_(rowSpacing),
+      padding_(padding),
+      toggled_(std::move(toggled)) {
   add_css_class("orvane-rows");
   set_factory(makeFactory());
   set_model(Gtk::NoSelection::create(model_));
@@ -94,7 +99,7 @@ Glib::RefPtr<Gtk::ListItemFactory> SourceRows::makeFactory() {
   factory->signal_setup().connect([this](const Item& item) {
     item->set_activatable(false);
     item->set_selectable(false);
-    item->set_child(*Gtk::make_managed<RowToggle>(toggled_));
+    item->set_child(*Gtk::make_managed<RowToggle>(title_, toggled_));
   });
   factory->signal_bind().connect([this](const Item& item) { bind(item); });
   factory->signal_unbind().connect([this](const Item& item) { unbind(item); });

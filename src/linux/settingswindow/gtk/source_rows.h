@@ -28,13 +28,14 @@ class SourceRow final : public Glib::Object {
 };
 
 // The toggles of a list, of which only those near the visible part have widgets. A name that is too
-// long for its row ends in an ellipsis, and is told in full in a tooltip.
+// long for its row ends in an ellipsis, and is told in full in a tooltip. Where there is no name at
+// all, who hears the window instead of seeing it is told what the list is called.
 class SourceRows final : public Gtk::ListView {
  public:
   using Toggled = std::function<void(const std::string& key, bool isOn)>;
 
   // Distances are those of the form: between the rows, and around them.
-  SourceRows(double rowSpacing, double padding, Toggled toggled);
+  SourceRows(std::string title, double rowSpacing, double padding, Toggled toggled);
   ~SourceRows() override;
   SourceRows(const SourceRows&) = delete;
   SourceRows& operator=(const SourceRows&) = delete;
@@ -49,6 +50,7 @@ class SourceRows final : public Gtk::ListView {
   void unbind(const Item& item);
   void place(const Item& item) const;
 
+  const std::string title_;
   const double rowSpacing_;
   const double padding_;
   const Toggled toggled_;

@@ -3,7 +3,9 @@
 #include "linux/settingswindow/gtk/settings_window.h"
 
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 #include <gtkmm/button.h>
+#include <gtkmm/checkbutton.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/label.h>
 #include <gtkmm/listview.h>
@@ -65,6 +67,19 @@ class SettingsWindowTest : public testing::Test {
       const auto* label = dynamic_cast<Gtk::Label*>(button.get_child());
       return label && label->get_text() == "All";
     });
+  }
+  // The row that shows this name; null where none does.
+  Gtk::CheckButton* toggle(const char* name) {
+    return screen_.find<Gtk::CheckButton>([&](Gtk::CheckButton& row) {
+      const auto* label = dynamic_cast<Gtk::Label*>(row.get_child());
+      return label && label->get_text() == name;
+    });
+  }
+  // Whether a screen reader is told this name.
+  static bool isReadAs(Gtk::Widget& widget, const char* name) {
+    const auto difference = Glib::make_unique_ptr_gfree(gtk_test_accessible_check_property(
+        GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, name));
+    return !difference;
   }
   // Which the first label with a text needs; 0 where there is none.
   int heightOf(const char* text) {
@@ -197,6 +212,26 @@ TEST_F(SettingsWindowTest, NameWithALineBreakIsOneLine) {
   screen_.show(form);
   ASSERT_TRUE(screen_.eventually([&] { return heightOf("Row\n2") > 0; }));
   EXPECT_EQ(heightOf("Row\n2"), heightOf("Row 0"));
+}
+
+TEST_F(SettingsWindowTest, RowWithoutANameIsReadAsItsList) {
+  Form form = formOf(1);
+  contentOf<FormSourceList>(form, "list").rows.push_back({"nameless", "", false});
+  screen_.show(form);
+  ASSERT_TRUE(screen_.eventually([&] { return toggle("") != nullptr; }));
+  EXPECT_TRUE(isReadAs(*toggle(""), "List"));
+  EXPECT_FALSE(isReadAs(*toggle(""), "Row 0"));
+  EXPECT_TRUE(isReadAs(*toggle("Row 0"), "Row 0"));
+  toggle("")->activate();
+  ASSERT_EQ(screen_.edits().size(), 1U);
+  EXPECT_EQ(screen_.edits()[0], (FormEdit{"nameless", true}));
+  // It is given a name, and loses it again.
+  contentOf<FormSourceList>(form, "list").rows[1].label = "Named";
+  screen_.tell(form);
+  EXPECT_TRUE(isReadAs(*toggle("Named"), "Named"));
+  contentOf<FormSourceList>(form, "list").rows[1].label = "";
+  screen_.tell(form);
+  EXPECT_TRUE(isReadAs(*toggle(""), "List"));
 }
 
 TEST_F(SettingsWindowTest, ChoiceWithALineBreakIsOneLine) {
