@@ -75,6 +75,17 @@ class SettingsWindowTest : public testing::Test {
       return label && label->get_text() == name;
     });
   }
+  static bool isCut(Gtk::CheckButton& row) {
+    auto* label = dynamic_cast<Gtk::Label*>(row.get_child());
+    return label && label->get_layout()->is_ellipsized();
+  }
+  // Whether a tooltip says so.
+  bool isTold(const std::string& text) {
+    return screen_.find<Gtk::Label>([&](Gtk::Label& label) {
+      const auto* around = label.get_ancestor(g_type_from_name("GtkTooltipWindow"));
+      return around && label.get_mapped() && label.get_text().raw() == text;
+    });
+  }
   // Whether a screen reader is told this name.
   static bool isReadAs(Gtk::Widget& widget, const char* name) {
     const auto difference = Glib::make_unique_ptr_gfree(gtk_test_accessible_check_property(
@@ -212,6 +223,26 @@ TEST_F(SettingsWindowTest, NameWithALineBreakIsOneLine) {
   screen_.show(form);
   ASSERT_TRUE(screen_.eventually([&] { return heightOf("Row\n2") > 0; }));
   EXPECT_EQ(heightOf("Row\n2"), heightOf("Row 0"));
+}
+
+TEST_F(SettingsWindowTest, NameThatIsTooLongIsCutAndToldInFullUnderThePointer) {
+  const std::string longest =
+      "Product launches, reviews and everything else that the company has to know";
+  Form form = formOf(1);
+  contentOf<FormSourceList>(form, "list").rows.push_back({"long", longest, false});
+  screen_.show(form);
+  ASSERT_TRUE(screen_.eventually([&] { return toggle(longest.c_str()) != nullptr; }));
+  auto& row = *toggle(longest.c_str());
+  ASSERT_TRUE(screen_.eventually([&] { return row.get_width() > 0; }));
+  EXPECT_TRUE(isCut(row));
+  EXPECT_FALSE(isCut(*toggle("Row 0")));
+  EXPECT_EQ(screen_.window().get_width(), static_cast<int>(form.size.width));
+  EXPECT_LT(row.get_width(), screen_.find<Gtk::ListView>()->get_width());
+  screen_.point(row, 0.5);
+  EXPECT_TRUE(screen_.eventually([&] { return isTold(longest); }));
+  // It goes where the pointer goes on to a name that can be read.
+  screen_.point(*toggle("Row 0"), 0.5);
+  EXPECT_TRUE(screen_.eventually([&] { return !isTold(longest); }));
 }
 
 TEST_F(SettingsWindowTest, RowWithoutANameIsReadAsItsList) {

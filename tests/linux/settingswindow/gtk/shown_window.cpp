@@ -6,6 +6,7 @@
 #include <xcb/xtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -37,6 +38,11 @@ ShownWindow::ShownWindow()
     : user_(std::make_unique<desktop_test::Observer>(display())),
       conversation_(std::make_unique<Conversation>(
           [this](const formwire::WindowMessage& message) { heard_.push_back(message); })) {}
+
+// The server outlives the window, and with it what is pressed.
+ShownWindow::~ShownWindow() {
+  if (isPressed_) pressButton(false);
+}
 
 void ShownWindow::show(const Form& form, const formwire::WindowState& state) {
   formwire::Show show;
@@ -78,7 +84,7 @@ const formwire::WindowState* ShownWindow::state() const {
   return last;
 }
 
-void ShownWindow::press(Gtk::Widget& widget, double along) {
+void ShownWindow::point(Gtk::Widget& widget, double along) {
   double x = 0;
   double y = 0;
   widget.translate_coordinates(window(), widget.get_width() * along, widget.get_height() / 2.0, x,
@@ -90,7 +96,18 @@ void ShownWindow::press(Gtk::Widget& widget, double along) {
   if (!origin) throw std::runtime_error("the window stands nowhere");
   user_->movePointer(static_cast<int>(std::lround(origin->x + left + x)),
                      static_cast<int>(std::lround(origin->y + top + y)));
-  xcb_test_fake_input(user_->connection(), XCB_BUTTON_PRESS, 1, 0, user_->root(), 0, 0, 0);
+  user_->sync();
+}
+
+void ShownWindow::press(Gtk::Widget& widget, double along) {
+  point(widget, along);
+  pressButton(true);
+}
+
+void ShownWindow::pressButton(bool isDown) {
+  isPressed_ = isDown;
+  const std::uint8_t event = isDown ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE;
+  xcb_test_fake_input(user_->connection(), event, 1, 0, user_->root(), 0, 0, 0);
   user_->sync();
 }
 

@@ -17,6 +17,9 @@ namespace orvane::window {
 class ShownWindow {
  public:
   ShownWindow();
+  ~ShownWindow();
+  ShownWindow(const ShownWindow&) = delete;
+  ShownWindow& operator=(const ShownWindow&) = delete;
 
   // The window as the board asks for it, once it is on the screen.
   void show(const Form& form, const formwire::WindowState& state = {});
@@ -41,14 +44,19 @@ class ShownWindow {
     });
     return found;
   }
-  // Presses the pointer's first button over a widget, so far along it, and keeps it down.
+  // Moves the pointer over a widget, so far along it.
+  void point(Gtk::Widget& widget, double along);
+  // Presses the pointer's first button over a widget, so far along it, and keeps it down for
+  // as long as this lives.
   void press(Gtk::Widget& widget, double along);
 
  private:
+  void pressButton(bool isDown);
   static void visit(Gtk::Widget& widget, const std::function<void(Gtk::Widget&)>& seen);
 
   std::vector<formwire::WindowMessage> heard_;
   std::unique_ptr<desktop_test::Observer> user_;
+  bool isPressed_ = false;
   std::unique_ptr<Conversation> conversation_;
 };
 
