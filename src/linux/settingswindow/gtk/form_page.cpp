@@ -1,5 +1,6 @@
 #include "linux/settingswindow/gtk/form_page.h"
 
+#include <glibmm/binding.h>
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/label.h>
 
@@ -116,6 +117,8 @@ void FormPage::addRow(Gtk::Box& card, const std::string& text, ControlWidget& co
   label.set_margin_top(rowPadding_);
   label.set_margin_bottom(rowPadding_);
   if (control.target()) label.set_mnemonic_widget(*control.target());
+  Glib::Binding::bind_property(control.widget().property_sensitive(), label.property_sensitive(),
+                               Glib::Binding::Flags::SYNC_CREATE);
   auto click = Gtk::GestureClick::create();
   click->signal_released().connect([&control](int, double, double) { control.activate(); });
   label.add_controller(click);

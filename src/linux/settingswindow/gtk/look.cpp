@@ -45,7 +45,7 @@ constexpr const char* kSheet = R"css(
 }
 .orvane-row { padding: 0 14px; }
 .orvane-row:not(:first-child) { border-top: 1px solid @orvane_line; }
-.orvane-row label:disabled { color: alpha(currentColor, .45); }
+.orvane-row > label:disabled { color: alpha(@theme_fg_color, .55); }
 .orvane-row scale { padding: 8px 0; }
 .orvane-row dropdown > button, .orvane-row menubutton > button {
   padding-top: 1px; padding-bottom: 1px; min-height: 24px; border-radius: 7px;

@@ -92,13 +92,16 @@ class SettingsWindowTest : public testing::Test {
         GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, name));
     return !difference;
   }
+  Gtk::Label* label(const std::string& text) {
+    return screen_.find<Gtk::Label>([&](Gtk::Label& one) { return one.get_text().raw() == text; });
+  }
   // Which the first label with a text needs; 0 where there is none.
   int heightOf(const char* text) {
-    auto* label = screen_.find<Gtk::Label>([&](Gtk::Label& one) { return one.get_text() == text; });
+    auto* found = label(text);
     int least = 0;
     int natural = 0;
     int baseline = 0;
-    if (label) label->measure(Gtk::Orientation::VERTICAL, -1, least, natural, baseline, baseline);
+    if (found) found->measure(Gtk::Orientation::VERTICAL, -1, least, natural, baseline, baseline);
     return natural;
   }
 
@@ -191,6 +194,18 @@ TEST_F(SettingsWindowTest, FocusStaysWhereSomethingElseIsDisabled) {
   int start = 0;
   int end = 0;
   EXPECT_TRUE(field->get_selection_bounds(start, end));
+}
+
+TEST_F(SettingsWindowTest, LabelsAreDisabledWithTheirControls) {
+  Form form = onSecondTab(formOf(5));
+  screen_.show(form);
+  EXPECT_TRUE(label("Picker")->get_sensitive());
+  EXPECT_FALSE(label("Toggle")->get_sensitive());
+  controlOf(form, "picker")->isEnabled = false;
+  controlOf(form, "toggle")->isEnabled = true;
+  screen_.tell(form);
+  EXPECT_FALSE(label("Picker")->get_sensitive());
+  EXPECT_TRUE(label("Toggle")->get_sensitive());
 }
 
 // ---- Texts that are too long or broken
