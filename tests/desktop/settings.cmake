@@ -15,7 +15,7 @@ endfunction()
 if(ORVANE_X11)
   set(script settings_window_test.py)
   settings_test(${script} Names are_those_of_the_controls_and_no_others
-                are_reached_in_order_by_the_keyboard have_letters)
+                are_reached_in_order_by_the_keyboard are_stepped_through_tab_by_tab have_letters)
   settings_test(${script} Sources are_chosen_and_all_again come_and_go)
   settings_test(${script} Display is_chosen toggles_are_stored shows_what_was_changed_elsewhere
                 springs_back_where_login_items_cannot_be_written)

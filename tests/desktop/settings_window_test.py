@@ -127,6 +127,17 @@ class Names(unittest.TestCase):
             xfce.press("Tab")
             eventually(name, lambda name=name: (xfce.accessible.focused() or {}).get("name") == name)
 
+    def are_stepped_through_tab_by_tab(self):
+        with Session() as xfce:
+            tabs = CONTROLS["page tab"]
+            for next_, before in (("ctrl+Tab", "ctrl+shift+Tab"), ("ctrl+Next", "ctrl+Prior")):
+                for key, order in ((next_, tabs[1:]), (before, tabs[-2::-1])):
+                    for tab in order:
+                        xfce.press(key)
+                        eventually(tab, lambda tab=tab: "pressed" in xfce.states(tab, "page tab"))
+            xfce.press("ctrl+w")
+            eventually("it is closed", lambda: not xfce.is_open())
+
     def have_letters(self):
         with Session() as xfce:
             for letter, tab in {"d": "Display", "n": "Smart Next", "t": "Style", "s": "Sources"}.items():
