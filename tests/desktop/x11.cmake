@@ -73,8 +73,9 @@ if(TARGET orvane-settings)
                         stopped_it_holds_up_nobody opened_edited_and_closed_a_hundred_times)
   # Only the program as it is meant to be is quick; and what measures time runs alone.
   if(NOT ORVANE_SANITIZE)
-    settings_program_test(Speed is_there_soon_and_again_at_once)
+    settings_program_test(Speed is_there_soon_and_again_at_once is_drawn_soon_where_it_is_read_aloud)
     set_tests_properties("settings_program.Speed.is_there_soon_and_again_at_once"
+                         "settings_program.Speed.is_drawn_soon_where_it_is_read_aloud"
                          PROPERTIES RUN_SERIAL TRUE)
   endif()
 endif()

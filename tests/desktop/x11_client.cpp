@@ -4,11 +4,15 @@
 //   x11_client root                                    nothing but the clicks on the root window
 //   x11_client show-desktop 0|1                        the message that panels send for it
 //   x11_client picture                                 what the screen shows, as a PPM
+//   x11_client await X Y RRGGBB                        until that pixel comes to be of that colour
 // The first three print "ready" when they are on the screen and a line for each click and key that
-// reaches them, and run until they are told to end.
+// reaches them, and run until they are told to end. The last prints "ready" once the pixel is of
+// another colour, and at the end when it was that it came to be, in seconds of the monotonic clock.
+#include <poll.h>
 #include <xcb/xcb.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -136,6 +140,28 @@ int writePicture(const Client& client) {
   return std::fwrite(colors.data(), 1, colors.size(), stdout) == colors.size() ? 0 : 1;
 }
 
+std::uint32_t colorAt(const Client& client, std::int16_t x, std::int16_t y) {
+  const auto asked = xcb_get_image(client.connection, XCB_IMAGE_FORMAT_Z_PIXMAP,
+                                   client.screen->root, x, y, 1, 1, 0xffffffffU);
+  const std::unique_ptr<xcb_get_image_reply_t, Freed> image(
+      xcb_get_image_reply(client.connection, asked, nullptr));
+  if (!image || xcb_get_image_data_length(image.get()) < 4) fail("the screen cannot be read");
+  const std::uint8_t* pixel = xcb_get_image_data(image.get());
+  return std::uint32_t{pixel[2]} << 16U | std::uint32_t{pixel[1]} << 8U | pixel[0];
+}
+
+// The server tells nobody of a single pixel, which is looked at every few milliseconds.
+int awaitColor(const Client& client, std::int16_t x, std::int16_t y, std::uint32_t color) {
+  constexpr int pause = 3;
+  pollfd server{xcb_get_file_descriptor(client.connection), POLLIN, 0};
+  while (colorAt(client, x, y) == color) poll(&server, 1, pause);
+  say("ready");
+  while (colorAt(client, x, y) != color) poll(&server, 1, pause);
+  const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+  std::printf("%.4f\n", now.count());
+  return 0;
+}
+
 void watchRoot(Client& client) {
   client.window = client.screen->root;
   const auto asked = xcb_change_window_attributes_checked(client.connection, client.window,
@@ -181,9 +207,13 @@ int main(int count, char** words) {
   const bool isRoot = kind == "root" && count == 2;
   const bool isShowDesktop = kind == "show-desktop" && count == 3;
   const bool isPicture = kind == "picture" && count == 2;
+  const bool isAwait = kind == "await" && count == 5;
   const bool isDesktop = kind == "desktop";
-  if (!isRoot && !isShowDesktop && !isPicture && (count != 8 || (kind != "window" && !isDesktop))) {
-    fail("use: window|desktop TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop 0|1; picture");
+  if (!isRoot && !isShowDesktop && !isPicture && !isAwait &&
+      (count != 8 || (kind != "window" && !isDesktop))) {
+    fail(
+        "use: window|desktop TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop 0|1; picture; await "
+        "X Y RRGGBB");
   }
   Client client;
   client.connection = xcb_connect(nullptr, nullptr);
@@ -192,6 +222,11 @@ int main(int count, char** words) {
   if (xcb_connection_has_error(client.connection) != 0) fail("no display");
   client.screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection)).data;
   if (isPicture) return writePicture(client);
+  if (isAwait) {
+    return awaitColor(client, static_cast<std::int16_t>(number(words[2])),
+                      static_cast<std::int16_t>(number(words[3])),
+                      static_cast<std::uint32_t>(number(words[4], 16)));
+  }
   if (isShowDesktop) return showDesktop(client, number(words[2]) != 0);
   if (isRoot) {
     watchRoot(client);
