@@ -22,6 +22,11 @@ gtk-enable-animations=0
 gtk-application-prefer-dark-theme=%d
 """
 CORNER = 10
+# The board's lists of events and reminders, with their cards, on the screen.
+LISTS = (460, 0, 640, 420)
+ON_LISTS = (700, 100)
+LOOKS = 6
+TRIES = 3
 # So that the same picture is the same file.
 UNDATED = ["-strip", "-define", "png:exclude-chunks=date,time"]
 
@@ -34,10 +39,29 @@ class Session(SettingsSession, XfceSession):
         self.environment["GDK_SCALE"] = str(scale)
         self.write(LOOK % is_dark, ".config", "gtk-4.0", "settings.ini")
 
-    def begin(self):
+    def begin(self, unlike=None):
+        """Answers what the board's lists say, once that is not what they are known to say elsewhere."""
         self.start_accessible()
         self.start_program()
+        lists = self._lists_unlike(unlike)
         self.open_settings()
+        return lists
+
+    def _lists_unlike(self, known):
+        seen = []
+
+        def rest():
+            picture = self.picture()
+            lists = picture.cropped(*LISTS)
+            is_other = picture.pixel(*ON_LISTS) != (0, 0, 0) and (known is None or lists != known)
+            if not is_other or (seen and seen[-1] != lists):
+                seen.clear()
+            if is_other:
+                seen.append(lists)
+            return len(seen) >= LOOKS
+
+        eventually("the board's lists say something else", rest, 60)
+        return seen[-1]
 
     def window_picture(self):
         """Without its shadow."""
@@ -85,30 +109,25 @@ def cut_out(picture, scale, path):
                    check=True)
 
 
-def take(folder, name, scale, is_dark, prepare, demo_calendars):
-    """A picture for each tab; answers where they are."""
+def take(folder, name, scale, is_dark, prepare, demo_calendars, unlike=None):
+    """A picture for each tab; answers where they are, and what the board's lists said meanwhile."""
     paths = []
     with Session(scale, is_dark) as session:
         prepare(session, demo_calendars)
-        session.begin()
+        lists = session.begin(unlike)
         if prepare is full:
             eventually("calendars are offered", lambda: session.accessible.look("Work", "check box"))
         for tab in TABS:
             session.choose_tab(tab)
             paths.append(os.path.join(folder, "%s-%d.png" % (name, len(paths))))
             cut_out(session.window_picture(), scale, paths[-1])
-    return paths
+    return paths, lists
 
 
 def put_together(paths, columns, gap, path):
     layout = ["-tile", "%dx" % columns, "-geometry", "+%d+%d" % (gap, gap), "-background", "none"]
     smallest = ["-strip", "-define", "png:compression-level=9", "-define", "png:compression-filter=5"]
     subprocess.run(["montage", *paths, *layout, *smallest, path], check=True)
-
-
-def in_few_colors(path):
-    few = ["+dither", "-colors", "256", "-strip", "-define", "png:compression-level=9"]
-    subprocess.run(["convert", path, *few, "PNG8:" + path], check=True)
 
 
 def is_same(path, other):
@@ -118,25 +137,28 @@ def is_same(path, other):
 
 def of_the_full(folder, work, scale, ending, demo_calendars):
     for is_dark, look in ((False, "light"), (True, "dark")):
-        tabs = take(work, "full", scale, is_dark, full, demo_calendars)
+        tabs, _ = take(work, "full", scale, is_dark, full, demo_calendars)
         put_together(tabs, 2, 10 * scale, os.path.join(folder, "settings-%s%s.png" % (look, ending)))
 
 
+def empty_and_denied(work, scale, is_dark, demo_calendars):
+    """The tabs, which look the same with no calendars and with denied ones. The board tells the two
+    apart, and says of the latter that they are denied."""
+    # The preview names the next full hour but two, which may be another one meanwhile.
+    for _ in range(TRIES):
+        tabs, lists = take(work, "empty-%d" % is_dark, scale, is_dark, empty, demo_calendars)
+        others, _ = take(work, "denied-%d" % is_dark, scale, is_dark, denied, demo_calendars, unlike=lists)
+        if all(map(is_same, tabs, others)):
+            return others
+    raise AssertionError("denied calendars look different")
+
+
 def without_sources(folder, work, scale, ending, demo_calendars):
-    """Light beside dark. No calendars and denied ones look the same, of which one picture is enough."""
-    looks = []
-    for is_dark in (False, True):
-        name = "%%s-%d" % is_dark
-        tabs = take(work, name % "empty", scale, is_dark, empty, demo_calendars)
-        others = take(work, name % "denied", scale, is_dark, denied, demo_calendars)
-        # The last shows what time it is.
-        if not all(map(is_same, tabs[:-1], others[:-1])):
-            raise AssertionError("denied calendars look different")
-        looks.append(tabs)
+    """Light beside dark."""
+    looks = [empty_and_denied(work, scale, is_dark, demo_calendars) for is_dark in (False, True)]
     pairs = [tab for both in zip(*looks) for tab in both]
     path = os.path.join(folder, "settings-no-sources%s.png" % ending)
     put_together(pairs, 2, 10 * scale, path)
-    in_few_colors(path)
 
 
 def main(folder, demo_calendars):
