@@ -104,7 +104,7 @@ class WaylandRun(Calendars, RandomRun):
 
     def toggle_by_key(self):
         # Until the portal has granted the key a press is nobody's.
-        key_works = lambda: self._presses_in_vain() or self.session.focus_mode() is not self.focus
+        key_works = lambda: self._presses_in_vain() or self.session.focus_mode() is (not self.focus)
         eventually("the key is heard", key_works, PATIENCE)
         self.toggled()
 
@@ -114,7 +114,7 @@ class WaylandRun(Calendars, RandomRun):
             return False
         self.session.control("Activate")
         try:
-            changed = lambda: self.session.focus_mode() is not self.focus
+            changed = lambda: self.session.focus_mode() is (not self.focus)
             # A press that is heard after all would undo the next one.
             return eventually("the key is heard", changed, 10)
         except AssertionError:
@@ -200,7 +200,7 @@ class XfceRun(Calendars, RandomRun):
 
     def toggle_by_key(self):
         # While the mapping changes a press may be nobody's.
-        changed = lambda: self.session.focus_mode() is not self.focus
+        changed = lambda: self.session.focus_mode() is (not self.focus)
 
         def is_heard():
             self.session.press("super+shift+z")
