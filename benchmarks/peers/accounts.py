@@ -14,7 +14,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from service import Evolution  # noqa: E402
 
-SETTLING = 12  # seconds until everything has been read and the start's memory given back
+SETTLING = 25  # seconds until everything has been read and the start's memory given back
 
 
 def past(count):

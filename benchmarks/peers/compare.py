@@ -18,7 +18,7 @@ from contenders import CONTENDERS
 from costs import Window, memory
 from displays import DISPLAYS
 
-SETTLING = 8  # seconds until a contender has come to rest
+SETTLING = 25  # seconds until a contender has come to rest
 FIRST_FRAME = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "first-frame")
 
 
