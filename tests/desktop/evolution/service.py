@@ -9,7 +9,7 @@ import signal
 import subprocess
 import time
 
-from desktop_session import DesktopSession, eventually
+from desktop_session import DesktopSession, eventually, listens
 
 REGISTRY = "org.gnome.evolution.dataserver.Sources5"
 FACTORY = "org.gnome.evolution.dataserver.Calendar8"
@@ -79,7 +79,7 @@ class Evolution:
         session.write(BUS % paths, "bus.conf")
         command = ["dbus-daemon", "--nofork", "--config-file=" + session.path("bus.conf")]
         self.bus = session.start(*command)
-        eventually("there is a bus", lambda: os.path.exists(paths["bus"]))
+        eventually("there is a bus", lambda: listens(paths["bus"]))
         session.environment.update(ENVIRONMENT)
         session.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + paths["bus"]
 
