@@ -17,6 +17,17 @@ from sway_session import SwaySession
 NAME_SPACE = "org.orvane.Orvane"
 
 
+def stop(evolution):
+    """All of the service, so that it takes questions and answers none."""
+    for name in (REGISTRY, FACTORY):
+        evolution.signal(name, signal.SIGSTOP)
+
+
+def go_on(evolution):
+    for name in (REGISTRY, FACTORY):
+        evolution.signal(name, signal.SIGCONT)
+
+
 class Program(unittest.TestCase):
     def frames(self, sway):
         (frames,) = ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces or [[]]
@@ -35,16 +46,14 @@ class Program(unittest.TestCase):
             evolution = Evolution(sway)
             evolution.prepare("work", "Work", text=review())
             evolution.run()
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGSTOP)
+            stop(evolution)
             begun = time.time()
             running = sway.start(program("orvane"))
             first = eventually("it is drawn", lambda: self.frames(sway), 60)[0]
             self.assertLess(first.time - begun, UNDELAYED)
             self.wait_for_rest(sway)
             answered = time.time()
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGCONT)
+            go_on(evolution)
             ticking = lambda: len(self.drawn_since(sway, answered)) > 2
             eventually("the countdown is drawn", ticking, 60)
             self.assertEqual((running.end(), running.output), (0, ""))
@@ -69,13 +78,11 @@ class Program(unittest.TestCase):
                 taken["no service"].append(self.first_frame(sway))
             evolution.prepare("work", "Work", text=review())
             evolution.run()
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGSTOP)
+            stop(evolution)
             for _ in range(ATTEMPTS):
                 taken["no bus"].append(self.first_frame(sway, NO_BUS))
                 taken["a service that hangs"].append(self.first_frame(sway))
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGCONT)
+            go_on(evolution)
             print("seconds until the first frame:", taken)
             # Half of what the first answers of a service are waited for.
             limit = min(taken["no bus"]) + SOON / 4
@@ -113,15 +120,13 @@ class Program(unittest.TestCase):
 
             def hang():
                 # After an attempt before.
-                for name in (REGISTRY, FACTORY):
-                    evolution.signal(name, signal.SIGCONT)
+                go_on(evolution)
                 stop_in_a_question(evolution, traffic, "work")
                 evolution.signal(REGISTRY, signal.SIGSTOP)
                 return time.time()
 
             self.assert_beats(sway, hang)
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGCONT)
+            go_on(evolution)
             self.assertEqual((running.end(), running.output), (0, ""))
 
     def keeps_its_beat_while_it_starts_beside_a_service_that_hangs(self):
@@ -129,14 +134,12 @@ class Program(unittest.TestCase):
             evolution = Evolution(sway)
             evolution.prepare("work", "Work", text=review())
             evolution.run()
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGSTOP)
+            stop(evolution)
             add_calendar(sway)
             running = sway.start(program("orvane"))
             self.wait_for_ticks(sway)
             self.assert_beats(sway, time.time)
-            for name in (REGISTRY, FACTORY):
-                evolution.signal(name, signal.SIGCONT)
+            go_on(evolution)
             self.assertEqual((running.end(), running.output), (0, ""))
 
     def keeps_its_beat_while_a_change_is_read(self):

@@ -97,7 +97,8 @@ class ConfiguredBus {
     bus_.reset(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, failure.out(), "dbus-daemon", "--nofork",
                                 option.c_str(), nullptr));
     EXPECT_TRUE(bus_) << failure.message();
-    EXPECT_TRUE(gio::eventually([&] { return std::filesystem::exists(folder_ / "bus"); }));
+    // Its socket has a name a moment before somebody listens at it.
+    EXPECT_TRUE(gio::eventually([&] { return connect() != nullptr; }));
   }
   ConfiguredBus(const ConfiguredBus&) = delete;
   ConfiguredBus& operator=(const ConfiguredBus&) = delete;
@@ -122,6 +123,18 @@ class ConfiguredBus {
   gio::ObjectPtr<GSubprocess> bus_;
 };
 
+// A bus that can start the service, on which nobody runs it yet.
+struct StartableService {
+  StartableService() {
+    for (const char* name : {registry, calendars}) bus.install(name);
+    gio::askBus(theirs.get(), "ReloadConfig");
+  }
+
+  ConfiguredBus bus;
+  gio::ObjectPtr<GDBusConnection> theirs = bus.connect();
+  gio::ObjectPtr<GDBusConnection> ours = bus.connect();
+};
+
 TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) {
   const ConfiguredBus bus;
   const auto ours = bus.connect();
@@ -143,21 +156,17 @@ TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) 
 }
 
 TEST(ServiceWatchOfABusTest, AServiceThatTheBusCanStartIsThereThroughoutAndItsProgramsComeAndGo) {
-  const ConfiguredBus bus;
-  for (const char* name : {registry, calendars}) bus.install(name);
-  const auto theirs = bus.connect();
-  gio::askBus(theirs.get(), "ReloadConfig");
-  const auto ours = bus.connect();
+  const StartableService service;
   std::vector<bool> told;
   std::vector<bool> running;
   const ServiceWatch watching(
-      ours.get(), [&](bool isThere) { told.push_back(isThere); },
+      service.ours.get(), [&](bool isThere) { told.push_back(isThere); },
       [&](bool runs) { running.push_back(runs); });
   ASSERT_TRUE(gio::eventually([&] { return !told.empty(); }));
-  own(theirs.get(), calendars);
-  own(theirs.get(), "org.gnome.evolution.dataserver.AddressBook10");
-  disown(theirs.get(), calendars);
-  own(theirs.get(), registry);
+  own(service.theirs.get(), calendars);
+  own(service.theirs.get(), "org.gnome.evolution.dataserver.AddressBook10");
+  disown(service.theirs.get(), calendars);
+  own(service.theirs.get(), registry);
   ASSERT_TRUE(gio::eventually([&] { return running.size() >= 3; }));
   EXPECT_THAT(running, ElementsAre(true, false, true));
   EXPECT_THAT(told, ElementsAre(true));
@@ -261,15 +270,11 @@ TEST_F(EvolutionAccountsTest, TheModuleIsLoadedWhenTheFirstFrameHasHadItsTime) {
 }
 
 TEST_F(EvolutionAccountsTest, AServiceThatTheBusCanStartIsToldOfWhenItRunsAgain) {
-  const ConfiguredBus bus;
-  for (const char* name : {registry, calendars}) bus.install(name);
-  const auto theirs = bus.connect();
-  gio::askBus(theirs.get(), "ReloadConfig");
-  const auto ours = bus.connect();
-  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  const StartableService service;
+  watch(service.ours.get(), builtProgram("tests/plain_module.so"));
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
-  own(theirs.get(), registry);
-  own(theirs.get(), calendars);
+  own(service.theirs.get(), registry);
+  own(service.theirs.get(), calendars);
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
   EXPECT_THAT(found, Each(true));
   EXPECT_THAT(services, SizeIs(1)) << "it is the same";
@@ -277,15 +282,11 @@ TEST_F(EvolutionAccountsTest, AServiceThatTheBusCanStartIsToldOfWhenItRunsAgain)
 }
 
 TEST_F(EvolutionAccountsTest, AServiceThatEndsAsSoonAsItRunsIsNotBack) {
-  const ConfiguredBus bus;
-  for (const char* name : {registry, calendars}) bus.install(name);
-  const auto theirs = bus.connect();
-  gio::askBus(theirs.get(), "ReloadConfig");
-  const auto ours = bus.connect();
-  watch(ours.get(), builtProgram("tests/plain_module.so"));
+  const StartableService service;
+  watch(service.ours.get(), builtProgram("tests/plain_module.so"));
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
-  own(theirs.get(), calendars);
-  disown(theirs.get(), calendars);
+  own(service.theirs.get(), calendars);
+  disown(service.theirs.get(), calendars);
   bool isLater = false;
   const auto later = loop->after(std::chrono::milliseconds(1500), [&] { isLater = true; });
   ASSERT_TRUE(gio::eventually([&] { return isLater; }));
