@@ -10,10 +10,14 @@ import unittest
 
 from desktop_session import DesktopSession, eventually, run_tests
 
+# What ties a program to the life of the test is done last before it is run; only once it runs can
+# it be said to be tied.
 SESSION_THAT_WAITS = """
-from desktop_session import DesktopSession
+from desktop_session import DesktopSession, eventually
 with DesktopSession() as session:
-    print(session.folder, session.start("sleep", "1000").process.pid, flush=True)
+    started = session.start("sleep", "1000").process.pid
+    eventually("it runs", lambda: started in session.processes_called("sleep"))
+    print(session.folder, started, flush=True)
     input()
 """
 
