@@ -43,6 +43,7 @@ constexpr std::chrono::milliseconds kBusPatience{500};
 // What others may ask of the running program over the bus, which lasts longer than the program.
 // `focusToken` keeps what lets the window that they ask for take the focus.
 host::ApplicationOptions applicationOptions(const StartMarks& start, GDBusConnection* bus,
+                                            const std::string& busAddress,
                                             const std::weak_ptr<AppDelegate>& running,
                                             std::string& focusToken) {
   const auto with = [&running](void (*perform)(AppDelegate&)) {
@@ -53,6 +54,7 @@ host::ApplicationOptions applicationOptions(const StartMarks& start, GDBusConnec
   const auto openSettings = with([](AppDelegate& delegate) { delegate.openSettings(); });
   host::ApplicationOptions options;
   options.connection = bus;
+  options.busAddress = busAddress;
   options.runtimeFolder = environmentVariable("XDG_RUNTIME_DIR").value_or("");
   options.startedByBus = start.isByBus;
   options.startedWithSession = start.isWithSession;
@@ -120,10 +122,10 @@ int runProgram(const StartMarks& start) {
   const Base base;
   std::weak_ptr<AppDelegate> running;
   std::string focusToken;
-  const auto bus =
-      host::gio::connectToBus(host::gio::sessionBusAddress(environmentVariable), kBusPatience);
-  const auto instance =
-      host::claimInstance(applicationOptions(start, bus.get(), running, focusToken), *base.loop);
+  const auto busAddress = host::gio::sessionBusAddress(environmentVariable);
+  const auto bus = host::gio::connectToBus(busAddress, kBusPatience);
+  const auto instance = host::claimInstance(
+      applicationOptions(start, bus.get(), busAddress, running, focusToken), *base.loop);
   if (instance.outcome == host::InstanceOutcome::forwarded) return kSuccess;
 
   NotificationCenter notifications;

@@ -1,5 +1,8 @@
-"""How the program is one in its session: on no bus at all, and started by the bus itself."""
+"""How the program is one in its session: on no bus at all, on one that does not answer in time, and
+started by the bus itself."""
 
+import contextlib
+import signal
 import unittest
 
 from desktop_session import eventually, program, run_tests
@@ -39,6 +42,41 @@ class Instance(unittest.TestCase):
             self.assertTrue(first.is_running())
             self.assertEqual(first.end(), 0)
             self.assertEqual(first.output, "")
+
+    def is_one_where_the_bus_is_too_slow_for_the_second(self):
+        with PortalSession() as session:
+            prepare(session)
+            first = session.start_program()
+            wait_for_board(session, "HEADLESS-1")
+            with self.stopped(session.bus):
+                self.start_again(session, {})
+            self.assert_shows_settings(session, first)
+
+    def is_one_where_the_bus_was_too_slow_for_the_first(self):
+        with PortalSession() as session:
+            prepare(session)
+            with self.stopped(session.bus):
+                first = session.start(program("orvane"))
+                wait_for_board(session, "HEADLESS-1")
+            self.start_again(session, {"ORVANE_START": "login"})
+            self.assertFalse(shows_settings(session))
+            self.start_again(session, {})
+            self.assert_shows_settings(session, first)
+
+    @contextlib.contextmanager
+    def stopped(self, running):
+        running.process.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            running.process.send_signal(signal.SIGCONT)
+
+    def assert_shows_settings(self, session, first):
+        eventually("the first shows its settings", lambda: shows_settings(session), PATIENCE)
+        self.assertTrue(first.is_running())
+        self.assertEqual(session.processes_called("orvane"), [first.process.pid])
+        self.assertEqual(first.end(), 0)
+        self.assertEqual(first.output, "")
 
     def start_again(self, session, environment):
         second = session.start(program("orvane"), environment=environment)

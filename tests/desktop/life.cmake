@@ -25,6 +25,8 @@ foreach(test after_a_termination_is_quick_and_saves after_an_interrupt_is_quick_
 endforeach()
 
 if(TARGET orvane-settings)
-  life_test(instance_test.py Instance is_one_without_a_bus is_started_by_the_bus_and_opens_nothing
-            is_started_by_the_bus_for_an_action)
+  life_test(instance_test.py Instance is_one_without_a_bus
+            is_one_where_the_bus_is_too_slow_for_the_second
+            is_one_where_the_bus_was_too_slow_for_the_first
+            is_started_by_the_bus_and_opens_nothing is_started_by_the_bus_for_an_action)
 endif()

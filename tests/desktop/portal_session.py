@@ -35,7 +35,7 @@ class PortalSession(SwaySession):
 
     def _begin(self):
         if "DBUS_SESSION_BUS_ADDRESS" not in self.environment:  # it outlives compositors
-            start_bus(self, PERMISSIONS)
+            self.bus = start_bus(self, PERMISSIONS)
         super()._begin()
 
     def start_backend(self, manner):

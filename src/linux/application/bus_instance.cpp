@@ -151,8 +151,7 @@ InstanceClaim claimOnBus(ApplicationOptions options, MainActor& mainActor) {
   std::string failure;
   if (takeName(connection, failure)) return {InstanceOutcome::first, std::move(instance)};
   if (!failure.empty()) {
-    std::cerr << "orvane: The session bus does not answer, so that a second start cannot be told: "
-              << failure << '\n';
+    std::cerr << "orvane: The session bus does not answer: " << failure << '\n';
     return {InstanceOutcome::first, std::move(instance)};
   }
   if (isWanted) activateOther(connection, activationToken);

@@ -21,9 +21,12 @@ struct ApplicationAction {
 };
 
 struct ApplicationOptions {
-  // Null: there is no session bus, and the guard is a lock in the runtime folder.
+  // Null: there is no session bus, or none that answers, and a lock is the only guard.
   GDBusConnection* connection = nullptr;
-  // $XDG_RUNTIME_DIR; empty: without a bus there is then no guard at all.
+  // Of the session's bus, whether it answers or not, which tells apart sessions that share a
+  // runtime folder; empty: there is none.
+  std::string busAddress;
+  // $XDG_RUNTIME_DIR, where the lock lies; empty: without a bus there is then no guard at all.
   std::filesystem::path runtimeFolder;
   // The bus started this process because of a call: if the first one is an activation, it is the
   // launch itself.
@@ -59,8 +62,9 @@ struct InstanceClaim {
   std::unique_ptr<Instance> instance;
 };
 
-// Waits at most a few seconds for the bus, and one for the running instance. Main thread only; the
-// actor outlives the instance.
+// A bus that was too slow for one start may be quick enough for the next: the lock is taken with a
+// bus, too, and counts like the name. Waits at most a few seconds for the bus, and one for the
+// running instance. Main thread only; the actor outlives the instance.
 [[nodiscard]] InstanceClaim claimInstance(ApplicationOptions options, MainActor& mainActor);
 
 }  // namespace orvane::host

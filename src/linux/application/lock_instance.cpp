@@ -11,9 +11,11 @@
 #include <cstring>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "linux/files/file_descriptor.h"
+#include "linux/gio/handles.h"
 
 namespace orvane::host::application {
 namespace {
@@ -22,6 +24,15 @@ namespace fs = std::filesystem;
 
 // What a further start sends. One byte that means nothing else.
 constexpr char kActivate = 'a';
+
+// The address may be of any length; its digest is not.
+std::string nameFor(const std::string& busAddress) {
+  if (busAddress.empty()) return "orvane";
+  const gio::TextPtr digest(
+      g_compute_checksum_for_string(G_CHECKSUM_SHA256, busAddress.c_str(), -1));
+  constexpr std::size_t kEnough = 16;
+  return "orvane-" + std::string(digest.get(), kEnough);
+}
 
 std::optional<sockaddr_un> addressOf(const fs::path& socket) {
   sockaddr_un address{};
@@ -99,10 +110,12 @@ class LockInstance final : public Instance {
 }  // namespace
 
 InstanceClaim claimByLock(ApplicationOptions options, MainActor& mainActor) {
-  const auto lockPath = options.runtimeFolder / "orvane.lock";
-  const auto socketPath = options.runtimeFolder / "orvane.socket";
+  const auto name = nameFor(options.busAddress);
+  const auto lockPath = options.runtimeFolder / (name + ".lock");
+  const auto socketPath = options.runtimeFolder / (name + ".socket");
   FileDescriptor lock(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!lock) {
+    if (options.connection) return {InstanceOutcome::first, nullptr};
     std::cerr << "orvane: A second start cannot be told, because " << lockPath
               << " cannot be opened: " << std::strerror(errno) << '\n';
     return {InstanceOutcome::first, nullptr};
