@@ -82,6 +82,12 @@ class Running:
     def is_running(self):
         return self.process.poll() is None
 
+    def seconds_at_work(self):
+        """The processor's time that all its threads have had so far."""
+        with open("/proc/%d/stat" % self.process.pid, encoding="ascii") as file:
+            fields = file.read().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
     def end(self, how=signal.SIGTERM, seconds=20):
         """Asks it to end, and answers its exit status (negative: the signal that ended it)."""
         if self.is_running():

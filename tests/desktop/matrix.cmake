@@ -58,15 +58,24 @@ if(ORVANE_X11)
   target_link_libraries(user_unit PRIVATE orvane_warnings)
   set_target_properties(user_unit PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY
                         "${CMAKE_BINARY_DIR}/tests")
-  foreach(test is_started_when_the_program_asks_for_it shows_a_board_on_every_monitor
-               is_drawn_at_the_scale_that_the_session_sets
-               that_is_killed_is_started_again_for_the_board)
-    add_test(NAME "mutter.Xwayland.${test}"
-             COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/mutter_program_test.py"
-                     "Xwayland.${test}")
-    set_tests_properties("mutter.Xwayland.${test}" PROPERTIES TIMEOUT 120 LABELS desktop ENVIRONMENT
-                         "${matrix_environment}")
-  endforeach()
+  # mutter_test(FILE CLASS test …): tests of a class in a file, each known to ctest.
+  function(mutter_test file class)
+    foreach(test ${ARGN})
+      set(name "mutter.${class}.${test}")
+      add_test(NAME "${name}" COMMAND /usr/bin/python3 -B "${CMAKE_CURRENT_SOURCE_DIR}/${file}"
+                                      "${class}.${test}")
+      set_tests_properties("${name}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
+                           "${matrix_environment};ORVANE_END_SECONDS=${end_seconds}")
+    endforeach()
+  endfunction()
+
+  mutter_test(mutter_program_test.py Xwayland is_started_when_the_program_asks_for_it
+              shows_a_board_on_every_monitor is_drawn_at_the_scale_that_the_session_sets
+              that_is_killed_is_started_again_for_the_board)
+  mutter_test(mutter_loss_test.py Loss is_survived_with_the_agenda_of_the_time
+              ends_with_the_session)
+  # What measures time runs alone.
+  set_tests_properties(mutter.Loss.ends_with_the_session PROPERTIES RUN_SERIAL ON)
 endif()
 
 if(ORVANE_WAYLAND)

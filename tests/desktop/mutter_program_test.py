@@ -22,15 +22,18 @@ class MutterSession(DesktopSession):
 
     def __enter__(self):
         try:
-            start_bus(self)
-            command = ["mutter", "--headless", "--wayland"]
-            for monitor in self.monitors:
-                command += ["--virtual-monitor", monitor]
-            self.mutter = start_mutter(self, *command, environment=self.more(self))
+            self.bus = start_bus(self)
+            self.start_mutter()
             return self
         except BaseException as error:
             self.__exit__(type(error), error, None)
             raise
+
+    def start_mutter(self):
+        command = ["mutter", "--headless", "--wayland"]
+        for monitor in self.monitors:
+            command += ["--virtual-monitor", monitor]
+        self.mutter = start_mutter(self, *command, environment=self.more(self))
 
     def start_board(self):
         agenda.add_calendars(self)
