@@ -140,10 +140,10 @@ class SwaySession(DesktopSession):
         return neighbour
 
     def click(self, x, y):
-        """Somewhere in the layout of all outputs."""
-        self.message("seat", "-", "cursor", "set", str(x), str(y))
-        self.message("seat", "-", "cursor", "press", "button1")
-        self.message("seat", "-", "cursor", "release", "button1")
+        """Somewhere in the layout of all outputs. All in one go: a button that is held for long means
+        something else to a menu."""
+        steps = ("set %d %d" % (x, y), "press button1", "release button1")
+        self.message("; ".join("seat - cursor " + step for step in steps))
 
 
 class SwayInWindows(SwaySession):

@@ -91,7 +91,10 @@ TEST_F(LossOfTheServer, IsSurvivedTwentyTimesInARowAndLeavesNothing) {
     files.push_back(openFiles(program.process()));
     memory.push_back(heldMemory(program.process()));
   }
-  EXPECT_EQ(files.back(), files[1]);
+  // A file that is just being read may be counted, too.
+  const auto most = *std::min_element(files.begin() + 1, files.begin() + 5);
+  EXPECT_TRUE(eventually([&] { return openFiles(program.process()) <= most; }))
+      << openFiles(program.process()) << " files are open, in the beginning " << most;
   EXPECT_LT(memory.back() - memory[4], kMostGrowth);
   EXPECT_EQ(program.process().output(), "");
   program.process().signal(SIGINT);
