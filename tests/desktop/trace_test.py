@@ -23,6 +23,9 @@ WINDOW = {"GTK_A11Y": "none", "GSK_RENDERER": "cairo"}
 # Where the board says which day it is, at 1280 × 720.
 DATE = (40, 50, 340, 100)
 
+# Below the home of a session, where its runtime folder is, too.
+OWN_FOLDERS = ((".config", "orvane"), (".local", "state", "orvane"), ("orvane",))
+
 # A program that does what the board's must not.
 INTRUDER = """
 import os, socket
@@ -67,7 +70,7 @@ class Trace:
 
     def violations(self):
         home = self.session.folder
-        own = [os.path.join(home, *parts) for parts in ((".config", "orvane"), (".local", "state", "orvane"))]
+        own = [os.path.join(home, *parts) for parts in OWN_FOLDERS]
         return Rules(own).violations(self.lines())
 
 

@@ -4,6 +4,7 @@
 #include <glib-unix.h>
 #include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -27,11 +28,11 @@ constexpr char kActivate = 'a';
 
 // The address may be of any length; its digest is not.
 std::string nameFor(const std::string& busAddress) {
-  if (busAddress.empty()) return "orvane";
+  if (busAddress.empty()) return "session";
   const gio::TextPtr digest(
       g_compute_checksum_for_string(G_CHECKSUM_SHA256, busAddress.c_str(), -1));
   constexpr std::size_t kEnough = 16;
-  return "orvane-" + std::string(digest.get(), kEnough);
+  return "session-" + std::string(digest.get(), kEnough);
 }
 
 std::optional<sockaddr_un> addressOf(const fs::path& socket) {
@@ -110,9 +111,11 @@ class LockInstance final : public Instance {
 }  // namespace
 
 InstanceClaim claimByLock(ApplicationOptions options, MainActor& mainActor) {
+  const auto folder = options.runtimeFolder / "orvane";
+  ::mkdir(folder.c_str(), 0700);  // if that was in vain, opening tells
   const auto name = nameFor(options.busAddress);
-  const auto lockPath = options.runtimeFolder / (name + ".lock");
-  const auto socketPath = options.runtimeFolder / (name + ".socket");
+  const auto lockPath = folder / (name + ".lock");
+  const auto socketPath = folder / (name + ".socket");
   FileDescriptor lock(::open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!lock) {
     if (options.connection) return {InstanceOutcome::first, nullptr};

@@ -46,13 +46,13 @@ TEST_F(LockInstanceTest, ASecondStartWithTheSessionAsksForNothing) {
 TEST_F(LockInstanceTest, AfterTheFirstEndedAnotherMayRun) {
   auto first = claim();
   first.instance.reset();
-  EXPECT_FALSE(fs::exists(folder_ / "orvane.socket"));
+  EXPECT_FALSE(fs::exists(folder_ / "orvane" / "session.socket"));
   EXPECT_EQ(claim().outcome, InstanceOutcome::first);
 }
 
 TEST_F(LockInstanceTest, WhatACrashLeftIsNoHindrance) {
-  folder_.write("orvane.lock", "old");
-  folder_.write("orvane.socket", "old");
+  folder_.write("orvane/session.lock", "old");
+  folder_.write("orvane/session.socket", "old");
   const auto first = claim();
   EXPECT_EQ(first.outcome, InstanceOutcome::first);
   EXPECT_EQ(claim().outcome, InstanceOutcome::forwarded);
