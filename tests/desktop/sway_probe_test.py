@@ -263,7 +263,7 @@ class Seconds(unittest.TestCase):
         with SwaySession(trace=True) as sway:
             late = [frame.time % 1 for frame in self.ticking(sway, "--everywhere")[0]]
             # The machine may be busy, but not mostly.
-            self.assertLess(statistics.median(late), 0.02)
+            self.assertLess(statistics.median(late), 0.03)
 
     def change_only_their_digits(self):
         with SwaySession(trace=True) as sway:

@@ -63,9 +63,9 @@ TEST_P(BeatOnXfce, PaintsTheDigitsThatChangeOnceASecond) {
     EXPECT_LE(pixels, std::min(changed, digitCount) * digitPixels) << "in second " << second;
     latenesses.push_back(latest);
   }
-  // Ten milliseconds are much; they leave room for a slow machine, and so does the median.
+  // Thirty milliseconds are much; they leave room for a slow machine, and so does the median.
   std::nth_element(latenesses.begin(), latenesses.begin() + seconds / 2, latenesses.end());
-  EXPECT_LT(latenesses[seconds / 2], 0.010);
+  EXPECT_LT(latenesses[seconds / 2], 0.030);
 }
 
 TEST_P(BeatOnXfce, SecondsNeitherSkipNorRepeat) {
