@@ -16,7 +16,8 @@ orvane_take_precompiled_in(orvane_test_headers x11_desktop_harness)
 add_dependencies(x11_desktop_harness x11_probe orvane orvane-reader)
 
 orvane_test(NAME x11_desktop_test
-  SOURCES x11_bare_test.cpp x11_loss_test.cpp x11_program_test.cpp x11_xfce_test.cpp
+  SOURCES x11_bare_test.cpp x11_loss_test.cpp x11_program_test.cpp x11_unseen_test.cpp
+          x11_xfce_test.cpp
   LIBRARIES x11_desktop_harness
   PROPERTIES LABELS desktop)
 # What measures time runs alone.

@@ -5,6 +5,7 @@
 //   --catches-clicks   the board takes clicks instead of letting them through
 //   --raised           the board stands above ordinary windows
 //   --one-space        the board stays on one desktop
+//   --tells-paintings  each time that something is painted, "painted" is printed
 
 #include <csignal>
 #include <cstdio>
@@ -64,10 +65,27 @@ class BoardView final : public RootView {
   Board& board_;
 };
 
+class TellingPainter final : public Painter {
+ public:
+  void paint(const DisplayList& list, const PaintTarget& target,
+             const std::vector<PixelRect>& damage) override {
+    painter_.paint(list, target, damage);
+    if (!tells) return;
+    std::puts("painted");
+    std::fflush(stdout);
+  }
+
+  bool tells = false;
+
+ private:
+  desktop_test::BlockPainter painter_;
+};
+
 struct Wishes {
   bool catchesClicks = false;
   bool isRaised = false;
   bool isOnOneSpace = false;
+  bool tellsPaintings = false;
 };
 
 class Boards {
@@ -113,6 +131,7 @@ Wishes wishesIn(int count, char** arguments) {
     wishes.catchesClicks |= argument == "--catches-clicks";
     wishes.isRaised |= argument == "--raised";
     wishes.isOnOneSpace |= argument == "--one-space";
+    wishes.tellsPaintings |= argument == "--tells-paintings";
   }
   return wishes;
 }
@@ -124,7 +143,9 @@ int main(int argc, char** argv) {
   const auto schedule = host::makePeriodicSchedule();
   NotificationCenter notifications;
   fakes::CellMeasurer measurer;
-  desktop_test::BlockPainter painter;
+  const auto wishes = wishesIn(argc, argv);
+  TellingPainter painter;
+  painter.tells = wishes.tellsPaintings;
   const auto onLost = [&](const DesktopLoss& loss) {
     std::fprintf(stderr, "x11_probe: %s.\n", loss.what.c_str());
     loop->quit(3);
@@ -135,7 +156,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   Board board;
-  Boards boards(*desktop.server, board, wishesIn(argc, argv));
+  Boards boards(*desktop.server, board, wishes);
   const auto screensChange =
       notifications.addObserver(NSApplicationDidChangeScreenParametersNotification, [&] {
         std::puts("screens changed");

@@ -26,16 +26,6 @@ std::optional<int> readDigit(const Picture& picture, const PixelRect& cell) {
   return static_cast<int>(found - digitStrokes.begin());
 }
 
-bool alike(std::uint32_t a, std::uint32_t b) {
-  constexpr int tolerance = 2;
-  for (const unsigned shift : {0U, 8U, 16U}) {
-    const int difference =
-        static_cast<int>(a >> shift & 0xffU) - static_cast<int>(b >> shift & 0xffU);
-    if (std::abs(difference) > tolerance) return false;
-  }
-  return true;
-}
-
 bool contains(const PixelRect& rect, int x, int y) {
   return x >= rect.x && y >= rect.y && x < rect.x + rect.width && y < rect.y + rect.height;
 }
@@ -79,6 +69,16 @@ bool showsNow(const Picture& picture, PixelPoint corner, int scale) {
   const auto number = readDigits(picture, corner, scale);
   const auto now = static_cast<long long>(wallClock());
   return number && (*number == now % 100000 || *number == (now - 1) % 100000);
+}
+
+bool alike(std::uint32_t a, std::uint32_t b) {
+  constexpr int tolerance = 2;
+  for (const unsigned shift : {0U, 8U, 16U}) {
+    const int difference =
+        static_cast<int>(a >> shift & 0xffU) - static_cast<int>(b >> shift & 0xffU);
+    if (std::abs(difference) > tolerance) return false;
+  }
+  return true;
 }
 
 std::uint32_t mixedWithBoard(std::uint32_t beneath, bool isRed) {

@@ -36,6 +36,8 @@ std::optional<int> readDigits(const Picture& picture, PixelPoint screenCorner = 
 // Whether the number on the board is that of this moment, give or take a second of drawing.
 bool showsNow(const Picture& picture, PixelPoint screenCorner = {}, int scale = 1);
 
+// Whether two colours differ by no more than rounding.
+bool alike(std::uint32_t a, std::uint32_t b);
 // Half the board's colour over half of what is beneath, which is how the board's empty parts look.
 std::uint32_t mixedWithBoard(std::uint32_t beneath, bool isRed = false);
 // Whether the board's edge, where there are no digits, lies over `before` in `now`.

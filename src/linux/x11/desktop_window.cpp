@@ -2,11 +2,11 @@
 
 #include <cmath>
 
+#include "linux/x11/glass_area.h"
 #include "linux/x11/properties.h"
 #include "linux/x11/window_area.h"
 #include "linux/x11/window_level.h"
 #include "linux/xcb/answers.h"
-#include "view/glass.h"
 
 namespace orvane::host::x11 {
 
@@ -66,6 +66,7 @@ void DesktopWindow::close() {
   isOrderedIn_ = false;
   board_.reset();
   isMapped_ = false;
+  isPutAside_ = false;
   isObscured_ = false;
   canvas_.drop();
   area_.reset();
@@ -86,7 +87,7 @@ void DesktopWindow::place() {
     if (joinsAllSpaces() != joinedAllSpaces_) board_->setDesktop(wantedDesktop());
     joinedAllSpaces_ = joinsAllSpaces();
   }
-  render(currentInstant());
+  if (!isNothingShown()) render(currentInstant());
   followSight();
 }
 
@@ -116,6 +117,7 @@ std::uint32_t DesktopWindow::wantedDesktop() const {
 void DesktopWindow::makeBoard() {
   joinedAllSpaces_ = joinsAllSpaces();
   isMapped_ = false;
+  isPutAside_ = false;
   isObscured_ = false;
   corrections_ = 0;
   const auto& extent = canvas_.extent();
@@ -148,6 +150,7 @@ void DesktopWindow::render(Date now) {
     return;
   }
   const bool areaChanged = area_.update(windowAreaFor(needed, screen), screen, now);
+  if (isOutOfSight()) return standUnseen();
   if (areaChanged || !canvas_.isReady() || !board_) return renderAll(area_.area());
   std::vector<PixelRect> parts;
   parts.reserve(damage.size());
@@ -159,13 +162,8 @@ void DesktopWindow::render(Date now) {
 // The window on the server, and the memory of its picture, begin anew.
 void DesktopWindow::renderAll(const PixelRect& area) {
   canvas_.begin({area, corner_, !wantedStyle().isTranslucent});
-  const PixelRect onRoot{corner_.x + area.x, corner_.y + area.y, area.width, area.height};
   if (!board_) makeBoard();
-  if (board_->area() != onRoot) {
-    board_->place(onRoot);
-    putsAllWhenPlaced_ = true;
-    corrections_ = 0;
-  }
+  placeBoard();
   // First, since what is drawn on a window that is not there is lost until the server asks for it.
   board_->show();
   paint({area});
@@ -173,27 +171,28 @@ void DesktopWindow::renderAll(const PixelRect& area) {
   if (xcb::takesRequests(around_.connection.handle())) xcb_flush(around_.connection.handle());
 }
 
+// What covers it, or had it put aside, need not do so at another place.
+void DesktopWindow::standUnseen() {
+  canvas_.drop();
+  if (board_) placeBoard();
+}
+
+void DesktopWindow::placeBoard() {
+  const auto& area = area_.area();
+  const PixelRect onRoot{corner_.x + area.x, corner_.y + area.y, area.width, area.height};
+  if (board_->area() == onRoot) return;
+  board_->place(onRoot);
+  putsAllWhenPlaced_ = true;
+  corrections_ = 0;
+}
+
 void DesktopWindow::paint(const std::vector<PixelRect>& parts) {
   for (const auto& part : canvas_.paint(scene_->list(), scale_, parts)) {
     board_->put(canvas_.pixels(), part);
   }
-  blurBehindGlass();
-}
-
-void DesktopWindow::blurBehindGlass() {
-  std::vector<PixelRect> parts;
-  if (around_.desktop.kind().blursBehind && board_->style().isTranslucent) {
-    const auto& area = canvas_.extent().area;
-    for (const auto& pane : glassPanes(scene_->list())) {
-      for (const auto& pixels : pixelsWithin(pane, scale_)) {
-        const auto part = intersectionOf(pixels, area);
-        if (!part.isEmpty()) {
-          parts.push_back({part.x - area.x, part.y - area.y, part.width, part.height});
-        }
-      }
-    }
-  }
-  board_->setBlurBehind(parts);
+  const bool blurs = around_.desktop.kind().blursBehind && board_->style().isTranslucent;
+  board_->setBlurBehind(blurs ? glassWithin(canvas_.extent().area, scene_->list(), scale_)
+                              : std::vector<PixelRect>{});
 }
 
 // A change between two beats is drawn with the instant of the last one, so that it does not make a
@@ -205,14 +204,20 @@ Date DesktopWindow::currentInstant() const {
 }
 
 bool DesktopWindow::isInSight() const {
-  if (!isOrderedIn_ || !scene_ || around_.blanking.isBlank() || isSessionHidden()) return false;
+  if (!isOrderedIn_ || !scene_ || isNothingShown()) return false;
   // A window that has nothing to draw is not on the server, but what it shows may begin to be.
   const bool isAbsentByChoice = !board_ || !board_->isWanted();
   return isAbsentByChoice || (isMapped_ && !isObscured_ && !isBehindFullScreen());
 }
 
-bool DesktopWindow::isSessionHidden() const {
-  return around_.session && around_.session->isHidden();
+bool DesktopWindow::isOutOfSight() const {
+  if (isNothingShown()) return true;
+  if (!board_ || !board_->isWanted()) return false;
+  return isPutAside_ || (isMapped_ && (isObscured_ || isBehindFullScreen()));
+}
+
+bool DesktopWindow::isNothingShown() const {
+  return around_.blanking.isBlank() || (around_.session && around_.session->isHidden());
 }
 
 bool DesktopWindow::isBehindFullScreen() const {
@@ -264,6 +269,7 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
     case XCB_MAP_NOTIFY:
       if (as<xcb_map_notify_event_t>(event).window != board_->id()) break;
       isMapped_ = true;
+      isPutAside_ = false;
       // xfwm4 takes a window's input shape over to its frame only when it changes while the window
       // is managed, which it is now.
       board_->setPassesClicks(properties.ignoresMouseEvents);
@@ -272,6 +278,7 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
     case XCB_UNMAP_NOTIFY:
       if (as<xcb_unmap_notify_event_t>(event).window != board_->id()) break;
       isMapped_ = false;
+      isPutAside_ = board_->isWanted();
       followSight();
       break;
     case XCB_CONFIGURE_NOTIFY:
@@ -283,19 +290,20 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
 }
 
 void DesktopWindow::expose(const xcb_expose_event_t& event) {
-  if (canvas_.isReady()) {
-    board_->put(canvas_.pixels(), {event.x, event.y, event.width, event.height});
-  }
+  put({event.x, event.y, event.width, event.height});
+}
+
+// Out of sight the picture is let go instead, so that all of it is drawn when it is seen again.
+void DesktopWindow::put(const PixelRect& part) {
+  if (isOutOfSight()) canvas_.drop();
+  if (canvas_.isReady()) board_->put(canvas_.pixels(), part);
 }
 
 // Only events from the window manager, or for a window that it does not manage, have coordinates of
 // the root; those from the server are relative to a frame that may be around the window.
 void DesktopWindow::configured(const xcb_configure_notify_event_t& event, bool isFromManager) {
   if (event.window != board_->id()) return;
-  if (putsAllWhenPlaced_ && canvas_.isReady()) {
-    const auto& area = canvas_.extent().area;
-    board_->put(canvas_.pixels(), {0, 0, area.width, area.height});
-  }
+  if (putsAllWhenPlaced_) put({0, 0, board_->area().width, board_->area().height});
   if (!isFromManager && !board_->style().hints.overrideRedirect) return;
   const PixelRect actual{event.x, event.y, event.width, event.height};
   if (actual == board_->area()) {
@@ -324,6 +332,7 @@ void DesktopWindow::stackChanged() {
 
 void DesktopWindow::pictureChanged() {
   if (!board_ || !canvas_.isReady() || !canvas_.extent().isOpaque) return;
+  if (isOutOfSight()) return canvas_.drop();
   canvas_.fetchBackdrop();
   paint({canvas_.extent().area});
 }

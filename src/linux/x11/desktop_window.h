@@ -61,13 +61,18 @@ class DesktopWindow final : public NSWindow {
   void render(Date now);
   void renderAll(const PixelRect& area);
   void paint(const std::vector<PixelRect>& parts);
-  void blurBehindGlass();
   [[nodiscard]] Date currentInstant() const;
+
+  // The window on the server at its place, without a picture.
+  void standUnseen();
+  void placeBoard();
 
   // Begins or ends the beat as the window comes into sight or is lost from it.
   void followSight();
+  // One that waits for the server to show it is neither in sight nor out of it.
   [[nodiscard]] bool isInSight() const;
-  [[nodiscard]] bool isSessionHidden() const;
+  [[nodiscard]] bool isOutOfSight() const;
+  [[nodiscard]] bool isNothingShown() const;
   [[nodiscard]] bool isBehindFullScreen() const;
   // Draws at once what was out of sight until now.
   void sightChanged();
@@ -75,6 +80,7 @@ class DesktopWindow final : public NSWindow {
 
   void handle(const xcb_generic_event_t& event);
   void expose(const xcb_expose_event_t& event);
+  void put(const PixelRect& part);
   void configured(const xcb_configure_notify_event_t& event, bool isFromManager);
   void desktopChanged();
   void stackChanged();
@@ -89,6 +95,7 @@ class DesktopWindow final : public NSWindow {
 
   bool isOrderedIn_ = false;
   bool isMapped_ = false;
+  bool isPutAside_ = false;  // unmapped by somebody else
   bool isObscured_ = false;
   bool joinedAllSpaces_ = false;
   int corrections_ = 0;  // of its place, against a window manager that puts it elsewhere
