@@ -19,6 +19,16 @@ void printProtocolMessage(const char* format, va_list arguments) {
   std::vfprintf(stderr, format, arguments);
 }
 
+// Whether the compositor ended the connection for what was asked of it, and said so. Connections
+// also end because it ended itself, or has read nothing for so long that no more can be sent.
+bool isRuleBroken(wl_display* display) {
+  const wl_interface* interface = nullptr;
+  std::uint32_t object = 0;
+  wl_display_get_protocol_error(display, &interface, &object);
+  // An object that is gone by then has no interface to be told.
+  return interface || wl_display_get_error(display) == EPROTO;
+}
+
 }  // namespace
 
 const wl_registry_listener Connection::registryListener = {
@@ -127,12 +137,11 @@ void Connection::bindOutputs() {
 void Connection::lose() {
   lost_ = true;
   outputs_.clear();
-  const int error = wl_display_get_error(display_.get());
-  if (error == EPIPE || error == ECONNRESET) {
-    events_.lost({"The connection to the Wayland compositor is lost", false});
-  } else {
-    // Which rule of the protocol was broken was printed already.
+  if (isRuleBroken(display_.get())) {
+    // Which one was printed already.
     events_.lost({"The Wayland compositor ended the connection", true});
+  } else {
+    events_.lost({"The connection to the Wayland compositor is lost", false});
   }
 }
 

@@ -1,3 +1,4 @@
+#include <glib.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -147,6 +148,19 @@ TEST_F(LayerWindowOutputTest, ABrokenRuleIsToldInOneLine) {
   EXPECT_TRUE(losses[0].isRefusal);
   EXPECT_THAT(told, HasSubstr("the rule"));
   EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
+}
+
+TEST_F(LayerWindowOutputTest, ACompositorThatReadsNothingForLongIsLostAndBreaksNoRule) {
+  show();
+  // Far more than a connection holds; some libraries keep all of it until it is read after all.
+  for (int i = 0; i < 20'000 && losses.empty(); ++i) {
+    window->close();
+    window->orderBack();
+    while (g_main_context_iteration(nullptr, FALSE) != 0) {
+    }
+    actor.runUntilIdle();
+  }
+  for (const auto& loss : losses) EXPECT_FALSE(loss.isRefusal) << loss.what;
 }
 
 }  // namespace
