@@ -41,9 +41,9 @@ class LayerSurface {
   [[nodiscard]] const SurfaceRole& role() const { return role_; }
   // What the compositor prefers, when it has told.
   [[nodiscard]] std::optional<SurfaceScale> preferredScale() const { return preferredScale_; }
-  // The compositor has not yet shown what was presented last.
   // Its size was asked for and is not granted yet.
   [[nodiscard]] bool awaitsConfigure() const { return awaitsConfigure_; }
+  // The compositor has not yet shown what was presented last.
   [[nodiscard]] bool isFramePending() const { return frame_ != nullptr; }
 
   // Asks for room at another place. Where that needs the compositor's consent the answer is nothing

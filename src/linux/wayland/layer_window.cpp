@@ -157,7 +157,7 @@ void LayerWindow::tick(Date instant) {
   instant_ = instant;
   connection_.rest().beat(instant);
   if (surface_ && ++ticksShown_ >= healthyTicks) closedInARow_ = 0;
-  ticksUnseen_ = surface_ && surface_->isFramePending() ? ticksUnseen_ + 1 : 0;
+  ticksUnseen_ = isSurfaceBusy() ? ticksUnseen_ + 1 : 0;
   refresh();
   // Until the picture is shown. A young surface goes on counting its ticks.
   if (ticksUnseen_ >= mostTicksUnseen && ticksShown_ >= healthyTicks) ticks_.cancel();
@@ -189,11 +189,17 @@ Awaits LayerWindow::awaits() const {
                                                              : Awaits::nextSecond;
 }
 
+// Whether the compositor is to answer before anything can be drawn: it has not shown the last
+// picture yet, or not told how much room there is for one.
+bool LayerWindow::isSurfaceBusy() const {
+  return surface_ && (surface_->isFramePending() || surface_->awaitsConfigure());
+}
+
 // Brings the screen up to date, or remembers to do so as soon as the compositor is ready for it.
 void LayerWindow::refresh() {
   if (!onScreen_ || !scene_ || output_ == 0 || refused_ || retry_) return;
   connection_.rest().listen();
-  stale_ = surface_ && surface_->isFramePending();
+  stale_ = isSurfaceBusy();
   if (stale_) return;
   beginTicks();  // which rest while nobody sees anything
   const auto changes = scene_->update(instant_, frame_.size());
@@ -295,7 +301,7 @@ void LayerWindow::paint(ShmBuffer& buffer) {
 
 void LayerWindow::dropSurface() {
   surface_.reset();
-  buffers_.resize({});
+  buffers_.clear();
   plane_ = {};
   drawnArea_.reset();
   changed_.clear();

@@ -63,6 +63,7 @@ class LayerWindow final : public NSWindow,
   void beginTicks();
   void tick(Date instant);
   void rebuildLater();
+  [[nodiscard]] bool isSurfaceBusy() const;
   void refresh();
   void show(const SurfaceArea& area);
   void draw(const SurfaceArea& area);
@@ -95,7 +96,7 @@ class LayerWindow final : public NSWindow,
   int closedInARow_ = 0;     // surfaces that the compositor closed soon after they were made
   bool refused_ = false;     // the compositor wants no surface of this window
   int ticksShown_ = 0;       // of the present surface
-  int ticksUnseen_ = 0;      // in a row, while a picture waited to be shown
+  int ticksUnseen_ = 0;      // in a row, while the surface was busy
   Subscription ticks_;
   Subscription contentWillChange_;
   Subscription outputRemoved_;

@@ -6,7 +6,9 @@
 namespace orvane::host::wayland {
 namespace {
 constexpr std::size_t mostBuffers = 2;
-}
+// Not the compositor's last word on what is shown: it has been given others since.
+constexpr std::size_t mostRetired = 2 * mostBuffers;
+}  // namespace
 
 void SwapBuffers::resize(PixelSize size) {
   if (size == size_) return;
@@ -14,6 +16,13 @@ void SwapBuffers::resize(PixelSize size) {
   for (auto& buffer : std::exchange(buffers_, {})) {
     if (buffer->isBusy()) retired_.push_back(std::move(buffer));
   }
+  if (retired_.size() > mostRetired) retired_.erase(retired_.begin(), retired_.end() - mostRetired);
+}
+
+void SwapBuffers::clear() {
+  size_ = {};
+  buffers_.clear();
+  retired_.clear();
 }
 
 ShmBuffer* SwapBuffers::acquire() {

@@ -16,8 +16,11 @@ class SwapBuffers {
   SwapBuffers(wl_shm* shm, std::function<void()> released)
       : shm_(shm), released_(std::move(released)) {}
 
-  // Buffers of another size from now on. Those that the compositor reads live until it is done.
+  // Buffers of another size from now on. Those that the compositor reads live until it is done, or
+  // until later ones have taken their place a few times.
   void resize(PixelSize size);
+  // None from now on: with the surface gone nobody is to see them, released or not.
+  void clear();
   [[nodiscard]] PixelSize size() const { return size_; }
 
   // One that may be drawn into, the fewest pixels missing; null while the compositor holds both or
@@ -36,7 +39,7 @@ class SwapBuffers {
   PixelSize size_;
   bool outOfMemory_ = false;
   std::vector<std::unique_ptr<ShmBuffer>> buffers_;  // the latest drawn first
-  std::vector<std::unique_ptr<ShmBuffer>> retired_;
+  std::vector<std::unique_ptr<ShmBuffer>> retired_;  // the longest first
 };
 
 }  // namespace orvane::host::wayland

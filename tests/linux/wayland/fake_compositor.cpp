@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
@@ -104,7 +105,8 @@ struct FakeProtocol {
     auto& surface = of<FakeSurface>(resource);
     surface.isGone = true;
     surface.frames_.clear();
-    surface.releaseBuffers();
+    if (surface.compositor_.releasesOfGone) surface.releaseBuffers();
+    surface.held_.clear();
     // With the connection everything ends, in any order.
     const bool ordered = surface.layerSurface_ == nullptr || !surface.compositor_.client_;
     if (!ordered) surface.compositor_.complain("a surface ended before its role");
@@ -304,6 +306,16 @@ void FakeCompositor::listen() {
 bool FakeCompositor::hasUnreadAnswers() const {
   int bytes = 0;
   return ioctl(wl_client_get_fd(client_), SIOCOUTQ, &bytes) == 0 && bytes > 0;
+}
+
+int FakeCompositor::countBuffers() const {
+  int count = 0;
+  const auto look = [](wl_resource* resource, void* sum) {
+    if (std::strcmp(wl_resource_get_class(resource), "wl_buffer") == 0) ++*static_cast<int*>(sum);
+    return WL_ITERATOR_CONTINUE;
+  };
+  wl_client_for_each_resource(client_, look, &count);
+  return count;
 }
 
 void FakeCompositor::offer(const Offers& offers) {

@@ -64,12 +64,15 @@ class FakeCompositor {
   // In the order of their creation; those that are gone, too.
   [[nodiscard]] std::vector<FakeSurface*> surfaces() const;
   [[nodiscard]] FakeSurface& surface(std::size_t index = 0) const { return *surfaces().at(index); }
+  // How many buffers the client has.
+  [[nodiscard]] int countBuffers() const;
   // Rules of the protocol that the client broke.
   [[nodiscard]] const std::vector<std::string>& complaints() const { return complaints_; }
 
   bool configuresAtOnce = true;  // grants every size
   bool showsAtOnce = true;       // answers every frame callback
   bool releasesAtOnce = false;
+  bool releasesOfGone = true;  // the buffers of surfaces that end
 
   std::uint32_t nextSerial() { return ++serial_; }
   void complain(std::string what) { complaints_.push_back(std::move(what)); }

@@ -203,6 +203,29 @@ TEST_F(LayerWindowTest, ASurfaceThatWasNotSeenYetGoesOnHearingTicks) {
   EXPECT_EQ(schedule.listeners(), 0U);
 }
 
+TEST_F(LayerWindowTest, ASurfaceThatGetsNoRoomHearsNoTicksUntilItDoes) {
+  compositor.configuresAtOnce = false;
+  show();
+  const auto built = view->built.size();
+  tick(9);
+  EXPECT_EQ(schedule.listeners(), 1U);
+  tick();
+  EXPECT_EQ(schedule.listeners(), 0U);
+  view->willChange.send();
+  settle();
+  EXPECT_EQ(schedule.listeners(), 0U);
+  EXPECT_THAT(view->built, SizeIs(built)) << "views are not built for nobody";
+  actor.setWallClock({1'795'003'000.7});
+  surface().configure(300, 100);
+  settle();
+  EXPECT_EQ(schedule.listeners(), 1U);
+  ASSERT_THAT(pictures(), SizeIs(1));
+  EXPECT_EQ(lastPicture().pixels, painted({1'795'003'000}, 1, {60, 40}, 300, 100));
+  instant = {1'795'003'000};
+  tick(3);
+  EXPECT_EQ(schedule.listeners(), 1U);
+}
+
 TEST_F(LayerWindowTest, ClosedWhileNobodySeesItItComesBackWithItsTicks) {
   compositor.showsAtOnce = false;
   show();
@@ -246,6 +269,31 @@ TEST_F(LayerWindowTest, KeepsToOneBufferWhereItIsReleasedAtOnce) {
   tick(5);
   EXPECT_THAT(pictures(), SizeIs(6));
   EXPECT_EQ(lastPicture().pixels, painted(instant, 1, {60, 40}, 300, 100));
+}
+
+TEST_F(LayerWindowTest, BuffersEndWithTheirSurfaceThoughTheyAreNotReleased) {
+  compositor.releasesOfGone = false;
+  show();
+  for (int i = 0; i < 20; ++i) {
+    window->close();
+    settle();
+    EXPECT_EQ(compositor.countBuffers(), 0);
+    window->orderBack();
+    settle();
+    EXPECT_EQ(compositor.countBuffers(), 1);
+  }
+}
+
+TEST_F(LayerWindowTest, KeepsFewBuffersOfOtherSizesThatAreNotReleased) {
+  compositor.releasesOfGone = false;
+  show();
+  for (int i = 0; i < 20; ++i) {
+    view->panel.width = 310 + i;
+    tick(2);
+    ASSERT_EQ(lastPicture().width, 310 + i);
+    // Two of the present size, and as many of each of the two before it.
+    EXPECT_LE(compositor.countBuffers(), 6);
+  }
 }
 
 TEST_F(LayerWindowTest, APublishedChangeIsDrawnInALaterTurn) {
