@@ -21,6 +21,7 @@
 #include "linux/application/instance.h"
 #include "linux/gio/session_bus.h"
 #include "linux/mainloop/clock_watcher.h"
+#include "linux/mainloop/end_limit.h"
 #include "linux/mainloop/memory_use.h"
 #include "linux/session/login_session.h"
 #include "linux/session/session_signs.h"
@@ -39,6 +40,8 @@ constexpr std::chrono::seconds kSettling{5};
 constexpr std::chrono::seconds kAccountsSettling{20};
 // A session bus answers within a few milliseconds or has a problem of its own.
 constexpr std::chrono::milliseconds kBusPatience{500};
+// The end takes a fraction of a second, unless it waits for something that may never answer.
+constexpr std::chrono::seconds kEndPatience{10};
 
 // What others may ask of the running program over the bus, which lasts longer than the program.
 // `focusToken` keeps what lets the window that they ask for take the focus.
@@ -119,6 +122,7 @@ std::unique_ptr<host::ClockWatcher> watchClocks(const Base& base,
 int runProgram(const StartMarks& start) {
   std::signal(SIGPIPE, SIG_IGN);  // a helper or a display that went away is told by the write
   const host::StartPages startPages;
+  host::EndLimit endLimit;
   const Base base;
   std::weak_ptr<AppDelegate> running;
   std::string focusToken;
@@ -161,6 +165,7 @@ int runProgram(const StartMarks& start) {
     const auto settled = base.loop->after(kSettling, [&] { startPages.letGo(); });
     const auto accountsSettled = base.loop->after(kAccountsSettling, [&] { startPages.letGo(); });
     base.loop->run();
+    endLimit.begin(kEndPatience);
   });
 }
 

@@ -15,6 +15,11 @@ life_test(start_test.py Start without_a_desktop_ends_in_one_line
           where_no_display_is_served_ends_in_one_line where_no_display_answers_ends_in_one_line
           with_a_question_answers_it with_any_other_argument_ends_in_one_line)
 
+add_library(hanging_disk MODULE hanging_disk.c)
+set_target_properties(hanging_disk PROPERTIES PREFIX "" SUFFIX ".so" C_STANDARD 11 C_EXTENSIONS ON
+                      LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+life_test(end_test.py EndOnAHangingDisk comes_all_the_same)
+
 # What measures time runs alone.
 life_test(end_test.py End after_a_termination_is_quick_and_saves after_an_interrupt_is_quick_and_saves
           after_a_call_is_quick_and_saves)

@@ -1,6 +1,8 @@
 #include "linux/defaults/user_defaults.h"
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <utility>
 
 #include "linux/defaults/defaults_file.h"
@@ -37,7 +39,7 @@ class JsonFileUserDefaults final : public FileUserDefaults {
   void set(const std::string& key, DefaultsValue value) override {
     values_[key] = jsonOf(value);
     ++version_;
-    if (!timer_) timer_ = actor_.after(kGathering, [this] { writeOnWorker(); });
+    if (!timer_) gather();
   }
 
   void flush() override {
@@ -46,16 +48,25 @@ class JsonFileUserDefaults final : public FileUserDefaults {
   }
 
  private:
+  void gather() {
+    timer_ = actor_.after(kGathering, [this] { writeOnWorker(); });
+  }
+  // A disk that hangs keeps one worker waiting, not one more with each change.
   void writeOnWorker() {
     timer_.cancel();
+    if (isWriting_->exchange(true)) return gather();
     actor_.runOnWorker(
-        [file = file_, text = textOf(values_), version = version_] { file->write(text, version); });
+        [file = file_, text = textOf(values_), version = version_, isWriting = isWriting_] {
+          file->write(text, version);
+          *isWriting = false;
+        });
   }
 
   MainActor& actor_;
   const std::shared_ptr<DefaultsFile> file_;  // a worker may still be writing to it
   JsonDefaults values_;
   std::uint64_t version_ = 0;
+  const std::shared_ptr<std::atomic<bool>> isWriting_ = std::make_shared<std::atomic<bool>>(false);
   Subscription timer_;
 };
 

@@ -90,6 +90,24 @@ TEST_F(UserDefaultsTest, ABurstIsWrittenOnce) {
   EXPECT_EQ(actor.pendingWorkers(), 1);
 }
 
+TEST_F(UserDefaultsTest, AWritingThatHangsKeepsOneWorkerWaiting) {
+  open();
+  actor.holdWorkers();
+  for (int i = 0; i < 20; ++i) {
+    defaults->set("n", static_cast<double>(i));
+    actor.advance(milliseconds(200));
+  }
+  EXPECT_EQ(actor.pendingWorkers(), 1);
+  // What was changed meanwhile is written when it has come to its end, and then there is no more.
+  EXPECT_TRUE(actor.runOneWorker());
+  actor.advance(milliseconds(200));
+  EXPECT_TRUE(actor.runOneWorker());
+  EXPECT_THAT(scratch.read("defaults.json"), HasSubstr("19"));
+  actor.advance(milliseconds(200));
+  EXPECT_EQ(actor.pendingWorkers(), 0);
+  EXPECT_EQ(actor.pendingTimers(), 0);
+}
+
 TEST_F(UserDefaultsTest, FlushesAtTheEndAndOnDemand) {
   open();
   defaults->set("a", true);
