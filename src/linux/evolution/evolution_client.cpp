@@ -63,6 +63,9 @@ class EvolutionClient final : public AccountClient {
         clientHandlers_(client_.get()),
         sourceHandlers_(source) {
     clientHandlers_.add("backend-died", [this] { tell(signs_.died); });
+    // Its views tell a third of a second later, since they gather what they tell.
+    clientHandlers_.addFor("backend-property-changed", E_CAL_BACKEND_PROPERTY_REVISION,
+                           [this] { hearRevision(); });
     // This one comes on a thread of the library.
     sourceHandlers_.add("notify::connection-status",
                         [threads = threads_, self = std::weak_ptr(self_)] {
@@ -132,6 +135,11 @@ class EvolutionClient final : public AccountClient {
     if (!text) return fetched(std::nullopt);
     wantedSignIn_ = wantsSignIn();
     fetched(AccountItems{std::move(*text), wantedSignIn_});
+  }
+
+  // That something is different, in these days or others. What is there already was asked for.
+  void hearRevision() {
+    if (view_ && view_->isComplete()) tell(signs_.changed);
   }
 
   void giveUp() {

@@ -3,6 +3,8 @@
 #include <glib-object.h>
 
 #include <functional>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -10,8 +12,8 @@
 
 namespace orvane::host {
 
-// Functions that hear an object's signals, whatever the signals carry, for as long as this lives.
-// They are called on the thread that the signal is sent on.
+// Functions that hear an object's signals, and nothing of what those carry, for as long as this
+// lives. They are called on the thread that the signal is sent on.
 class SignalHandlers {
  public:
   using Heard = std::function<void()>;
@@ -24,18 +26,39 @@ class SignalHandlers {
     for (const auto handler : handlers_) g_signal_handler_disconnect(object_.get(), handler);
   }
 
-  void add(const char* signal, Heard heard) {
-    auto* const function = new Heard(std::move(heard));
-    auto* const closure = g_closure_new_simple(sizeof(GClosure), function);
+  void add(const char* signal, Heard heard) { connect(signal, {std::move(heard), std::nullopt}); }
+
+  // Of a signal whose first argument is a text: only where it is this one.
+  void addFor(const char* signal, std::string text, Heard heard) {
+    connect(signal, {std::move(heard), std::move(text)});
+  }
+
+ private:
+  struct Handler {
+    Heard heard;
+    std::optional<std::string> text;
+  };
+
+  void connect(const char* signal, Handler handler) {
+    auto* const kept = new Handler(std::move(handler));
+    auto* const closure = g_closure_new_simple(sizeof(GClosure), kept);
     g_closure_add_finalize_notifier(
-        closure, function, [](gpointer data, GClosure*) { delete static_cast<Heard*>(data); });
+        closure, kept, [](gpointer data, GClosure*) { delete static_cast<Handler*>(data); });
     g_closure_set_marshal(closure, &call);
     handlers_.push_back(g_signal_connect_closure(object_.get(), signal, closure, FALSE));
   }
 
- private:
-  static void call(GClosure* closure, GValue*, guint, const GValue*, gpointer, gpointer) {
-    (*static_cast<Heard*>(closure->data))();
+  static void call(GClosure* closure, GValue*, guint count, const GValue* values, gpointer,
+                   gpointer) {
+    const auto& handler = *static_cast<Handler*>(closure->data);
+    if (!handler.text || isFirst(*handler.text, count, values)) handler.heard();
+  }
+
+  // The first of the values is the object itself.
+  static bool isFirst(const std::string& text, guint count, const GValue* values) {
+    if (count < 2 || !G_VALUE_HOLDS_STRING(&values[1])) return false;
+    const char* const first = g_value_get_string(&values[1]);
+    return first != nullptr && text == first;
   }
 
   const gio::ObjectPtr<GObject> object_;
