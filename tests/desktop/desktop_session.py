@@ -1,6 +1,7 @@
 """What every headless desktop of the tests has in common: a scratch folder, an unprivileged user,
 processes that are started together and never outlive the test."""
 
+import glob
 import os
 import pwd
 import shutil
@@ -207,6 +208,18 @@ class DesktopSession:
             except OSError:
                 continue
         return found
+
+    def of_each_thread(self, name):
+        """What that file of /proc says of each thread of each of them."""
+        told = []
+        for number, _ in self._processes():
+            for path in glob.glob("/proc/%d/task/*/%s" % (number, name)):
+                try:
+                    with open(path, encoding="ascii") as file:
+                        told.append(file.read())
+                except (FileNotFoundError, ProcessLookupError):
+                    continue  # It ended just now.
+        return told
 
     def start(self, *command, environment=None, stdin=subprocess.DEVNULL, stdout=None, around=list):
         """Starts a program of the system, or of the build when it is named by `program()`. What it

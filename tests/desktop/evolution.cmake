@@ -37,6 +37,7 @@ evolution_test(cases_test.py Cases are_a_hundred_that_differ_from_one_another
                are_the_same_agenda_from_either are_told_apart_where_one_is_deliberately_different
                are_the_same_when_they_were_imported are_listed_with_the_folders_and_have_identifiers_of_their_own)
 evolution_test(live_test.py Live changes_are_published_within_two_seconds
+               changes_are_asked_for_before_the_views_tell_of_them
                a_burst_is_published_in_a_few_steps_at_most
                calendars_come_and_go_and_change_their_names
                lists_come_and_go_and_change_their_names the_end_leaves_nothing)

@@ -13,9 +13,60 @@ PATIENCE = 150
 # silence, since the program has 20 seconds of patience with it.
 SOON = float(os.environ.get("ORVANE_SOON", "2"))
 UNDELAYED = min(5 * SOON, 15)
+# A loaded machine is late sometimes; the program may not be late each time.
+ATTEMPTS = 3
 
 # For a program that is to know of no service.
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/dev/null/none"}
+
+
+def waited_for_machine(session):
+    """For how many seconds the session's processes have been ready to run and had no processor, or
+    their host had none for the whole machine, or anybody waited for a disk or memory. It only grows
+    while the same processes run. None where the system does not count it."""
+    try:
+        seconds = sum(int(text.split()[1]) for text in session.of_each_thread("schedstat")) / 1e9
+        for of in ("io", "memory"):
+            with open("/proc/pressure/" + of, encoding="ascii") as file:
+                seconds += int(file.readline().rsplit("total=", 1)[1]) / 1e6
+        with open("/proc/stat", encoding="ascii") as file:
+            seconds += int(file.readline().split()[8]) / os.sysconf("SC_CLK_TCK")
+    except OSError:
+        return None
+    return seconds
+
+
+class Promptness:
+    """How long things took, each of them several times over, on a machine that may be busy: none may
+    take longer than SOON and what was waited for the machine meanwhile, and each must take less than
+    SOON at least once."""
+
+    def __init__(self, session):
+        self._session = session
+        self.taken = {}
+
+    def take(self, what, act):
+        """`act` answers the seconds that it took."""
+        before = waited_for_machine(self._session)
+        seconds = act()
+        after = waited_for_machine(self._session)
+        waited = None if None in (before, after) else max(after - before, 0)
+        self.taken.setdefault(what, []).append((seconds, waited))
+
+    def best(self):
+        return {what: min(seconds for seconds, _ in times) for what, times in self.taken.items()}
+
+    def late(self):
+        """Those that were, with all their times."""
+        is_late = lambda seconds, waited: waited is not None and seconds - waited >= SOON
+        late = {what: times for what, times in self.taken.items() if any(is_late(*each) for each in times)}
+        late.update({what: self.taken[what] for what, seconds in self.best().items() if seconds >= SOON})
+        return late
+
+    def __str__(self):
+        told = lambda waited: "" if waited is None else " (%.2f of them for the machine)" % waited
+        each = lambda times: ", ".join("%.2f%s" % (seconds, told(waited)) for seconds, waited in times)
+        return "".join("%s: %s\n" % (what, each(times)) for what, times in self.taken.items())
 
 
 class Probe:

@@ -195,6 +195,10 @@ class BusTraffic:
         """(sender, serial) of each call of a method, in their order."""
         return [(line[3], line[2]) for line in self._lines() if line[0] == "mc" and line[-1] == member]
 
+    def in_order(self, *members):
+        """Which of these calls and signals passed, in their order."""
+        return [line[-1] for line in self._lines() if line[0] in ("mc", "sig") and line[-1] in members]
+
     def signals(self, member):
         return len([line for line in self._lines() if line[0] == "sig" and line[-1] == member])
 
