@@ -10,9 +10,10 @@ from settings_window_test import DISPLAY_TOGGLES, PORTAL, SMART_TOGGLES
 
 REVIEW = event("Work", "Review", 5)
 THEMES_OWN = (53, 132, 228)
-# That can be seen in a light window, and in a dark one, so that they are shown as they are.
+# That can be seen in a light window, and in a dark one, so that they are shown as they are. Red comes
+# second, since it is what the portal begins with.
 LIGHT, DARK = 2, 1
-ACCENTS = {LIGHT: ((204, 26, 26), (26, 128, 51)), DARK: ((255, 153, 102), (51, 204, 102))}
+ACCENTS = {LIGHT: ((26, 128, 51), (204, 26, 26)), DARK: ((255, 153, 102), (51, 204, 102))}
 REACHED = {
     "Sources": ["Done"],
     "Display": ["Dashboard display", *DISPLAY_TOGGLES, "Done"],
