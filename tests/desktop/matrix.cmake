@@ -27,7 +27,8 @@ if(ORVANE_X11)
   endforeach()
   matrix_row(managers-replaced x11_succession_rows.py)
   foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards
-               that_show_the_same_have_one_board that_stand_upright of_one_pixel)
+               that_show_the_same_have_one_board that_stand_upright
+               that_are_none_for_a_while of_one_pixel)
     add_test(NAME "x11.Monitors.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_monitors_test.py" "Monitors.${test}")
     set_tests_properties("x11.Monitors.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
@@ -73,7 +74,7 @@ if(ORVANE_X11)
               shows_a_board_on_every_monitor is_drawn_at_the_scale_that_the_session_sets
               that_is_killed_is_started_again_for_the_board)
   mutter_test(mutter_loss_test.py Loss is_survived_with_the_agenda_of_the_time
-              ends_with_the_session)
+              is_survived_while_the_next_one_has_no_monitor ends_with_the_session)
   # What measures time runs alone.
   set_tests_properties(mutter.Loss.ends_with_the_session PROPERTIES RUN_SERIAL ON)
 endif()

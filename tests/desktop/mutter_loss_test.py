@@ -1,13 +1,14 @@
 """The program whose Mutter is killed, with the Xwayland that belongs to it: it waits for another one,
 and knows when none will come."""
 
+import os
 import re
-import shutil
 import signal
+import stat
 import time
 import unittest
 
-from agenda import CALENDARS, add_calendar
+from agenda import add_calendar
 from desktop_session import eventually, program, run_tests
 from end_test import LIMIT
 from mutter_program_test import MutterSession
@@ -23,21 +24,36 @@ class Loss(unittest.TestCase):
         with MutterSession(["1600x900"]) as session, LastingNames(session) as names:
             running = session.start(program("orvane"), environment=names.environment)
             empty = eventually("the board is shown", lambda: self.settled(session), 60)
-            self.lose(session, names, lambda: add_calendar(session))
+            self.replace(session, names, ["1600x900"], lambda: add_calendar(session))
             eventually("it shows an event", lambda: self.height(session) > empty, 60)
-            self.assert_stands(session)
-            self.lose(session, names, lambda: remove_calendar(session))
-            eventually("it shows none", lambda: self.height(session) == empty, 60)
             self.assert_stands(session)
             self.assertEqual((running.end(), running.output), (0, ""))
             eventually("nothing is left", lambda: not session.boards())
 
-    def lose(self, session, names, change):
-        """Mutter, and what changes meanwhile is read while there is nobody to show it to."""
+    def is_survived_while_the_next_one_has_no_monitor(self):
+        with MutterSession(["1600x900"]) as session, LastingNames(session) as names:
+            running = session.start(program("orvane"), environment=names.environment)
+            eventually("the board is shown", session.boards)
+            before = connections(running)
+            self.replace(session, names, [])
+            eventually("the program is let in", lambda: connections(running) == before, 60)
+            worked = running.seconds_at_work()
+            # Some beats.
+            time.sleep(2.5)
+            self.assertEqual(session.boards(), [])
+            self.assertLess(running.seconds_at_work() - worked, MOST_AT_WORK)
+            self.replace(session, names, ["1280x720"])
+            eventually("the board is shown again", session.boards, 60)
+            self.assert_stands(session)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
+    def replace(self, session, names, monitors, change=lambda: None):
+        """Mutter, by another one that has these; nobody can be shown what changes meanwhile."""
         names.withdraw()
         kill_mutter(session, session.mutter)
         change()
-        time.sleep(2)
+        time.sleep(1)
+        session.monitors = monitors
         session.start_mutter()
         names.renew()
 
@@ -75,8 +91,16 @@ class Loss(unittest.TestCase):
         return before if self.height(session) == before > 0 else None
 
 
-def remove_calendar(session):
-    shutil.rmtree(session.path(*CALENDARS, "work"))
+def connections(running):
+    folder = "/proc/%d/fd" % running.process.pid
+    return sum(is_socket(os.path.join(folder, number)) for number in os.listdir(folder))
+
+
+def is_socket(path):
+    try:
+        return stat.S_ISSOCK(os.stat(path).st_mode)
+    except FileNotFoundError:
+        return False  # it was closed after it was listed
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
-"""The program on monitors of an X server that are renamed, mirrored, stand upright or are tiny."""
+"""The program on monitors of an X server that are renamed, mirrored, stand upright, are tiny, or are
+none for a while."""
 
 import time
 import unittest
@@ -9,6 +10,8 @@ from row import FIRST_BACKGROUND
 from x11_row import X11Row
 
 FEWEST_PIXELS = 2000
+# In seconds of the processor's time, while nobody sees the board.
+MOST_AT_WORK = 0.75
 # The one that has the server's only output.
 FIRST = "DP-1"
 LEFT, RIGHT = (0, 0, 1280, 720), (1280, 0, 1280, 720)
@@ -47,6 +50,22 @@ class TwoMonitors(X11Row):
         drawn = [self.drawn_pixels(place) for place in places]
         everywhere = self.drawn_pixels((0, 0, 2560, 1280))
         return min(drawn) >= FEWEST_PIXELS and everywhere == sum(drawn)
+
+
+class OneMonitor(X11Row):
+    monitors = ("screen",)
+
+    def turn_off(self):
+        self.ask("xrandr", "--fb", "%dx%d" % self.size, "--output", *self.monitors, "--off")
+
+    def turn_on(self):
+        self.ask("xrandr", "--output", *self.monitors, "--mode", "%dx%d" % self.size)
+
+    def count(self):
+        return int(self.ask("xrandr", "--listmonitors").split()[1])
+
+    def drawn_pixels(self):
+        return self.size[0] * self.size[1] - self.whole_picture().count(FIRST_BACKGROUND)
 
 
 class Monitors(unittest.TestCase):
@@ -108,6 +127,32 @@ class Monitors(unittest.TestCase):
             session.change(FIRST, LEFT)
             self.see_board(session, LEFT)
             self.end(running)
+
+    def that_are_none_for_a_while(self):
+        """Nothing is drawn meanwhile, and at once what is right then."""
+        with OneMonitor() as session:
+            session.prepare(displayMode="all")
+            running = session.start_board()
+            eventually("it stands", lambda: session.drawn_pixels() >= FEWEST_PIXELS)
+            eventually("it counts", lambda: not self.rests(session), 60)
+            session.turn_off()
+            self.assertEqual(session.count(), 0)
+            worked = running.seconds_at_work()
+            eventually("it is drawn no more", lambda: self.rests(session))
+            self.assertLess(running.seconds_at_work() - worked, MOST_AT_WORK)
+            hidden = session.whole_picture()
+            session.turn_on()
+            eventually("it is drawn again", lambda: session.whole_picture().differing_box(hidden))
+            self.assertGreaterEqual(session.drawn_pixels(), FEWEST_PIXELS)
+            self.assertFalse(self.rests(session))
+            self.end(running)
+
+    @staticmethod
+    def rests(session):
+        """Whether the board says the same for some seconds, though it counts them."""
+        before = session.whole_picture()
+        time.sleep(2.5)
+        return not session.whole_picture().differing_box(before)
 
     def of_one_pixel(self):
         with TwoMonitors() as session:

@@ -32,11 +32,7 @@ DesktopWindow::DesktopWindow(const Surroundings& around, Rect contentRect)
   desktopChanges_ = around_.desktop.changed().subscribe([this] { desktopChanged(); });
   stackChanges_ = around_.stack.changed().subscribe([this] { stackChanged(); });
   pictureChanges_ = around_.rootPicture.changed().subscribe([this] { pictureChanged(); });
-  blankingChanges_ = around_.blanking.changed().subscribe([this] { sightChanged(); });
-  fullScreenChanges_ = around_.fullScreen.changed().subscribe([this] { sightChanged(); });
-  if (around_.session) {
-    sessionChanges_ = around_.session->changed().subscribe([this] { sightChanged(); });
-  }
+  sightChanges_ = around_.sight.changed().subscribe([this] { sightChanged(); });
 }
 
 void DesktopWindow::setFrame(Rect frame, bool) {
@@ -87,7 +83,7 @@ void DesktopWindow::place() {
     if (joinsAllSpaces() != joinedAllSpaces_) board_->setDesktop(wantedDesktop());
     joinedAllSpaces_ = joinsAllSpaces();
   }
-  if (!isNothingShown()) render(currentInstant());
+  if (!around_.sight.isNone()) render(currentInstant());
   followSight();
 }
 
@@ -204,24 +200,20 @@ Date DesktopWindow::currentInstant() const {
 }
 
 bool DesktopWindow::isInSight() const {
-  if (!isOrderedIn_ || !scene_ || isNothingShown()) return false;
+  if (!isOrderedIn_ || !scene_ || around_.sight.isNone()) return false;
   // A window that has nothing to draw is not on the server, but what it shows may begin to be.
   const bool isAbsentByChoice = !board_ || !board_->isWanted();
   return isAbsentByChoice || (isMapped_ && !isObscured_ && !isBehindFullScreen());
 }
 
 bool DesktopWindow::isOutOfSight() const {
-  if (isNothingShown()) return true;
+  if (around_.sight.isNone()) return true;
   if (!board_ || !board_->isWanted()) return false;
   return isPutAside_ || (isMapped_ && (isObscured_ || isBehindFullScreen()));
 }
 
-bool DesktopWindow::isNothingShown() const {
-  return around_.blanking.isBlank() || (around_.session && around_.session->isHidden());
-}
-
 bool DesktopWindow::isBehindFullScreen() const {
-  return isDesktopLevel(properties.level) && around_.fullScreen.covers(board_->area());
+  return isDesktopLevel(properties.level) && around_.sight.isBehindFullScreen(board_->area());
 }
 
 void DesktopWindow::sightChanged() {

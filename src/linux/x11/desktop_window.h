@@ -7,13 +7,11 @@
 #include "linux/x11/canvas.h"
 #include "linux/x11/client_stack.h"
 #include "linux/x11/desktop_watch.h"
-#include "linux/x11/full_screen_watch.h"
 #include "linux/x11/root_picture.h"
-#include "linux/x11/screen_blanking.h"
 #include "linux/x11/screen_list.h"
+#include "linux/x11/sight.h"
 #include "platform/ns_window.h"
 #include "platform/periodic_schedule.h"
-#include "platform/session_sight.h"
 #include "view/drawn_area.h"
 #include "view/scene.h"
 
@@ -30,9 +28,7 @@ struct Surroundings {
   ClientStack& stack;
   DesktopWatch& desktop;
   RootPicture& rootPicture;
-  ScreenBlanking& blanking;
-  FullScreenWatch& fullScreen;
-  SessionSight* session;  // may be null
+  Sight& sight;
 };
 
 // A window as the logic knows it. To the logic it covers its screen; on the server it is no larger
@@ -72,7 +68,6 @@ class DesktopWindow final : public NSWindow {
   // One that waits for the server to show it is neither in sight nor out of it.
   [[nodiscard]] bool isInSight() const;
   [[nodiscard]] bool isOutOfSight() const;
-  [[nodiscard]] bool isNothingShown() const;
   [[nodiscard]] bool isBehindFullScreen() const;
   // Draws at once what was out of sight until now.
   void sightChanged();
@@ -115,9 +110,7 @@ class DesktopWindow final : public NSWindow {
   Subscription desktopChanges_;
   Subscription stackChanges_;
   Subscription pictureChanges_;
-  Subscription blankingChanges_;
-  Subscription fullScreenChanges_;
-  Subscription sessionChanges_;
+  Subscription sightChanges_;
 };
 
 }  // namespace orvane::host::x11

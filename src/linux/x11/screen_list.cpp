@@ -10,7 +10,7 @@ namespace orvane::host::x11 {
 ScreenList::ScreenList(Connection& connection, MainActor& actor, NotificationCenter& notifications)
     : connection_(connection),
       notifications_(notifications),
-      changed_(actor, quiet, [this] { refresh(); }) {
+      settling_(actor, quiet, [this] { refresh(); }) {
   watch();
   now_ = query();
 }
@@ -28,7 +28,7 @@ void ScreenList::watch() {
                                XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
   }
   events_ = connection_.events().subscribe([this](const xcb_generic_event_t& event) {
-    if (concernsScreens(event)) changed_.signal();
+    if (concernsScreens(event)) settling_.signal();
   });
 }
 
@@ -82,6 +82,7 @@ void ScreenList::refresh() {
   if (next == now_) return;
   now_ = std::move(next);
   notifications_.post(NSApplicationDidChangeScreenParametersNotification);
+  changed_.send();
 }
 
 }  // namespace orvane::host::x11

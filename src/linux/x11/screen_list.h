@@ -25,6 +25,8 @@ class ScreenList {
   [[nodiscard]] const std::vector<NSScreen>& screens() const { return now_.screens; }
   [[nodiscard]] std::optional<NSScreen> mainScreen() const;
   [[nodiscard]] double scale() const { return now_.scale; }  // pixels per point
+  // Told of after all others have been.
+  [[nodiscard]] Subject<>& changed() { return changed_; }
 
  private:
   struct State {
@@ -43,7 +45,8 @@ class ScreenList {
   Connection& connection_;
   NotificationCenter& notifications_;
   State now_;
-  Debounce changed_;
+  Subject<> changed_;
+  Debounce settling_;
   Subscription events_;
 };
 

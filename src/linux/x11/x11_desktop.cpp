@@ -33,6 +33,7 @@ class Desktop final : public WindowServer {
         rootPicture_(*connection_, around.mainActor),
         blanking_(*connection_),
         fullScreen_(*connection_, around.mainActor),
+        sight_({screens_, blanking_, fullScreen_, around.session}),
         source_(*connection_, [this] { lost(); }) {
     if (around_.session) around_.session->follow();
   }
@@ -43,10 +44,11 @@ class Desktop final : public WindowServer {
   }
   [[nodiscard]] std::shared_ptr<NSWindow> makeWindow(Rect contentRect, unsigned, NSBackingStoreType,
                                                      bool) override {
-    const Surroundings surroundings{*connection_,     around_.mainActor, around_.schedule,
-                                    around_.measurer, around_.painter,   screens_,
-                                    stack_,           desktop_,          rootPicture_,
-                                    blanking_,        fullScreen_,       around_.session};
+    const Surroundings surroundings{*connection_,     around_.mainActor,
+                                    around_.schedule, around_.measurer,
+                                    around_.painter,  screens_,
+                                    stack_,           desktop_,
+                                    rootPicture_,     sight_};
     return std::make_shared<DesktopWindow>(surroundings, contentRect);
   }
   [[nodiscard]] std::int32_t windowLevelForKey(CGWindowLevelKey key) const override {
@@ -69,6 +71,7 @@ class Desktop final : public WindowServer {
   RootPicture rootPicture_;
   ScreenBlanking blanking_;
   FullScreenWatch fullScreen_;
+  Sight sight_;
   EventSource source_;
 };
 
