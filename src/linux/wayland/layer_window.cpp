@@ -20,7 +20,7 @@ constexpr std::int64_t largePaint = 128 * 1024;
 // A surface that has lived this long was not refused.
 constexpr int healthyTicks = 10;
 constexpr int mostRefusals = 8;
-// A picture that waits for so many ticks to be shown is seen by nobody.
+// A picture that waits for so many ticks to be drawn or shown is seen by nobody.
 constexpr int mostTicksUnseen = 2;
 constexpr std::chrono::milliseconds firstRetry{250};
 // Changes that are remembered one by one while the compositor is waited for.
@@ -157,8 +157,11 @@ void LayerWindow::tick(Date instant) {
   instant_ = instant;
   connection_.rest().beat(instant);
   if (surface_ && ++ticksShown_ >= healthyTicks) closedInARow_ = 0;
-  ticksUnseen_ = isSurfaceBusy() ? ticksUnseen_ + 1 : 0;
   refresh();
+  // Some compositors tell of a picture that nobody sees that it is shown, and then keep the
+  // buffers.
+  const bool waits = stale_ && !buffers_.isOutOfMemory();
+  ticksUnseen_ = waits ? ticksUnseen_ + 1 : 0;
   // Until the picture is shown. A young surface goes on counting its ticks.
   if (ticksUnseen_ >= mostTicksUnseen && ticksShown_ >= healthyTicks) ticks_.cancel();
   connection_.rest().restIfNobodyWaits();

@@ -96,7 +96,7 @@ class LayerWindow final : public NSWindow,
   int closedInARow_ = 0;     // surfaces that the compositor closed soon after they were made
   bool refused_ = false;     // the compositor wants no surface of this window
   int ticksShown_ = 0;       // of the present surface
-  int ticksUnseen_ = 0;      // in a row, while the surface was busy
+  int ticksUnseen_ = 0;      // in a row, while the compositor was waited for
   Subscription ticks_;
   Subscription contentWillChange_;
   Subscription outputRemoved_;

@@ -205,6 +205,7 @@ TEST_F(LayerWindowTest, ASurfaceThatWasNotSeenYetGoesOnHearingTicks) {
 
 TEST_F(LayerWindowTest, ASurfaceThatGetsNoRoomHearsNoTicksUntilItDoes) {
   compositor.configuresAtOnce = false;
+  compositor.releasesAtOnce = true;
   show();
   const auto built = view->built.size();
   tick(9);
@@ -224,6 +225,27 @@ TEST_F(LayerWindowTest, ASurfaceThatGetsNoRoomHearsNoTicksUntilItDoes) {
   instant = {1'795'003'000};
   tick(3);
   EXPECT_EQ(schedule.listeners(), 1U);
+}
+
+TEST_F(LayerWindowTest, HearsNoTicksWhileTheCompositorKeepsItsBuffers) {
+  compositor.releasesAtOnce = true;
+  show();
+  tick(10);
+  compositor.releasesAtOnce = false;
+  tick(2);
+  EXPECT_EQ(surface().heldBuffers(), 2U);
+  EXPECT_FALSE(surface().isFrameAwaited());
+  tick();
+  EXPECT_EQ(schedule.listeners(), 1U) << "the compositor may only be slow";
+  tick();
+  EXPECT_EQ(schedule.listeners(), 0U);
+  const auto before = pictures().size();
+  actor.setWallClock({1'795'003'000.7});
+  surface().releaseBuffers();
+  settle();
+  EXPECT_EQ(schedule.listeners(), 1U);
+  ASSERT_THAT(pictures(), SizeIs(before + 1));
+  EXPECT_EQ(lastPicture().pixels, painted({1'795'003'000}, 1, {60, 40}, 300, 100));
 }
 
 TEST_F(LayerWindowTest, ClosedWhileNobodySeesItItComesBackWithItsTicks) {
