@@ -128,6 +128,48 @@ TEST_F(LossOfTheServer, AStoppedServerKeepsNobodyFromEnding) {
   EXPECT_EQ(program.process().output(), "");
 }
 
+// Whose pictures go through the connection, which takes only so much of them.
+class LossWithoutSharedMemory : public testing::Test {
+ protected:
+  // Far more than a socket holds, and an even number of times, so that the colour is the first.
+  void paintRepeatedly() {
+    for (int i = 1; i <= repaintings; ++i) {
+      const int painted = probe_.timesSaid("painted");
+      probe_.process().signal(SIGUSR1);
+      ASSERT_TRUE(eventually([&] { return probe_.timesSaid("changed") == i; })) << i;
+      ASSERT_TRUE(eventually([&] { return probe_.timesSaid("painted") > painted; })) << i;
+    }
+  }
+
+  static constexpr int repaintings = 8;
+  Session session_{{"-extension", "MIT-SHM"}};
+  Observer observer_{session_.display()};
+  Probe probe_{session_, {"--tells-paintings"}};
+};
+
+TEST_F(LossWithoutSharedMemory, AStoppedServerKeepsNobodyFromEnding) {
+  ASSERT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  session_.server().signal(SIGSTOP);
+  paintRepeatedly();
+  probe_.process().signal(SIGTERM);
+  EXPECT_TRUE(probe_.process().waitForEnd(Milliseconds(8000)));
+  session_.server().signal(SIGCONT);
+}
+
+TEST_F(LossWithoutSharedMemory, WhatAStoppedServerDidNotTakeFollowsWhenItGoesOn) {
+  const Picture before{1600, 900, std::vector<std::uint32_t>(std::size_t{1600} * 900, 0x202124)};
+  ASSERT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
+  session_.server().signal(SIGSTOP);
+  paintRepeatedly();
+  session_.server().signal(SIGCONT);
+  EXPECT_TRUE(eventually([&] {
+    const auto now = observer_.grab();
+    return boardLiesOver(before, now) && showsNow(now);
+  }));
+  probe_.process().signal(SIGTERM);
+  EXPECT_EQ(probe_.process().waitForEnd(), 0);
+}
+
 class LossOfTheWindowManager : public OnXfce {
  protected:
   // Whether the board stands over the picture, at its place, between the desktop and the window.

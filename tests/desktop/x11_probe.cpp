@@ -5,7 +5,8 @@
 //   --catches-clicks   the board takes clicks instead of letting them through
 //   --raised           the board stands above ordinary windows
 //   --one-space        the board stays on one desktop
-//   --tells-paintings  each time that something is painted, "painted" is printed
+//   --tells-paintings  "painted" is printed each time that something is, "changed" when a signal is
+//                      served
 
 #include <csignal>
 #include <cstdio>
@@ -65,14 +66,17 @@ class BoardView final : public RootView {
   Board& board_;
 };
 
+void say(const char* line) {
+  std::puts(line);
+  std::fflush(stdout);
+}
+
 class TellingPainter final : public Painter {
  public:
   void paint(const DisplayList& list, const PaintTarget& target,
              const std::vector<PixelRect>& damage) override {
     painter_.paint(list, target, damage);
-    if (!tells) return;
-    std::puts("painted");
-    std::fflush(stdout);
+    if (tells) say("painted");
   }
 
   bool tells = false;
@@ -159,15 +163,15 @@ int main(int argc, char** argv) {
   Boards boards(*desktop.server, board, wishes);
   const auto screensChange =
       notifications.addObserver(NSApplicationDidChangeScreenParametersNotification, [&] {
-        std::puts("screens changed");
-        std::fflush(stdout);
+        say("screens changed");
         boards.syncToScreens();
       });
   boards.syncToScreens();
   const auto toggling = [&](bool Board::*what) {
-    return [&board, what] {
+    return [&board, what, isTold = wishes.tellsPaintings] {
       board.willChange.send();
       board.*what = !(board.*what);
+      if (isTold) say("changed");
     };
   };
   const auto onTerm = loop->onSignal(SIGTERM, [&] { loop->quit(0); });

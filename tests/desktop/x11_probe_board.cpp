@@ -39,6 +39,16 @@ Probe::Probe(const Session& session, std::vector<std::string> options) {
   process_ = session.start(std::move(options));
 }
 
+int Probe::timesSaid(const std::string& line) {
+  const auto& output = process_->output();
+  int count = 0;
+  for (auto at = output.find(line + '\n'); at != std::string::npos;
+       at = output.find(line + '\n', at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
 std::vector<SeenWindow> Probe::boards(const Observer& observer) {
   auto windows = observer.windowsOf("org.orvane.Orvane");
   std::erase_if(windows, [](const auto& window) { return !window.isViewable; });

@@ -17,6 +17,8 @@ class Probe {
 
   [[nodiscard]] static std::string path();
   [[nodiscard]] ChildProcess& process() { return *process_; }
+  // How often a line was printed.
+  [[nodiscard]] int timesSaid(const std::string& line);
   // Its windows on the server that can be seen, from left to right.
   [[nodiscard]] static std::vector<SeenWindow> boards(const Observer& observer);
   // Waits until there are as many; answers what there is then.

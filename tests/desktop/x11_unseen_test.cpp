@@ -21,17 +21,9 @@ class OutOfSight : public testing::Test {
     ASSERT_TRUE(eventually([&] { return showsNow(observer_.grab()); }));
   }
 
-  std::size_t timesSaid(const std::string& line) {
-    const auto& output = probe_.process().output();
-    std::size_t count = 0;
-    for (auto at = output.find(line); at != std::string::npos; at = output.find(line, at + 1)) {
-      ++count;
-    }
-    return count;
-  }
   bool paintsNothingFor(Milliseconds span) {
-    const auto before = timesSaid("painted");
-    return throughout(span, [&] { return timesSaid("painted") == before; });
+    const auto before = probe_.timesSaid("painted");
+    return throughout(span, [&] { return probe_.timesSaid("painted") == before; });
   }
   // Longer than a beat.
   bool comesToRest() {
@@ -40,11 +32,11 @@ class OutOfSight : public testing::Test {
   void changeEverything() {
     observer_.setRootPicture(plum);
     EXPECT_TRUE(paintsNothingFor(Milliseconds(500)));
-    const auto before = timesSaid("painted");
+    const auto before = probe_.timesSaid("painted");
     observer_.setResources("Xft.dpi: 192\n");
-    EXPECT_TRUE(eventually([&] { return timesSaid("screens changed") == 1; }));
+    EXPECT_TRUE(eventually([&] { return probe_.timesSaid("screens changed") == 1; }));
     EXPECT_TRUE(paintsNothingFor(Milliseconds(100)));
-    EXPECT_EQ(timesSaid("painted"), before);
+    EXPECT_EQ(probe_.timesSaid("painted"), before);
   }
   // The new number in the new size over the new picture.
   void expectAllNew() {

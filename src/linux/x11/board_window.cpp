@@ -243,8 +243,18 @@ void BoardWindow::setBlurBehind(const std::vector<PixelRect>& parts) {
   setNumbers(connection_, id_, name, XCB_ATOM_CARDINAL, numbers);
 }
 
-void BoardWindow::put(const SharedPixels& picture, const PixelRect& part) const {
-  picture.put(id_, gc_, depth(), part, {part.x, part.y});
+void BoardWindow::put(const SharedPixels& picture, const PixelRect& part) {
+  rest_.add(part);
+  if (!connection_.isAwaited()) putRest(picture);
+}
+
+void BoardWindow::putRest(const SharedPixels& picture) {
+  while (!rest_.isEmpty()) {
+    const auto part = rest_.first();
+    const auto left = picture.put(id_, gc_, depth(), part, {part.x, part.y});
+    rest_.replaceFirst(left);
+    if (!left.isEmpty()) return connection_.tellWhenItTakesMore();
+  }
 }
 
 }  // namespace orvane::host::x11

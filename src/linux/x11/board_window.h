@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "linux/x11/connection.h"
+#include "linux/x11/parts_to_put.h"
 #include "linux/x11/shared_pixels.h"
 #include "linux/x11/window_hints.h"
 
@@ -49,8 +50,11 @@ class BoardWindow {
   void lower();
   // Asks for a blur of what lies behind these parts of the window; none of them: nowhere.
   void setBlurBehind(const std::vector<PixelRect>& parts);
-  // Copies a part of a picture of the whole window onto it.
-  void put(const SharedPixels& picture, const PixelRect& part) const;
+  // Copies a part of a picture of the whole window onto it. What the connection does not take now
+  // is kept in mind, and the connection told that there is more to come.
+  void put(const SharedPixels& picture, const PixelRect& part);
+  // Goes on with what was kept in mind.
+  void putRest(const SharedPixels& picture);
 
  private:
   void create();
@@ -68,6 +72,7 @@ class BoardWindow {
   xcb_colormap_t colormap_ = 0;
   bool isWanted_ = false;
   std::vector<PixelRect> blurred_;
+  PartsToPut rest_;
 };
 
 }  // namespace orvane::host::x11

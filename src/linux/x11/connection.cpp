@@ -139,6 +139,11 @@ void Connection::deliver(const xcb_generic_event_t& event) {
   events_.send(event);
 }
 
+void Connection::goOn() {
+  isAwaited_ = false;
+  takesMore_.send();
+}
+
 // All of them were asked for when the connection was opened.
 std::vector<Extension> Connection::extensions() const {
   std::vector<Extension> found;

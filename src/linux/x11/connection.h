@@ -57,6 +57,13 @@ class Connection {
   void deliver(const xcb_generic_event_t& event);
   void flush() const { xcb_flush(handle_); }
 
+  // For one who has more to send than goes out without waiting for the server: takesMore() is sent
+  // once, as soon as more goes out.
+  void tellWhenItTakesMore() { isAwaited_ = true; }
+  [[nodiscard]] bool isAwaited() const { return isAwaited_; }
+  [[nodiscard]] Subject<>& takesMore() { return takesMore_; }
+  void goOn();
+
  private:
   explicit Connection(xcb_connection_t* handle) : handle_(handle) {}
   // Each answers a sentence, or nothing when all is well.
@@ -76,6 +83,8 @@ class Connection {
   int randrEvents_ = -1;
   int xfixesEvents_ = 0;
   Subject<xcb_generic_event_t> events_;
+  Subject<> takesMore_;
+  bool isAwaited_ = false;
   std::set<std::string> reported_;
 };
 

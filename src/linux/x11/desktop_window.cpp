@@ -29,6 +29,9 @@ DesktopWindow::DesktopWindow(const Surroundings& around, Rect contentRect)
       frame_(contentRect),
       canvas_(around.connection, around.painter, around.rootPicture) {
   events_ = around_.connection.events().subscribe([this](const auto& event) { handle(event); });
+  roomToSend_ = around_.connection.takesMore().subscribe([this] {
+    if (board_ && canvas_.isReady() && !isOutOfSight()) board_->putRest(canvas_.pixels());
+  });
   desktopChanges_ = around_.desktop.changed().subscribe([this] { desktopChanged(); });
   stackChanges_ = around_.stack.changed().subscribe([this] { stackChanged(); });
   pictureChanges_ = around_.rootPicture.changed().subscribe([this] { pictureChanged(); });

@@ -109,6 +109,7 @@ class DesktopWindow final : public NSWindow {
   Subscription events_;
   Subscription desktopChanges_;
   Subscription stackChanges_;
+  Subscription roomToSend_;
   Subscription pictureChanges_;
   Subscription sightChanges_;
 };

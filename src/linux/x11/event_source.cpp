@@ -16,6 +16,7 @@ struct EventSource::Source {
   std::function<void()>* onLost;
   xcb_generic_event_t* pending;  // the next event, read but not delivered
   gpointer tag;
+  gboolean awaitsRoom;  // for requests
   gint64 stalledSince;  // on GLib's clock, in microseconds; 0 while requests go out
 };
 
@@ -32,10 +33,18 @@ void flush(S* my) {
   auto* connection = my->connection->handle();
   const bool stalls = !xcb::takesRequests(connection);
   if (!stalls) xcb_flush(connection);
-  if (stalls == (my->stalledSince != 0)) return;
-  my->stalledSince = stalls ? g_get_monotonic_time() : 0;
+  if (stalls != (my->stalledSince != 0)) my->stalledSince = stalls ? g_get_monotonic_time() : 0;
+  const gboolean awaitsRoom = stalls || my->connection->isAwaited() ? TRUE : FALSE;
+  if (awaitsRoom == my->awaitsRoom) return;
+  my->awaitsRoom = awaitsRoom;
   g_source_modify_unix_fd(&my->base, my->tag,
-                          static_cast<GIOCondition>(stalls ? G_IO_IN | G_IO_OUT : G_IO_IN));
+                          static_cast<GIOCondition>(awaitsRoom ? G_IO_IN | G_IO_OUT : G_IO_IN));
+}
+
+// Whether somebody waits to send more, and can.
+template <class S>
+bool takesMore(const S* my) {
+  return my->connection->isAwaited() && xcb::takesRequests(my->connection->handle());
 }
 
 // In milliseconds, until a server that reads nothing is given up; -1 while it reads.
@@ -54,7 +63,7 @@ gboolean prepare(GSource* source, gint* timeout) {
   flush(my);
   *timeout = patienceLeft(my);
   if (my->pending == nullptr) my->pending = xcb_poll_for_queued_event(connection);
-  return my->pending != nullptr || my->connection->isLost();
+  return my->pending != nullptr || takesMore(my) || my->connection->isLost();
 }
 
 template <class S>
@@ -64,7 +73,7 @@ gboolean check(GSource* source) {
   if (g_source_query_unix_fd(source, my->tag) != 0 && my->pending == nullptr) {
     my->pending = xcb_poll_for_event(my->connection->handle());
   }
-  return my->pending != nullptr || my->connection->isLost();
+  return my->pending != nullptr || takesMore(my) || my->connection->isLost();
 }
 
 template <class S>
@@ -76,6 +85,8 @@ gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
     if (g_source_is_destroyed(source)) return G_SOURCE_REMOVE;
     my->pending = xcb_poll_for_queued_event(my->connection->handle());
   }
+  if (takesMore(my)) my->connection->goOn();
+  if (g_source_is_destroyed(source)) return G_SOURCE_REMOVE;
   if (!my->connection->isLost()) return G_SOURCE_CONTINUE;
   // A copy, since what is called may destroy us.
   const auto onLost = *my->onLost;
@@ -98,6 +109,7 @@ EventSource::EventSource(Connection& connection, std::function<void()> onLost) {
   GSource* source = g_source_new(&functions, sizeof(Source));
   source_ = reinterpret_cast<Source*>(source);
   source_->connection = &connection;
+  source_->awaitsRoom = FALSE;
   source_->stalledSince = 0;
   source_->onLost = new std::function<void()>(std::move(onLost));
   source_->tag =

@@ -4,6 +4,7 @@
 #include <sys/shm.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -14,6 +15,9 @@
 namespace orvane::host::x11 {
 
 namespace {
+
+// 12 of the 16 kB of xcb's queue, and less than a socket that takes requests has room for.
+constexpr int bandPixels = 3 * 1024;
 
 std::size_t sizeOf(const PixelBuffer& buffer) {
   return static_cast<std::size_t>(buffer.stride) * static_cast<std::size_t>(buffer.height);
@@ -104,42 +108,56 @@ bool SharedPixels::attachSegment(std::size_t size) {
   return true;
 }
 
-void SharedPixels::put(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth, const PixelRect& part,
-                       PixelPoint to) const {
+PixelRect SharedPixels::put(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth,
+                            const PixelRect& part, PixelPoint to) const {
   const auto within = intersectionOf(part, {0, 0, buffer_.width, buffer_.height});
-  if (within.isEmpty()) return;
+  if (within.isEmpty() || connection_.isLost()) return {};
   to = {to.x + within.x - part.x, to.y + within.y - part.y};
-  if (segment_ == 0) return putThroughConnection(drawable, gc, depth, within, to);
+  if (segment_ == 0) return putThroughConnection({drawable, gc, depth}, within, to);
   xcb_shm_put_image(connection_.handle(), drawable, gc, extent(buffer_.width),
                     extent(buffer_.height), extent(within.x), extent(within.y),
                     extent(within.width), extent(within.height), coordinate(to.x), coordinate(to.y),
                     static_cast<std::uint8_t>(depth), XCB_IMAGE_FORMAT_Z_PIXMAP, 0, segment_, 0);
+  return {};
 }
 
-// In bands of as many rows as fit into one request.
-void SharedPixels::putThroughConnection(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth,
-                                        const PixelRect& part, PixelPoint to) const {
-  const auto row = static_cast<std::size_t>(part.width) * 4;
-  const std::size_t room = xcb_get_maximum_request_length(connection_.handle()) * std::size_t{4};
-  if (connection_.isLost() || room < row + 64) return;
-  const int rowsAtOnce = static_cast<int>(std::min<std::size_t>((room - 64) / row, 1024));
-  const bool serverIsLittle =
-      xcb_get_setup(connection_.handle())->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;
-  for (int y = 0; y < part.height; y += rowsAtOnce) {
-    const int rows = std::min(rowsAtOnce, part.height - y);
-    std::vector<std::uint8_t> band;
-    band.reserve(row * static_cast<std::size_t>(rows));
-    for (int i = 0; i < rows; ++i) {
-      const auto* start = buffer_.data + std::ptrdiff_t{part.y + y + i} * buffer_.stride +
-                          std::ptrdiff_t{part.x} * 4;
-      band.insert(band.end(), start, start + row);
+// In bands that fit into xcb's queue, each after the connection was asked whether it takes one: xcb
+// itself would wait for a server that reads nothing, for ever and inside of its function.
+PixelRect SharedPixels::putThroughConnection(const Target& target, const PixelRect& part,
+                                             PixelPoint to) const {
+  auto* handle = connection_.handle();
+  const int columns = std::min(part.width, bandPixels);
+  const int rows = bandPixels / columns;
+  for (int y = 0; y < part.height; y += rows) {
+    for (int x = 0; x < part.width; x += columns) {
+      if (!xcb::takesRequests(handle)) {
+        return {part.x, part.y + y, part.width, part.height - y};
+      }
+      xcb_flush(handle);
+      const PixelRect band{part.x + x, part.y + y, std::min(columns, part.width - x),
+                           std::min(rows, part.height - y)};
+      putBand(target, band, {to.x + x, to.y + y});
     }
-    if (serverIsLittle != isLittleEndian()) swapBytes(band);
-    xcb_put_image(connection_.handle(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, gc, extent(part.width),
-                  extent(rows), coordinate(to.x), coordinate(to.y + y), 0,
-                  static_cast<std::uint8_t>(depth), static_cast<std::uint32_t>(band.size()),
-                  band.data());
   }
+  return {};
+}
+
+void SharedPixels::putBand(const Target& target, const PixelRect& band, PixelPoint to) const {
+  auto* handle = connection_.handle();
+  const auto row = static_cast<std::size_t>(band.width) * 4;
+  std::vector<std::uint8_t> bytes;
+  bytes.reserve(row * static_cast<std::size_t>(band.height));
+  for (int y = band.y; y < band.y + band.height; ++y) {
+    const auto* start =
+        buffer_.data + std::ptrdiff_t{y} * buffer_.stride + std::ptrdiff_t{band.x} * 4;
+    bytes.insert(bytes.end(), start, start + row);
+  }
+  const bool serverIsLittle = xcb_get_setup(handle)->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST;
+  if (serverIsLittle != isLittleEndian()) swapBytes(bytes);
+  xcb_put_image(handle, XCB_IMAGE_FORMAT_Z_PIXMAP, target.drawable, target.gc, extent(band.width),
+                extent(band.height), coordinate(to.x), coordinate(to.y), 0,
+                static_cast<std::uint8_t>(target.depth), static_cast<std::uint32_t>(bytes.size()),
+                bytes.data());
 }
 
 bool SharedPixels::fetch(xcb_drawable_t drawable) {

@@ -27,9 +27,10 @@ class SharedPixels {
   void letPagesGo() const;
 
   // Asks the server to copy `part` of the picture to the place `to` of a drawable. It may read the
-  // memory a little later: what is painted over before is put again by whoever paints it.
-  void put(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth, const PixelRect& part,
-           PixelPoint to) const;
+  // memory a little later: what is painted over before is put again by whoever paints it. Answers
+  // what of the part is still to be put, since the connection takes no more now; empty: nothing.
+  [[nodiscard]] PixelRect put(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth,
+                              const PixelRect& part, PixelPoint to) const;
   // Fills the picture from the top left corner of a drawable that is at least as large. Waits for
   // the server; false when the drawable could not be read.
   bool fetch(xcb_drawable_t drawable);
@@ -38,8 +39,14 @@ class SharedPixels {
   bool attach();
   bool attachDescriptor(std::size_t size);
   bool attachSegment(std::size_t size);
-  void putThroughConnection(xcb_drawable_t drawable, xcb_gcontext_t gc, int depth,
-                            const PixelRect& part, PixelPoint to) const;
+  struct Target {
+    xcb_drawable_t drawable;
+    xcb_gcontext_t gc;
+    int depth;
+  };
+  [[nodiscard]] PixelRect putThroughConnection(const Target& target, const PixelRect& part,
+                                               PixelPoint to) const;
+  void putBand(const Target& target, const PixelRect& band, PixelPoint to) const;
 
   Connection& connection_;
   PixelBuffer buffer_;
