@@ -60,7 +60,9 @@ Services::Services(const Base& base, const Drawing& drawing, GDBusConnection* bu
       appService(host::makeAutostartService(
           {host::autostartEntryPath(environmentVariable), programPath().string()})),
       application(host::makeApplication(base.quitting())),
-      statusBar(host::makeStatusBar({bus, *base.loop, *drawing.painter})),
+      statusBar(
+          host::makeStatusBar({bus, *base.loop, *drawing.painter,
+                               [&focusToken](const std::string& token) { focusToken = token; }})),
       settingsNotice(host::makeSettingsNotice(bus)),
       settingsWindows(makeSettingsWindows(base, drawing, *settingsNotice, focusToken)),
       hotKeys(host::makeEventHotKeys(hotKeyOptions(), *base.loop)),

@@ -101,6 +101,9 @@ sway_test(desktop_session_test.py Session starts_programs_that_only_their_owner_
 sway_test(sway_tray_test.py Tray opens_its_menu_whose_entries_do_what_they_say
           has_an_entry_that_reads_the_calendars_at_once shows_the_item_until_the_program_ends
           gets_the_item_again_when_it_is_restarted)
+if(TARGET orvane-settings)
+  sway_test(sway_tray_test.py Tray hands_the_settings_what_lets_them_take_the_focus)
+endif()
 
 sway_test(portal_test.py Portal hands_the_key_on is_started_when_the_program_asks_for_it
           may_refuse_the_key may_have_nothing_behind_it may_be_started_anew may_end_the_session)

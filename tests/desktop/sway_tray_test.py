@@ -1,6 +1,7 @@
 """The status item in waybar's tray, under a real sway."""
 
 import json
+import re
 import unittest
 
 import unwatched
@@ -18,6 +19,8 @@ BESIDE_THE_BOARD = 25
 SETTINGS, REFRESH, QUIT = 0.2, 0.5, 0.82
 CHOSEN = "interface=com.canonical.dbusmenu"
 SETTINGS_NOTICE = "interface=org.freedesktop.Notifications"
+TOKEN = "of-the-tray"
+PATIENCE = 60
 STYLE = "* { border: none; } window#waybar { background: #204060; }"
 
 
@@ -97,6 +100,23 @@ class Tray(unittest.TestCase):
             self.assertEqual(running.process.wait(timeout=20), 0)
             self.assertEqual(running.output, "")
             eventually("the item is gone", lambda: self.bar_picture(sway).differing_box(bare) is None)
+
+    def hands_the_settings_what_lets_them_take_the_focus(self):
+        """As hosts do that know how; waybar does not, so it is done in its place."""
+        with SwaySession(outputs=1) as sway:
+            self.begin(sway)
+            bare = self.bar_picture(sway)
+            running = sway.start(program("orvane"), environment={"WAYLAND_DEBUG": "client"})
+            self.item(sway, bare)
+            item = "org.kde.StatusNotifierItem-%d-1" % running.process.pid
+            call = ("gdbus", "call", "--session", "--dest", item, "--object-path")
+            provide = "org.kde.StatusNotifierItem.ProvideXdgActivationToken"
+            sway.ask(*call, "/StatusNotifierItem", "--method", provide, TOKEN)
+            clicked = ("com.canonical.dbusmenu.Event", "1", "clicked", "<0>", "0")
+            sway.ask(*call, "/MenuBar", "--method", *clicked)
+            activated = re.compile(r"xdg_activation_v1@\d+\.activate\(\"%s\"" % TOKEN)
+            eventually("the window uses it", lambda: activated.search(running.output), PATIENCE)
+            self.assertEqual(running.end(), 0)
 
     def settings_are_shown(self, sway, told):
         """As a window, or by a notification where there is no window to show."""

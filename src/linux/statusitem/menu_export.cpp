@@ -109,9 +109,11 @@ gio::CallError noItem(std::int32_t id) {
 
 }  // namespace
 
-MenuExport::MenuExport(GDBusConnection* connection, MainActor& mainActor, NSMenu menu)
+MenuExport::MenuExport(GDBusConnection* connection, MainActor& mainActor, NSMenu menu,
+                       Choose choose)
     : mainActor_(mainActor),
       layout_(std::move(menu)),
+      choose_(std::move(choose)),
       object_(connection, kMenuPath, kDescription,
               {[this](const std::string& method, GVariant* arguments) {
                  return call(method, arguments);
@@ -199,7 +201,7 @@ CallReply MenuExport::aboutToShowGroup(GVariant* arguments) const {
 
 bool MenuExport::happened(std::int32_t id, const std::string& event) const {
   if (const auto* item = layout_.item(id); item && event == "clicked") {
-    mainActor_.post([chosen = *item] { chosen.choose(); });
+    mainActor_.post([choose = choose_, chosen = *item] { choose(chosen); });
   }
   return layout_.has(id);
 }

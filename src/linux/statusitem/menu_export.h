@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "foundation/main_actor.h"
@@ -11,11 +12,14 @@ namespace orvane::host::statusitem {
 
 inline constexpr const char* kMenuPath = "/MenuBar";
 
-// A menu on the bus, version 3 of com.canonical.dbusmenu. Picking an item carries out its action in
-// a turn of its own.
+// A menu on the bus, version 3 of com.canonical.dbusmenu.
 class MenuExport {
  public:
-  MenuExport(GDBusConnection* connection, MainActor& mainActor, NSMenu menu);
+  using Choose = std::function<void(const NSMenuItem&)>;
+
+  // `choose` is called for an item that was picked, in a turn of its own, which may come when this
+  // is gone.
+  MenuExport(GDBusConnection* connection, MainActor& mainActor, NSMenu menu, Choose choose);
 
  private:
   [[nodiscard]] gio::CallReply call(const std::string& method, GVariant* arguments) const;
@@ -31,6 +35,7 @@ class MenuExport {
 
   MainActor& mainActor_;
   const MenuLayout layout_;
+  const Choose choose_;
   const gio::ExportedObject object_;
 };
 

@@ -39,7 +39,8 @@ class Item final : public NSStatusItem, private NSStatusBarButton {
   void showAgain() {
     shown_.reset();
     if (isConnected()) {
-      shown_.emplace(around_.connection, around_.mainActor, face(), menu_);
+      shown_.emplace(around_.connection, around_.mainActor, face(), menu_,
+                     around_.takeActivationToken);
     }
   }
   [[nodiscard]] bool isConnected() const {

@@ -4,7 +4,9 @@
 
 #include <gio/gio.h>
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "foundation/main_actor.h"
 #include "platform/ns_status_bar.h"
@@ -17,6 +19,9 @@ struct StatusBarNeighbours {
   GDBusConnection* connection = nullptr;
   MainActor& mainActor;
   Painter& painter;
+  // Called with what lets a window take the focus just before a choice of a menu is carried out,
+  // empty where the desktop gave nothing for it. May be null.
+  std::function<void(const std::string& token)> takeActivationToken = nullptr;
 };
 
 // All of the neighbours outlive it, and it outlives its items. Main thread only.

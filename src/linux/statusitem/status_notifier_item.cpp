@@ -36,6 +36,9 @@ constexpr const char* kDescription = R"xml(
     <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
     <property name="ItemIsMenu" type="b" access="read"/>
     <property name="Menu" type="o" access="read"/>
+    <method name="ProvideXdgActivationToken">
+      <arg name="token" type="s" direction="in"/>
+    </method>
     <signal name="NewTitle"/>
     <signal name="NewIcon"/>
     <signal name="NewAttentionIcon"/>
@@ -66,6 +69,13 @@ VariantPtr pixmaps(const std::vector<IconPixels>& all) {
   return owned(g_variant_builder_end(&builder));
 }
 
+MenuExport::Choose choosing(std::shared_ptr<std::string> token, TakeActivationToken takeToken) {
+  return [token = std::move(token), takeToken = std::move(takeToken)](const NSMenuItem& item) {
+    if (takeToken) takeToken(std::exchange(*token, {}));
+    item.choose();
+  };
+}
+
 VariantPtr toolTip(const std::string& title) {
   return owned(g_variant_new("(s@a(iiay)@ss)", "", pixmaps({}).get(), markup(title).get(), ""));
 }
@@ -73,12 +83,15 @@ VariantPtr toolTip(const std::string& title) {
 }  // namespace
 
 StatusNotifierItem::StatusNotifierItem(GDBusConnection* connection, MainActor& mainActor,
-                                       ItemFace face, NSMenu menu)
+                                       ItemFace face, NSMenu menu, TakeActivationToken takeToken)
     : connection_(gio::shared(connection)),
       face_(std::move(face)),
-      menu_(connection, mainActor, std::move(menu)),
+      menu_(connection, mainActor, std::move(menu), choosing(token_, std::move(takeToken))),
       object_(connection, kItemPath, kDescription,
-              {nullptr, [this](const std::string& name) { return property(name); }}),
+              {[this](const std::string& method, GVariant* arguments) {
+                 return call(method, arguments);
+               },
+               [this](const std::string& name) { return property(name); }}),
       name_(itemName()) {
   ownership_ = g_bus_own_name_on_connection(connection, name_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE,
                                             nullptr, nullptr, nullptr, nullptr);
@@ -86,6 +99,14 @@ StatusNotifierItem::StatusNotifierItem(GDBusConnection* connection, MainActor& m
 }
 
 StatusNotifierItem::~StatusNotifierItem() { g_bus_unown_name(ownership_); }
+
+// The only method that there is: hosts tell the token for what they are about to say was chosen.
+gio::CallReply StatusNotifierItem::call(const std::string&, GVariant* arguments) const {
+  const char* token = nullptr;
+  g_variant_get(arguments, "(&s)", &token);
+  *token_ = token;
+  return VariantPtr();
+}
 
 VariantPtr StatusNotifierItem::property(const std::string& name) const {
   using Value = std::function<VariantPtr(const ItemFace&)>;

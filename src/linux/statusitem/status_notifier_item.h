@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,20 +23,28 @@ struct ItemFace {
   friend bool operator==(const ItemFace&, const ItemFace&) = default;
 };
 
+// Told what lets a window take the focus.
+using TakeActivationToken = std::function<void(const std::string& token)>;
+
 // One org.kde.StatusNotifierItem with its menu on the bus, under a name of its own that goes with
 // it. Its face and menu are fixed.
 class StatusNotifierItem {
  public:
-  StatusNotifierItem(GDBusConnection* connection, MainActor& mainActor, ItemFace face, NSMenu menu);
+  // `takeToken` is called just before a choice of the menu is carried out, with an empty token
+  // where the host gave none for it. May be null.
+  StatusNotifierItem(GDBusConnection* connection, MainActor& mainActor, ItemFace face, NSMenu menu,
+                     TakeActivationToken takeToken);
   StatusNotifierItem(const StatusNotifierItem&) = delete;
   StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
   ~StatusNotifierItem();
 
  private:
+  [[nodiscard]] gio::CallReply call(const std::string& method, GVariant* arguments) const;
   [[nodiscard]] gio::VariantPtr property(const std::string& name) const;
 
   const gio::ObjectPtr<GDBusConnection> connection_;
   const ItemFace face_;
+  const std::shared_ptr<std::string> token_ = std::make_shared<std::string>();
   const MenuExport menu_;
   const gio::ExportedObject object_;
   const std::string name_;

@@ -190,6 +190,21 @@ TEST_F(StatusBarTest, ClicksCarryOutTheAction) {
   EXPECT_EQ(target_->performed, (Texts{"openSettings", "quit"}));
 }
 
+TEST_F(StatusBarTest, ATokenForTheFocusIsForTheNextChoiceAlone) {
+  auto& done = target_->performed;
+  statusBar_ = makeStatusBar({ours_.get(), *loop_, *painter_,
+                              [&](const std::string& token) { done.push_back("token " + token); }});
+  showItem();
+  EXPECT_EQ(gio::ask(panel_.get(), itemName(), "/StatusNotifierItem", "org.kde.StatusNotifierItem",
+                     "ProvideXdgActivationToken", "('a',)")
+                .text(),
+            "()");
+  EXPECT_EQ(menu("Event", "(1, 'clicked', <0>, uint32 0)"), "()");
+  EXPECT_EQ(menu("Event", "(3, 'clicked', <0>, uint32 0)"), "()");
+  EXPECT_TRUE(eventually([&] { return done.size() == 4; }));
+  EXPECT_EQ(done, (Texts{"token a", "openSettings", "token ", "quit"}));
+}
+
 TEST_F(StatusBarTest, OtherEventsAndSeparatorsDoNothing) {
   showItem();
   EXPECT_EQ(menu("Event", "(1, 'hovered', <0>, uint32 0)"), "()");

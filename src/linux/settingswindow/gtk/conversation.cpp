@@ -8,6 +8,7 @@
 #include <utility>
 #include <variant>
 
+#include "linux/settingswindow/gtk/focus_token.h"
 #include "linux/settingswindow/gtk/x11_position.h"
 
 namespace orvane::window {
@@ -59,7 +60,7 @@ void Conversation::take(const formwire::Show& show) {
     makeWindow(show);
   }
   window_->setStyle(show.title, show.style);
-  if (!show.activationToken.empty()) window_->set_startup_id(show.activationToken);
+  if (!show.activationToken.empty()) useFocusToken(*window_, show.activationToken);
   const bool wasVisible = window_->get_visible();
   window_->present();
   if (wasVisible) return;
