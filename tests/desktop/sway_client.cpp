@@ -4,6 +4,7 @@
 // prints "ready" when it is on the screen and a line for each event of pointer and keyboard that
 // reaches it, and runs until it is told to end. With it comes a pointer, which a display server
 // without devices lacks.
+#include <linux/input-event-codes.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <wayland-client.h>
@@ -70,9 +71,10 @@ wl_pointer_listener makePointerListener() {
   listener.motion = [](void*, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
     std::printf("motion %d %d\n", wl_fixed_to_int(x), wl_fixed_to_int(y));
   };
-  listener.button = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
+  listener.button = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button,
                        std::uint32_t state) {
-    std::puts(state == WL_POINTER_BUTTON_STATE_PRESSED ? "pressed" : "released");
+    const auto* const what = state == WL_POINTER_BUTTON_STATE_PRESSED ? "pressed" : "released";
+    std::printf("%s%s\n", what, button == BTN_LEFT ? "" : ", another button");
   };
   listener.axis = [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {};
   return listener;

@@ -139,10 +139,10 @@ class SwaySession(DesktopSession):
         eventually("the %s is ready" % kind, lambda: "ready" in neighbour.lines)
         return neighbour
 
-    def click(self, x, y):
+    def click(self, x, y, button="button1"):
         """Somewhere in the layout of all outputs. All in one go: a button that is held for long means
         something else to a menu."""
-        steps = ("set %d %d" % (x, y), "press button1", "release button1")
+        steps = ("set %d %d" % (x, y), "press " + button, "release " + button)
         self.message("; ".join("seat - cursor " + step for step in steps))
 
 
