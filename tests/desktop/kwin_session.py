@@ -58,9 +58,11 @@ class KWinSession(DesktopSession):
     """A message bus of its own and KWin on it, painting with OpenGL in software. Outputs of the
     given size, in pixels, stand side by side: Virtual-0, Virtual-1 and so on."""
 
-    def __init__(self, outputs=1, scale=1, size=(1280, 720), blur=False):
+    def __init__(self, outputs=1, scale=1, size=(1280, 720), blur=False, locks=False):
         super().__init__()
-        self._arguments = ["--virtual", "--socket", DISPLAY, "--no-lockscreen"]
+        self._arguments = ["--virtual", "--socket", DISPLAY]
+        if not locks:
+            self._arguments.append("--no-lockscreen")
         self._arguments += ["--width", str(size[0]), "--height", str(size[1])]
         self._arguments += ["--scale", str(scale), "--output-count", str(outputs)]
         self._blur = blur

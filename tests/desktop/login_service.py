@@ -1,5 +1,6 @@
 """Stands in for logind, on the system bus that the session names: one user with one graphical session
-on console 2, which is found by that user alone, as where a service of the user's runs the programs."""
+on console 2, which is found by that user alone, as where a service of the user's runs the programs;
+KWin asks for the one that is meant, whatever its name."""
 
 from gi.repository import Gio, GLib
 
@@ -18,7 +19,11 @@ DESCRIPTION = """<node>
   <method name="SwitchTo"><arg direction="in" type="u"/></method>
 </interface>
 <interface name="org.freedesktop.login1.Session">
+  <method name="Lock"/>
+  <method name="Unlock"/>
   <method name="SetLockedHint"><arg direction="in" type="b"/></method>
+  <signal name="Lock"/>
+  <signal name="Unlock"/>
   <property name="Type" type="s" access="read"/>
   <property name="Display" type="s" access="read"/>
   <property name="Active" type="b" access="read"/>
@@ -49,14 +54,19 @@ def become(name, value):
 
 
 def called(_bus, _sender, _path, _interface, method, arguments, invocation):
-    if method in ("GetSession", "GetSessionByPID"):
+    given = arguments.unpack()
+    if method == "GetSessionByPID" or (method == "GetSession" and given != ("auto",)):
         invocation.return_dbus_error(NAME + ".NoSessionForPID", "No session")
         return
-    (value,) = arguments.unpack()
-    if method == "SetLockedHint":
-        become("LockedHint", value)
+    if method == "GetSession":
+        invocation.return_value(GLib.Variant("(o)", (SESSION,)))
+        return
+    if method in ("Lock", "Unlock"):
+        bus.emit_signal(None, SESSION, NAME + ".Session", method, None)
+    elif method == "SetLockedHint":
+        become("LockedHint", *given)
     else:
-        become("Active", value == CONSOLE)
+        become("Active", given == (CONSOLE,))
     invocation.return_value(None)
 
 

@@ -28,7 +28,8 @@ if(ORVANE_X11)
   matrix_row(managers-replaced x11_succession_rows.py)
   foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards
                that_show_the_same_have_one_board that_stand_upright
-               that_are_none_for_a_while of_one_pixel)
+               that_are_none_for_a_while of_one_pixel of_one_pixel_alone
+               of_sixteen_thousand_pixels)
     add_test(NAME "x11.Monitors.${test}" COMMAND /usr/bin/python3 -B
              "${CMAKE_CURRENT_SOURCE_DIR}/x11_monitors_test.py" "Monitors.${test}")
     set_tests_properties("x11.Monitors.${test}" PROPERTIES TIMEOUT 180 LABELS desktop ENVIRONMENT
@@ -83,6 +84,7 @@ if(ORVANE_WAYLAND)
   matrix_row(sway sway_rows.py desktop)
   matrix_row(kwin kwin_rows.py desktop)
   matrix_row(kwin-plasma kwin_rows.py)
+  matrix_row(kwin-lock lock_rows.py)
   matrix_row(wayfire wayfire_rows.py)
 
   # Where it cannot be built, the row on Wayfire is missing.

@@ -1,15 +1,11 @@
 """The program on an X server whose session is locked, or not the one that its seat shows."""
 
-import os
 import time
 import unittest
 
-from desktop_session import eventually, listens, run_tests
+from desktop_session import eventually, run_tests
+from seat import ANOTHER, OURS, Seat
 from x11_row import X11Row
-
-HERE = os.path.dirname(os.path.abspath(__file__))
-LOGIND = "/org/freedesktop/login1"
-OUR_CONSOLE, ANOTHER = "2", "3"
 
 
 class OnASeat(X11Row):
@@ -18,24 +14,7 @@ class OnASeat(X11Row):
     monitors = ("screen",)
 
     def begin(self):
-        path = self.path("system-bus")
-        self.start("dbus-daemon", "--session", "--nofork", "--address=unix:path=" + path)
-        eventually("there is a system bus", lambda: os.path.exists(path) and listens(path))
-        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=" + path
-        script = self.within_reach(os.path.join(HERE, "login_service.py"))
-        self.logind = self.start("/usr/bin/python3", "-B", script)
-        eventually("there is a stand-in for logind", lambda: "ready" in self.logind.lines)
-
-    def call(self, path, method, argument):
-        target = ("--dest", "org.freedesktop.login1", "--object-path", LOGIND + path)
-        method = "org.freedesktop.login1." + method
-        self.ask("gdbus", "call", "--system", *target, "--method", method, argument)
-
-    def lock(self, is_locked):
-        self.call("/session/_32", "Session.SetLockedHint", "true" if is_locked else "false")
-
-    def switch_to(self, console):
-        self.call("/seat/seat0", "Seat.SwitchTo", console)
+        self.seat = Seat(self)
 
     def rests(self):
         """Whether the board says the same for some seconds, though it counts them."""
@@ -50,7 +29,7 @@ class OutOfSight(unittest.TestCase):
             session.prepare(displayMode="main")
             running = session.start_board()
             eventually("it counts", lambda: not session.rests(), 60)
-            eventually("it follows the session", lambda: "read" in session.logind.lines, 60)
+            eventually("it follows the session", session.seat.is_followed, 60)
             for _ in range(2):
                 hide(session)
                 eventually("it is drawn no more", session.rests, 60)
@@ -62,11 +41,13 @@ class OutOfSight(unittest.TestCase):
             self.assertEqual((running.end(), running.output), (0, ""))
 
     def while_it_is_locked(self):
-        self.come_through(lambda session: session.lock(True), lambda session: session.lock(False))
+        self.come_through(
+            lambda session: session.seat.say_locked(True), lambda session: session.seat.say_locked(False)
+        )
 
     def while_another_console_is_shown(self):
         self.come_through(
-            lambda session: session.switch_to(ANOTHER), lambda session: session.switch_to(OUR_CONSOLE)
+            lambda session: session.seat.switch_to(ANOTHER), lambda session: session.seat.switch_to(OURS)
         )
 
 

@@ -1,17 +1,22 @@
-"""The program on monitors of an X server that are renamed, mirrored, stand upright, are tiny, or are
-none for a while."""
+"""The program on monitors of an X server that are renamed, mirrored, stand upright, are tiny or
+huge, or are none for a while."""
 
+import re
 import time
 import unittest
 
 from agenda import screen_number
-from desktop_session import eventually, run_tests
+from desktop_session import eventually, program, run_tests
 from row import FIRST_BACKGROUND
+from sway_soak_test import held_by
 from x11_row import X11Row
 
 FEWEST_PIXELS = 2000
 # In seconds of the processor's time, while nobody sees the board.
 MOST_AT_WORK = 0.75
+# By sanitizers, too; without them it is a tenth of it.
+MOST_HELD_MB = 400
+ON_A_CARD = (300, 60)
 # The one that has the server's only output.
 FIRST = "DP-1"
 LEFT, RIGHT = (0, 0, 1280, 720), (1280, 0, 1280, 720)
@@ -66,6 +71,19 @@ class OneMonitor(X11Row):
 
     def drawn_pixels(self):
         return self.size[0] * self.size[1] - self.whole_picture().count(FIRST_BACKGROUND)
+
+
+class Unpainted(X11Row):
+    """Nobody paints its root window, which stays black."""
+
+    monitors = ("screen",)
+
+    def __init__(self, *size):
+        super().__init__()
+        self.size = size
+
+    def set_root_picture(self, color):
+        """It would be as large as the screen."""
 
 
 class Monitors(unittest.TestCase):
@@ -167,6 +185,32 @@ class Monitors(unittest.TestCase):
             self.assertGreaterEqual(session.drawn_pixels(RIGHT), FEWEST_PIXELS)
             session.change(FIRST, LEFT)
             self.see_board(session, LEFT, RIGHT)
+            self.end(running)
+
+
+    def of_one_pixel_alone(self):
+        with Unpainted(1, 1) as session:
+            session.prepare(displayMode="all")
+            running = session.start_board()
+            eventually("it has asked for the screens", lambda: running.seconds_at_work() > 0)
+            # Some beats of it.
+            time.sleep(2.5)
+            self.assertTrue(running.is_running())
+            self.end(running)
+
+    def of_sixteen_thousand_pixels(self):
+        """A picture of the whole screen would take more than half a gigabyte."""
+        with Unpainted(15360, 8640) as session:
+            session.prepare(displayMode="all")
+            running = session.start_board()
+            client = program("tests", "x11_client")
+            seen = session.start(client, "await", *map(str, ON_A_CARD), "000000")
+            eventually("the board stands in its corner", lambda: "ready" in seen.lines, 60)
+            (board,) = eventually("it has its window", session.popups)
+            width, height = (int(it) for it in re.findall(r"(?:Width|Height): (\d+)", session.about(board)))
+            self.assertLess(width, 2000)
+            self.assertLess(height, 1500)
+            self.assertLess(held_by(running.process.pid), MOST_HELD_MB)
             self.end(running)
 
 
