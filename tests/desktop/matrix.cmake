@@ -53,6 +53,7 @@ endif()
 if(ORVANE_X11)
   matrix_row(mutter mutter_rows.py desktop)
   matrix_row(gnome-shell gnome_shell_rows.py)
+  matrix_row(gnome-shell-killed gnome_shell_rows.py)
   matrix_row(icons-gnome-shell icon_rows.py)
 
   add_library(user_unit MODULE user_unit.cpp)

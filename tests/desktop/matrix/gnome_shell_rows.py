@@ -5,8 +5,9 @@ import json
 import os
 import time
 
-from desktop_session import eventually
-from mutter_session import start_mutter
+from checks import ALL_SCREENS, check, stands_on_every_screen
+from desktop_session import eventually, program
+from mutter_session import LastingNames, kill_mutter, start_mutter
 from neighbours import hexadecimal
 from picture import Picture
 from row import FIRST_BACKGROUND, Screen
@@ -109,10 +110,14 @@ class GnomeShell(X11Row):
 
     def begin(self):
         self.set_background(FIRST_BACKGROUND)
+        self.start_shell()
+        eventually("the icons are there, and stay", self._shows_icons_for_long, 60)
+
+    def start_shell(self):
         width, height = self.size
         monitor = ("--virtual-monitor", "%dx%d" % (width, height))
         shell = ("gnome-shell", "--headless", "--wayland", "--unsafe-mode", *monitor, *monitor)
-        start_mutter(self, *shell)
+        self.shell = start_mutter(self, *shell)
         # Programs that the bus starts are to find the display, the file manager above all.
         displays = ("WAYLAND_DISPLAY", "DISPLAY", "XAUTHORITY")
         named = ["%s=%s" % (name, self.environment[name]) for name in displays]
@@ -120,7 +125,6 @@ class GnomeShell(X11Row):
         eventually("the shell answers", self._is_ready, 60)
         self.evaluate(PREPARATION)
         self._wait_for_icons()
-        eventually("the icons are there, and stay", self._shows_icons_for_long, 60)
 
     def _is_ready(self):
         try:
@@ -297,5 +301,44 @@ GnomeShell.own_checks = (
 )
 
 
+class GnomeShellKilled(GnomeShell):
+    """The whole shell is killed, with its Xwayland, and another one started."""
+
+    name = "gnome-shell-killed"
+    common_checks = (stands_on_every_screen,)
+
+    def start_shell(self):
+        super().start_shell()
+        # It looks otherwise once the overview was there, which one shell begins with and another not.
+        self.evaluate("Main.panel.statusArea.activities.hide()")
+        self.names = LastingNames(self)
+        self.names.renew()
+
+    def start_board(self):
+        return self.start(program("orvane"), environment=self.names.environment)
+
+    def replace_shell(self):
+        """The program is let in by then, or at its next attempt."""
+        self.names.withdraw()
+        kill_mutter(self, self.shell)
+        self.start_shell()
+
+    def __exit__(self, *error):
+        if hasattr(self, "names"):
+            self.names.withdraw()
+        super().__exit__(*error)
+
+
+@check(**ALL_SCREENS)
+def stands_on_the_next_shell(trial):
+    trial.row.replace_shell()
+    for screen in trial.screens:
+        trial.settle(screen, "after the shell was killed")
+    require(trial.running.output == "", "it says " + trial.running.output)
+
+
+GnomeShellKilled.own_checks = (stands_on_the_next_shell,)
+
+
 if __name__ == "__main__":
-    run_named(GnomeShell)
+    run_named(GnomeShell, GnomeShellKilled)

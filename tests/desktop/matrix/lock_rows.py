@@ -8,7 +8,7 @@ from desktop_session import eventually, program
 from kwin_rows import KWinRow
 from kwin_session import KWinSession
 from row import FIRST_BACKGROUND
-from run import run_named
+from run import keep_picture, run_named
 from seat import Seat
 from trial import require
 
@@ -92,6 +92,7 @@ def try_lock(row, report):
     report.attempt("the board is seen", board.wait_until_seen)
     for time_of in ("once", "twice"):
         report.attempt("nothing is drawn while locked, %s" % time_of, lock_and_unlock, row, board)
+    keep_picture(row)
     report.attempt("ends well", lambda: require(board.running.end() == 0, "it does not"))
 
 

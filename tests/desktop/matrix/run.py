@@ -101,7 +101,8 @@ def _finish(trial, report, settings):
         trial.running = None
 
 
-def _keep_picture(row, suffix=""):
+def keep_picture(row, suffix=""):
+    """Of all screens, side by side, in the folder that ORVANE_DESKTOPS names."""
     folder = os.environ.get("ORVANE_DESKTOPS")
     if not folder:
         return
@@ -115,13 +116,13 @@ def _keep_picture(row, suffix=""):
 
 def _keep_failure(row, number):
     try:
-        _keep_picture(row, "-failure-%d" % number)
+        keep_picture(row, "-failure-%d" % number)
     except Exception as error:  # the desktop may be gone; the failure is told all the same
         print("  no picture of it: %s" % error, flush=True)
 
 
 def _try_all(row, report):
-    try_checks(row, report, lambda trial: _keep_picture(row))
+    try_checks(row, report, lambda trial: keep_picture(row))
 
 
 def run_row(row_class, trying=_try_all):
