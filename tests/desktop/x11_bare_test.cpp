@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <optional>
+
 #include "x11_probe_board.h"
 
 namespace orvane::desktop_test {
@@ -12,6 +15,35 @@ constexpr std::uint32_t sand = 0xc0a060;
 
 Picture filledWith(std::uint32_t colour) {
   return {1600, 900, std::vector<std::uint32_t>(std::size_t{1600} * 900, colour)};
+}
+
+// Lets no window be shown but by this client.
+void beTheManager(const Observer& observer) {
+  auto* connection = observer.connection();
+  const std::uint32_t redirects = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+  xcb_change_window_attributes(connection, observer.root(), XCB_CW_EVENT_MASK, &redirects);
+  const auto own = xcb_generate_id(connection);
+  xcb_create_window(connection, XCB_COPY_FROM_PARENT, own, observer.root(), -10, -10, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  for (const auto window : {observer.root(), own}) {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window,
+                        observer.atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 32, 1, &own);
+  }
+  observer.sync();
+}
+
+// The next window that wishes to be shown; nothing when none does.
+std::optional<xcb_window_t> nextWish(const Observer& observer) {
+  std::optional<xcb_window_t> wished;
+  eventually([&] {
+    auto* event = xcb_poll_for_event(observer.connection());
+    if (event != nullptr && event->response_type == XCB_MAP_REQUEST) {
+      wished = reinterpret_cast<xcb_map_request_event_t*>(event)->window;
+    }
+    std::free(event);
+    return wished.has_value() || xcb_connection_has_error(observer.connection()) != 0;
+  });
+  return wished;
 }
 
 class OnABareServer : public testing::Test {
@@ -59,6 +91,21 @@ TEST_F(OnABareServer, SurvivesARootPictureThatIsGone) {
   Probe probe(session_);
   ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
   expectBoardOver(0x202124);
+  EXPECT_EQ(probe.process().output(), "");
+}
+
+// What is there when it is asked for and cannot be drawn from a moment later, as a window can never
+// be.
+TEST_F(OnABareServer, SurvivesARootPictureThatGoesWhileItIsRead) {
+  const std::uint32_t window = observer_.openWindow({1590, 890, 10, 10}, sand);
+  xcb_change_property(observer_.connection(), XCB_PROP_MODE_REPLACE, observer_.root(),
+                      observer_.atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP, 32, 1, &window);
+  observer_.sync();
+  Probe probe(session_);
+  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  expectBoardOver(0x202124);
+  observer_.setRootPicture(green);
+  expectBoardOver(green);
   EXPECT_EQ(probe.process().output(), "");
 }
 
@@ -155,6 +202,23 @@ TEST_F(OnABareServer, BecomesManagedWhenAWindowManagerComes) {
     return boards.size() == 1 && boards[0].isUnmanaged;
   }));
   expectBoardOver(green);
+}
+
+// One that has just come, and does not yet hear what windows wish.
+TEST_F(OnABareServer, WishesToBeShownAgainWhereAWindowManagerMissedIt) {
+  const Observer manager(session_.display());
+  beTheManager(manager);
+  Probe probe(session_);
+  const auto missed = nextWish(manager);
+  ASSERT_TRUE(missed);
+  const auto heard = nextWish(manager);
+  ASSERT_TRUE(heard);
+  EXPECT_NE(*heard, *missed);
+  xcb_map_window(manager.connection(), *heard);
+  manager.sync();
+  expectBoardOver(0x202124);
+  EXPECT_EQ(Probe::boards(observer_).size(), 1U);
+  EXPECT_EQ(probe.process().output(), "");
 }
 
 TEST_F(OnABareServer, SaysOnceThatTheServerIsGone) {

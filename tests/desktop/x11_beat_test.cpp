@@ -151,6 +151,25 @@ TEST_P(BeatBehindGlass, GoesOnWhereItShinesThrough) {
   EXPECT_FALSE(eventually([&] { return paintingsWithin(2.2) == 0; }, Milliseconds(5000)));
 }
 
+TEST_P(BeatBehindGlass, ComesAgainWhenItBeginsToShineThrough) {
+  const auto window = fillScreen();
+  ASSERT_TRUE(comesToRest());
+  observer_.makeTranslucent(window);
+  EXPECT_TRUE(eventually([&] { return paintingsWithin(1.2) > 0; }));
+}
+
+// As with two monitors, of which the other one is worked at.
+TEST_P(BeatBehindGlass, IsNoneWhereAnotherWindowIsActive) {
+  const auto window = fillScreen();
+  ASSERT_TRUE(eventually([&] { return observer_.activeWindow() == window; }));
+  ASSERT_TRUE(comesToRest());
+  const auto other = observer_.openWindow({1100, 80, 300, 200}, 0x00ff00);
+  ASSERT_TRUE(eventually([&] { return observer_.activeWindow() == other; }));
+  EXPECT_EQ(paintingsWithin(2.2), 0U);
+  observer_.closeWindow(window);
+  expectPaintedAtOnce();
+}
+
 TEST_P(BeatOutOfSight, IsNoneWhileTheScreenIsBlank) {
   ASSERT_EQ(session_.start({"xset", "s", "activate"})->waitForEnd(), 0);
   EXPECT_TRUE(comesToRest());

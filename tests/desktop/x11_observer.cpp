@@ -213,6 +213,11 @@ void Observer::makeTranslucent(xcb_window_t window) const {
   sync();
 }
 
+xcb_window_t Observer::activeWindow() const {
+  const auto named = numbers(root(), "_NET_ACTIVE_WINDOW");
+  return named.empty() ? 0 : named[0];
+}
+
 void Observer::tellManager(const std::string& message, std::uint32_t value) const {
   tellManager(root(), message, {value, 0, 0, 0, 0});
 }

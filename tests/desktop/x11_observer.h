@@ -78,6 +78,7 @@ class Observer {
   void setFullScreen(xcb_window_t window, bool isFull) const;
   // As compositing managers are told to let something shine through a window.
   void makeTranslucent(xcb_window_t window) const;
+  [[nodiscard]] xcb_window_t activeWindow() const;  // or 0
   void showWorkspace(std::uint32_t number) const;
   void showDesktop() const;  // in place of the ordinary windows
   // Sets a picture of one colour on the root, as programs that set wallpapers do.

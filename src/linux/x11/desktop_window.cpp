@@ -16,6 +16,8 @@ namespace {
 constexpr int patienceWithPlace = 3;
 constexpr int patienceWithOrder = 5;
 constexpr TimeInterval orderMemory = 10;
+constexpr int patienceWithShowing = 3;
+constexpr Duration patienceWithManager = std::chrono::seconds(2);
 
 PixelPoint cornerOf(const Rect& frame, double scale) {
   return {static_cast<int>(std::lround(frame.x * scale)),
@@ -64,9 +66,7 @@ void DesktopWindow::orderBack() {
 void DesktopWindow::close() {
   isOrderedIn_ = false;
   board_.reset();
-  isMapped_ = false;
-  isPutAside_ = false;
-  isObscured_ = false;
+  presence_ = {};
   canvas_.drop();
   area_.reset();
   lastInstant_.reset();
@@ -115,9 +115,7 @@ std::uint32_t DesktopWindow::wantedDesktop() const {
 
 void DesktopWindow::makeBoard() {
   joinedAllSpaces_ = joinsAllSpaces();
-  isMapped_ = false;
-  isPutAside_ = false;
-  isObscured_ = false;
+  presence_ = {};
   corrections_ = 0;
   const auto& extent = canvas_.extent();
   board_ = std::make_unique<BoardWindow>(
@@ -127,6 +125,22 @@ void DesktopWindow::makeBoard() {
       wantedDesktop());
   board_->setPassesClicks(properties.ignoresMouseEvents);
   putAtBottom();
+}
+
+void DesktopWindow::showBoard() {
+  if (board_->isWanted()) return;
+  board_->show();
+  showing_ = around_.actor.after(patienceWithManager, [this] { beginAnewIfNotShown(); });
+}
+
+// A window manager that has just come may have missed that we wished to be shown. One that goes on
+// keeping us off the screen means it.
+void DesktopWindow::beginAnewIfNotShown() {
+  const bool isShown = !board_ || !board_->isWanted() || presence_.isMapped();
+  if (isShown || ++attempts_ > patienceWithShowing) return;
+  board_.reset();
+  canvas_.drop();
+  place();
 }
 
 // Without a window manager the order is ours to keep.
@@ -155,7 +169,7 @@ void DesktopWindow::render(Date now) {
   parts.reserve(damage.size());
   for (const auto& rect : damage) parts.push_back(pixelsCovering(rect, scale_));
   paint(parts);
-  board_->show();
+  showBoard();
 }
 
 // The window on the server, and the memory of its picture, begin anew.
@@ -164,7 +178,7 @@ void DesktopWindow::renderAll(const PixelRect& area) {
   if (!board_) makeBoard();
   placeBoard();
   // First, since what is drawn on a window that is not there is lost until the server asks for it.
-  board_->show();
+  showBoard();
   paint({area});
   // At once: a picture that is new need not wait for whatever else this turn of the loop has to do.
   if (xcb::takesRequests(around_.connection.handle())) xcb_flush(around_.connection.handle());
@@ -206,13 +220,15 @@ bool DesktopWindow::isInSight() const {
   if (!isOrderedIn_ || !scene_ || around_.sight.isNone()) return false;
   // A window that has nothing to draw is not on the server, but what it shows may begin to be.
   const bool isAbsentByChoice = !board_ || !board_->isWanted();
-  return isAbsentByChoice || (isMapped_ && !isObscured_ && !isBehindFullScreen());
+  return isAbsentByChoice ||
+         (presence_.isMapped() && !presence_.isObscured() && !isBehindFullScreen());
 }
 
 bool DesktopWindow::isOutOfSight() const {
   if (around_.sight.isNone()) return true;
   if (!board_ || !board_->isWanted()) return false;
-  return isPutAside_ || (isMapped_ && (isObscured_ || isBehindFullScreen()));
+  return presence_.isPutAside() ||
+         (presence_.isMapped() && (presence_.isObscured() || isBehindFullScreen()));
 }
 
 bool DesktopWindow::isBehindFullScreen() const {
@@ -248,33 +264,12 @@ void DesktopWindow::contentWillChange() {
 
 void DesktopWindow::handle(const xcb_generic_event_t& event) {
   if (!board_) return;
+  presenceChanged(presence_.take(event, board_->id(), board_->isWanted()));
   switch (typeOf(event)) {
     case XCB_EXPOSE:
       if (as<xcb_expose_event_t>(event).window == board_->id()) {
         expose(as<xcb_expose_event_t>(event));
       }
-      break;
-    case XCB_VISIBILITY_NOTIFY: {
-      const auto& seen = as<xcb_visibility_notify_event_t>(event);
-      if (seen.window != board_->id()) break;
-      isObscured_ = seen.state == XCB_VISIBILITY_FULLY_OBSCURED;
-      sightChanged();
-      break;
-    }
-    case XCB_MAP_NOTIFY:
-      if (as<xcb_map_notify_event_t>(event).window != board_->id()) break;
-      isMapped_ = true;
-      isPutAside_ = false;
-      // xfwm4 takes a window's input shape over to its frame only when it changes while the window
-      // is managed, which it is now.
-      board_->setPassesClicks(properties.ignoresMouseEvents);
-      sightChanged();
-      break;
-    case XCB_UNMAP_NOTIFY:
-      if (as<xcb_unmap_notify_event_t>(event).window != board_->id()) break;
-      isMapped_ = false;
-      isPutAside_ = board_->isWanted();
-      followSight();
       break;
     case XCB_CONFIGURE_NOTIFY:
       configured(as<xcb_configure_notify_event_t>(event), isSentByClient(event));
@@ -282,6 +277,18 @@ void DesktopWindow::handle(const xcb_generic_event_t& event) {
     default:
       break;
   }
+}
+
+void DesktopWindow::presenceChanged(Presence::Change change) {
+  if (change == Presence::Change::none) return;
+  if (change == Presence::Change::mapped) {
+    showing_ = {};
+    attempts_ = 0;
+    // xfwm4 takes a window's input shape over to its frame only when it changes while the window
+    // is managed, which it is now.
+    board_->setPassesClicks(properties.ignoresMouseEvents);
+  }
+  sightChanged();
 }
 
 void DesktopWindow::expose(const xcb_expose_event_t& event) {

@@ -7,6 +7,7 @@
 #include "linux/x11/canvas.h"
 #include "linux/x11/client_stack.h"
 #include "linux/x11/desktop_watch.h"
+#include "linux/x11/presence.h"
 #include "linux/x11/root_picture.h"
 #include "linux/x11/screen_list.h"
 #include "linux/x11/sight.h"
@@ -48,6 +49,8 @@ class DesktopWindow final : public NSWindow {
   // Brings the window on the server in line with properties, frame and desktop.
   void place();
   void makeBoard();
+  void showBoard();
+  void beginAnewIfNotShown();
   [[nodiscard]] BoardStyle wantedStyle() const;
   [[nodiscard]] std::uint32_t wantedDesktop() const;
   [[nodiscard]] bool joinsAllSpaces() const;
@@ -74,6 +77,7 @@ class DesktopWindow final : public NSWindow {
   void contentWillChange();
 
   void handle(const xcb_generic_event_t& event);
+  void presenceChanged(Presence::Change change);
   void expose(const xcb_expose_event_t& event);
   void put(const PixelRect& part);
   void configured(const xcb_configure_notify_event_t& event, bool isFromManager);
@@ -89,10 +93,9 @@ class DesktopWindow final : public NSWindow {
   std::unique_ptr<Scene> scene_;
 
   bool isOrderedIn_ = false;
-  bool isMapped_ = false;
-  bool isPutAside_ = false;  // unmapped by somebody else
-  bool isObscured_ = false;
   bool joinedAllSpaces_ = false;
+  Presence presence_;
+  int attempts_ = 0;     // at being shown, since it was shown last
   int corrections_ = 0;  // of its place, against a window manager that puts it elsewhere
   bool putsAllWhenPlaced_ = false;
   int restacks_ = 0;
@@ -106,6 +109,7 @@ class DesktopWindow final : public NSWindow {
   Subscription beat_;
   Subscription contentChanges_;
   Subscription rebuild_;
+  Subscription showing_;
   Subscription events_;
   Subscription desktopChanges_;
   Subscription stackChanges_;

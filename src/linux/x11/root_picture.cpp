@@ -61,12 +61,17 @@ std::optional<RootPicture::Source> RootPicture::source() const {
 }
 
 void RootPicture::fill(SharedPixels& pixels, PixelPoint at) const {
-  const auto picture = source();
-  if (picture && fetch(*picture, pixels, at)) return makeOpaque(pixels.buffer());
+  // One that goes while it is read was replaced, as a rule.
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    const auto picture = source();
+    if (!picture) break;
+    if (fetch(*picture, pixels, at)) return makeOpaque(pixels.buffer());
+  }
   fillWith(pixels.buffer(), noPicture);
 }
 
 // The server itself repeats the pixmap over the part that is wanted, however small the pixmap is.
+// That the pixmap is gone by now is nothing to report, nor is what cannot be done without it.
 bool RootPicture::fetch(const Source& source, SharedPixels& pixels, PixelPoint at) const {
   auto* handle = connection_.handle();
   const auto& buffer = pixels.buffer();
@@ -77,16 +82,19 @@ bool RootPicture::fetch(const Source& source, SharedPixels& pixels, PixelPoint a
   const std::array<std::uint32_t, 5> values = {XCB_FILL_STYLE_TILED, source.pixmap,
                                                static_cast<std::uint32_t>(-at.x),
                                                static_cast<std::uint32_t>(-at.y), 0};
-  xcb_create_gc(handle, gc, part,
-                XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X |
-                    XCB_GC_TILE_STIPPLE_ORIGIN_Y | XCB_GC_GRAPHICS_EXPOSURES,
-                values.data());
+  const auto made =
+      xcb_create_gc_checked(handle, gc, part,
+                            XCB_GC_FILL_STYLE | XCB_GC_TILE | XCB_GC_TILE_STIPPLE_ORIGIN_X |
+                                XCB_GC_TILE_STIPPLE_ORIGIN_Y | XCB_GC_GRAPHICS_EXPOSURES,
+                            values.data());
   const xcb_rectangle_t all{0, 0, extent(buffer.width), extent(buffer.height)};
-  xcb_poly_fill_rectangle(handle, part, gc, 1, &all);
-  const bool fetched = pixels.fetch(part);
-  xcb_free_gc(handle, gc);
+  const auto filled = xcb_poly_fill_rectangle_checked(handle, part, gc, 1, &all);
+  xcb_discard_reply(handle, filled.sequence);
+  const bool isFetched = pixels.fetch(part);
+  const auto freed = xcb_free_gc_checked(handle, gc);
+  xcb_discard_reply(handle, freed.sequence);
   xcb_free_pixmap(handle, part);
-  return fetched;
+  return xcb::wasServed(handle, made) && isFetched;
 }
 
 }  // namespace orvane::host::x11
