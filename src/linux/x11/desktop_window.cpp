@@ -17,7 +17,7 @@ constexpr int patienceWithPlace = 3;
 constexpr int patienceWithOrder = 5;
 constexpr TimeInterval orderMemory = 10;
 constexpr int patienceWithShowing = 3;
-constexpr Duration patienceWithManager = std::chrono::seconds(2);
+constexpr Duration patienceWithManager = std::chrono::seconds(3);
 
 PixelPoint cornerOf(const Rect& frame, double scale) {
   return {static_cast<int>(std::lround(frame.x * scale)),
