@@ -16,7 +16,8 @@ if(ORVANE_X11)
   set(script settings_window_test.py)
   settings_test(${script} Names are_those_of_the_controls_and_no_others
                 are_reached_in_order_by_the_keyboard are_stepped_through_tab_by_tab have_letters)
-  settings_test(${script} Sources are_chosen_and_all_again come_and_go)
+  settings_test(${script} Sources are_chosen_and_all_again are_chosen_by_screen_readers
+                come_and_go)
   settings_test(${script} Display is_chosen toggles_are_stored shows_what_was_changed_elsewhere
                 springs_back_where_login_items_cannot_be_written)
   settings_test(${script} SmartNext toggles_are_stored words_are_stored_as_they_are_typed)

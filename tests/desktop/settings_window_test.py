@@ -170,6 +170,18 @@ class Sources(unittest.TestCase):
             xfce.accessible.act("All", "push button", "Reminder Lists")
             xfce.expect("selectedReminderListIDs", [])
 
+    def are_chosen_by_screen_readers(self):
+        with Session() as xfce:
+            xfce.toggle("Work")
+            chosen = eventually("Work is chosen", lambda: xfce.setting("selectedCalendarIDs"))
+            eventually("it is on", lambda: xfce.is_on("Work"))
+            xfce.toggle("Home")
+            eventually("both are chosen", lambda: len(xfce.setting("selectedCalendarIDs")) == 2)
+            xfce.toggle("Home")
+            xfce.expect("selectedCalendarIDs", chosen)
+            xfce.toggle("Errands")
+            eventually("a list is chosen", lambda: xfce.setting("selectedReminderListIDs"))
+
     def come_and_go(self):
         with Session() as xfce:
             xfce.go_to_row("Work")

@@ -1,5 +1,6 @@
 #include "linux/settingswindow/gtk/source_rows.h"
 
+#include <giomm/simpleactiongroup.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/label.h>
 #include <gtkmm/noselection.h>
@@ -30,6 +31,7 @@ class RowToggle final : public Gtk::CheckButton {
     signal_toggled().connect([this] {
       if (row_ && !isShowing_) toggled_(row_->row().key, get_active());
     });
+    offerAction();
   }
 
   void bind(const Glib::RefPtr<SourceRow>& row) {
@@ -43,6 +45,12 @@ class RowToggle final : public Gtk::CheckButton {
   }
 
  private:
+  // The toolkit tells screen readers of a widget's actions, but has none for a check button.
+  void offerAction() {
+    const auto actions = Gio::SimpleActionGroup::create();
+    actions->add_action("toggle", [this] { activate(); });
+    insert_action_group("row", actions);
+  }
   void show() {
     isShowing_ = true;
     const FormRow& row = row_->row();
