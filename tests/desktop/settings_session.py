@@ -32,6 +32,7 @@ END:VTODO\r
 END:VCALENDAR\r
 """
 FAR = 60  # more steps than there are controls
+PATIENCE_WITH_KEYS = 3  # seconds; at the end of a list nothing comes of a key
 PROGRAM = "orvane-settings"
 
 
@@ -129,7 +130,7 @@ class SettingsSession:
         """What has the focus a moment after the key; it may be the same."""
         before = self.accessible.focused() or {}
         self.press(key)
-        limit = time.monotonic() + 1
+        limit = time.monotonic() + PATIENCE_WITH_KEYS
         while time.monotonic() < limit:
             focused = self.accessible.focused() or {}
             if focused != before:
