@@ -8,8 +8,10 @@ import unittest
 from collections import Counter
 
 from agenda import add_calendars, set_defaults
+from at_rest import grows_not, sleeps
 from desktop_session import eventually, own_display, program, run_tests
-from kwin_session import BACKGROUND, KWinSession
+from kwin_session import BACKGROUND, WINDOW, KWinSession
+from protocol_trace import ProtocolTrace
 from sway_probe_test import DIGITS, PANEL, PANEL_BOX, shown_time
 
 SIZE = (1920, 1080)
@@ -166,6 +168,42 @@ class Outputs(unittest.TestCase):
         drawn = lambda: re.findall(r"(wl_surface@\d+)\.attach", running.output[before:])
         eventually("something is drawn", lambda: max(Counter(drawn()).values(), default=0) >= 3, 60)
         return len(set(drawn()))
+
+
+class OutOfSight(unittest.TestCase):
+    """Behind a window that fills the output and lets nothing through: nothing is drawn, and the
+    program sleeps. What is seen again is right at once."""
+
+    def behind_windows_that_are_drawn_in_every_frame_or_never(self):
+        with KWinSession() as kwin:
+            add_calendars(kwin)
+            kwin.background()
+            watched = {"WAYLAND_DEBUG": "client"}
+            running = kwin.start(kwin.slim(program("orvane")), environment=watched)
+            eventually("it is drawn", lambda: len(self.frames(running)) > 3, 60)
+            for kind in ("film", "maximized"):
+                self.rests_behind(kwin, running, kind)
+            self.assertEqual(running.end(), 0)
+
+    def rests_behind(self, kwin, running, kind):
+        drawn = lambda: len(self.frames(running))
+        window = kwin.neighbour(kind, "cover", WINDOW)
+        covered = lambda: kwin.picture().count(WINDOW) == 1280 * 720
+        eventually("the window covers all", covered)
+        eventually("it is drawn no more", lambda: grows_not(drawn), 60)
+        eventually("it sleeps", lambda: sleeps(running), 60)
+        self.assertTrue(covered())
+        before, asked = drawn(), time.time()
+        window.end()
+        eventually("it is drawn again", lambda: drawn() > before)
+        self.assertLess(self.frames(running)[before].time - asked, 1)
+        eventually("it goes on", lambda: drawn() > before + 3)
+
+    @staticmethod
+    def frames(running):
+        """Of all surfaces that the board ever had, as the program itself sent them."""
+        lines = (line.replace(" -> ", "") for line in running.lines)
+        return sum(ProtocolTrace(lines, "org.orvane.Orvane").surfaces, [])
 
 
 class Loss(unittest.TestCase):

@@ -1,9 +1,9 @@
 // A neighbour of the board on a Wayland desktop: one surface of one colour, either the desktop's
 // background (`sway_client background OUTPUT RRGGBB`, or `stripes`, every other eight pixels of
-// which are black) or an ordinary window (`sway_client window TITLE RRGGBB`, or `maximized`). It
-// prints "ready" when it is on the screen and a line for each event of pointer and keyboard that
-// reaches it, and runs until it is told to end. With it comes a pointer, which a display server
-// without devices lacks.
+// which are black) or an ordinary window (`sway_client window TITLE RRGGBB`, or `maximized`, or
+// `film`, which is maximized and drawn anew in every frame). It prints "ready" when it is on the
+// screen and a line for each event of pointer and keyboard that reaches it, and runs until it is
+// told to end. With it comes a pointer, which a display server without devices lacks.
 #include <linux/input-event-codes.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -41,6 +41,7 @@ struct Client {
   WindowSize windowSize;
   bool shown = false;
   bool striped = false;
+  bool moving = false;
 };
 
 Client& of(void* it) { return *static_cast<Client*>(it); }
@@ -189,11 +190,22 @@ wl_buffer* makeBuffer(const Client& client, int width, int height) {
   return buffer;
 }
 
+void drawEveryFrame(Client& client) {
+  static const wl_callback_listener listener = {[](void* it, wl_callback* frame, std::uint32_t) {
+    wl_callback_destroy(frame);
+    drawEveryFrame(of(it));
+  }};
+  wl_callback_add_listener(wl_surface_frame(client.surface), &listener, &client);
+  wl_surface_damage(client.surface, 0, 0, client.windowSize.width, client.windowSize.height);
+  wl_surface_commit(client.surface);
+}
+
 void show(Client& client, int width, int height) {
   wl_buffer* buffer = makeBuffer(client, width, height);
   wl_surface_attach(client.surface, buffer, 0, 0);
   wl_surface_damage(client.surface, 0, 0, width, height);
   wl_surface_commit(client.surface);
+  if (!client.shown && client.moving) drawEveryFrame(client);
   if (!client.shown) std::puts("ready");
   client.shown = true;
 }
@@ -251,7 +263,7 @@ void becomeWindow(Client& client, const std::string& title, bool maximized) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count != 4) fail("usage: sway_client background|stripes|window|maximized NAME RRGGBB");
+  if (count != 4) fail("usage: sway_client background|stripes|window|maximized|film NAME RRGGBB");
   const std::string kind = arguments[1];
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
   Client client;
@@ -268,10 +280,11 @@ int main(int count, char** arguments) {
     zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointerMaker, nullptr);
   }
   client.striped = kind == "stripes";
+  client.moving = kind == "film";
   if (client.striped || kind == "background") {
     becomeBackground(client, arguments[2]);
   } else {
-    becomeWindow(client, arguments[2], kind == "maximized");
+    becomeWindow(client, arguments[2], kind == "maximized" || client.moving);
   }
   wl_surface_commit(client.surface);
   while (wl_display_dispatch(client.display) >= 0) {

@@ -1,11 +1,11 @@
 """The program on outputs of every kind under a real sway, and on outputs where nobody can see it."""
 
 import json
-import re
 import time
 import unittest
 
 from agenda import add_calendar, set_defaults
+from at_rest import grows_not, sleeps
 from desktop_session import eventually, program, run_tests
 from journey import Journey
 from protocol_trace import ProtocolTrace
@@ -33,25 +33,9 @@ class OutOfSight(unittest.TestCase):
         """Of all surfaces that the board ever had."""
         return sum(ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces, [])
 
-    def rests(self, sway):
-        before = len(self.frames(sway))
-        time.sleep(3.2)
-        return len(self.frames(sway)) == before
-
-    @staticmethod
-    def sleeps(running):
-        """Whether the program does nothing at all for some seconds, but for what the session's
-        other programs ask of it."""
-        with open("/proc/%d/status" % running.process.pid, encoding="ascii") as file:
-            woken = lambda text: int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)", text, re.M)[1])
-            before = woken(file.read())
-            time.sleep(4.2)
-            file.seek(0)
-            return woken(file.read()) - before < 2
-
     def assert_rests_until(self, sway, running, shown_again):
-        eventually("it is drawn no more", lambda: self.rests(sway), 40)
-        eventually("it sleeps", lambda: self.sleeps(running), 60)
+        eventually("it is drawn no more", lambda: grows_not(lambda: len(self.frames(sway))), 40)
+        eventually("it sleeps", lambda: sleeps(running), 60)
         before = len(self.frames(sway))
         asked = time.time()
         shown_again()
