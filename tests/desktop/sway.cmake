@@ -65,6 +65,7 @@ sway_test(${script} Seconds never_skip_nor_repeat are_drawn_on_the_second change
 set(script sway_program_test.py)
 sway_test(${script} Program stands_on_the_main_screen stands_on_every_screen
           stands_on_the_selected_screen stands_on_the_main_screen_while_the_selected_one_is_away
+          sleeps_while_there_are_no_screens_and_comes_back
           clicks_go_through windows_cover_it leaves_nothing)
 sway_test(${script} ProgramSeconds never_skip_nor_repeat are_drawn_on_the_second are_slept_through
           wake_it_once_each change_a_few_thousand_pixels show_a_new_calendar_within_two)

@@ -6,6 +6,7 @@ import time
 import unittest
 
 from agenda import add_calendar, screen_number, set_defaults
+from at_rest import sleeps
 from desktop_session import eventually, program, run_tests
 from protocol_trace import ProtocolTrace
 from sway_session import BACKGROUND, WINDOW, SwayInWindows, SwaySession
@@ -106,6 +107,21 @@ class Program(unittest.TestCase):
             begin(sway)
             wait_for_board(sway, "HEADLESS-2", 1.5)
             self.assertTrue(is_bare(sway, "HEADLESS-1"))
+
+    def sleeps_while_there_are_no_screens_and_comes_back(self):
+        with SwayInWindows(outputs=1) as sway:
+            add_calendar(sway)
+            running = begin(sway, ["WL-1"])
+            wait_for_board(sway, "WL-1")
+            sway.unplug("WL-1")
+            self.assertEqual(sway.outputs(), [])
+            eventually("the program sleeps", lambda: sleeps(running), 60)
+            added = sway.plug_in()
+            sway.background(added)
+            board = wait_for_board(sway, added)
+            eventually("it ticks", lambda: sway.picture(added).differing_box(board) is not None)
+            self.assertEqual(running.output, "")
+            self.assertEqual(running.end(), 0)
 
     def stands_on_the_main_screen_while_the_selected_one_is_away(self):
         with SwayInWindows() as sway:
