@@ -36,7 +36,7 @@ packages_desktops=(
   gnome-shell gnome-shell-extension-desktop-icons-ng nautilus gnome-session-bin python3-dbusmock
   gir1.2-gdm-1.0 gir1.2-rsvg-2.0 gir1.2-gweather-4.0 gir1.2-ibus-1.0 gir1.2-geoclue-2.0 gir1.2-nm-1.0
   gir1.2-upowerglib-1.0 gir1.2-accountsservice-1.0 gir1.2-gnomebluetooth-3.0 gir1.2-polkit-1.0
-  gir1.2-gck-1 gir1.2-gcr-3
+  gir1.2-gck-1 gir1.2-gcr-3 gnome-settings-daemon
 )
 
 # What looks at the Debian package.

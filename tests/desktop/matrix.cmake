@@ -52,6 +52,7 @@ endif()
 # Mutter has no layer shell: the program comes to its Xwayland by itself.
 if(ORVANE_X11)
   matrix_row(mutter mutter_rows.py desktop)
+  matrix_row(mutter-scaled mutter_rows.py)
   matrix_row(gnome-shell gnome_shell_rows.py)
   matrix_row(gnome-shell-killed gnome_shell_rows.py)
   matrix_row(icons-gnome-shell icon_rows.py)
@@ -74,6 +75,7 @@ if(ORVANE_X11)
 
   mutter_test(mutter_program_test.py Xwayland is_started_when_the_program_asks_for_it
               shows_a_board_on_every_monitor is_drawn_at_the_scale_that_the_session_sets
+              is_drawn_in_points_where_mutter_scales_by_itself
               that_is_killed_is_started_again_for_the_board)
   mutter_test(mutter_loss_test.py Loss is_survived_with_the_agenda_of_the_time
               is_survived_while_the_next_one_has_no_monitor ends_with_the_session)

@@ -40,6 +40,23 @@ class MutterSession(DesktopSession):
         agenda.set_defaults(self, displayMode="all")
         return self.start(program("orvane"))
 
+    def set_scale(self, scale):
+        """Of the first monitor, as GNOME's settings do, for the time of the session."""
+        state = eventually("Mutter tells its monitors", lambda: self._ask_mutter("GetCurrentState"))
+        serial = re.match(r"\(uint32 (\d+)", state)[1]
+        monitor, mode = re.search(r"\[\(\('([^']+)'.*?\[\('([^']+)'", state).groups()
+        logical = "[(0, 0, %s, uint32 0, true, [('%s', '%s', @a{sv} {})])]" % (scale, monitor, mode)
+        if self._ask_mutter("ApplyMonitorsConfig", serial, "1", logical, "{}") is None:
+            raise AssertionError("Mutter refuses the scale %s" % scale)
+
+    def _ask_mutter(self, method, *arguments):
+        name, path = "org.gnome.Mutter.DisplayConfig", "/org/gnome/Mutter/DisplayConfig"
+        call = ("gdbus", "call", "--session", "--dest", name, "--object-path", path, "--method")
+        try:
+            return self.ask(*call, "%s.%s" % (name, method), *arguments).decode()
+        except AssertionError:
+            return None
+
     def has_xwayland(self):
         return any("Xwayland" in line.split()[0] for line in self.processes() if line)
 
@@ -69,6 +86,13 @@ def as_started_by_systemd(session):
     shutil.copyfile(program("tests", "user_unit.so"), library)
     os.chmod(library, 0o755)
     return {"LD_PRELOAD": library}
+
+
+def scaling_by_itself(session):
+    """Mutter then shows X11 clients a screen in points and scales what they draw."""
+    settings = "[org/gnome/mutter]\nexperimental-features=['scale-monitor-framebuffer']\n"
+    session.write(settings, ".config", "glib-2.0", "settings", "keyfile")
+    return {"GSETTINGS_BACKEND": "keyfile"}
 
 
 class Xwayland(unittest.TestCase):
@@ -108,6 +132,17 @@ class Xwayland(unittest.TestCase):
             eventually("it is larger", lambda: 1.6 * once < self.width(session) < 2.1 * once)
             self.assertEqual((running.end(), running.output), (0, ""))
 
+    def is_drawn_in_points_where_mutter_scales_by_itself(self):
+        with MutterSession(["2560x1440"], scaling_by_itself) as session:
+            running = session.start_board()
+            once = eventually("the board is as wide as it gets", lambda: self.settled(session))
+            for scale in (2.0, 1.25, 1.0):
+                session.set_scale(scale)
+                size = (int(2560 / scale), int(1440 / scale))
+                stands = lambda: self.screen(session) == size and self.stands_within(session, size, once)
+                eventually("the board stands on a screen of %d × %d" % size, stands, 40)
+            self.assertEqual((running.end(), running.output), (0, ""))
+
     def that_is_killed_is_started_again_for_the_board(self):
         with MutterSession(["1600x900"], as_started_by_systemd) as session:
             running = session.start_board()
@@ -124,6 +159,22 @@ class Xwayland(unittest.TestCase):
     @staticmethod
     def another(session, killed):
         return [each for each in session.processes_called("Xwayland") if each != killed]
+
+    @staticmethod
+    def screen(session):
+        told = session.ask("xwininfo", "-root").decode()
+        return tuple(int(re.search(r"%s: (\d+)" % edge, told)[1]) for edge in ("Width", "Height"))
+
+    @staticmethod
+    def stands_within(session, size, width):
+        """The only board, with all of its cards: as wide as before, but for the width of its margins."""
+        found = session.boards()
+        if len(found) != 1:
+            return False
+        left, top, told = found[0]
+        wide, high = (int(re.search(r"%s: (\d+)" % edge, told)[1]) for edge in ("Width", "Height"))
+        fits = left >= 0 and top >= 0 and left + wide <= size[0] and top + high <= size[1]
+        return fits and abs(wide - width) < 100
 
     @staticmethod
     def width(session):

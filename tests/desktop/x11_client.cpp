@@ -91,7 +91,7 @@ void describe(const Client& client, const std::string& title, bool isDesktop, co
 }
 
 void open(Client& client, const std::string& title, std::uint32_t color, const Place& place,
-          bool isDesktop) {
+          const std::string& kind) {
   client.window = xcb_generate_id(client.connection);
   const std::array<std::uint32_t, 2> values = {
       color, clicks | XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_EXPOSURE |
@@ -100,7 +100,11 @@ void open(Client& client, const std::string& title, std::uint32_t color, const P
                     place.x, place.y, place.width, place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                     client.screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
                     values.data());
-  describe(client, title, isDesktop, place);
+  describe(client, title, kind == "desktop", place);
+  if (kind == "fullscreen") {
+    setNumbers(client, atom(client, "_NET_WM_STATE"), XCB_ATOM_ATOM,
+               std::array{atom(client, "_NET_WM_STATE_FULLSCREEN")});
+  }
   xcb_map_window(client.connection, client.window);
 }
 
@@ -208,12 +212,11 @@ int main(int count, char** words) {
   const bool isShowDesktop = kind == "show-desktop" && count == 3;
   const bool isPicture = kind == "picture" && count == 2;
   const bool isAwait = kind == "await" && count == 5;
-  const bool isDesktop = kind == "desktop";
-  if (!isRoot && !isShowDesktop && !isPicture && !isAwait &&
-      (count != 8 || (kind != "window" && !isDesktop))) {
+  const bool isWindow = kind == "window" || kind == "desktop" || kind == "fullscreen";
+  if (!isRoot && !isShowDesktop && !isPicture && !isAwait && (count != 8 || !isWindow)) {
     fail(
-        "use: window|desktop TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop 0|1; picture; await "
-        "X Y RRGGBB");
+        "use: window|fullscreen|desktop TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop 0|1; "
+        "picture; await X Y RRGGBB");
   }
   Client client;
   client.connection = xcb_connect(nullptr, nullptr);
@@ -234,7 +237,7 @@ int main(int count, char** words) {
     const Place place{
         static_cast<std::int16_t>(number(words[4])), static_cast<std::int16_t>(number(words[5])),
         static_cast<std::uint16_t>(number(words[6])), static_cast<std::uint16_t>(number(words[7]))};
-    open(client, words[2], static_cast<std::uint32_t>(number(words[3], 16)), place, isDesktop);
+    open(client, words[2], static_cast<std::uint32_t>(number(words[3], 16)), place, kind);
   }
   xcb_flush(client.connection);
   bool isReady = isRoot;

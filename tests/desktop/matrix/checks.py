@@ -4,6 +4,7 @@ of the row it takes."""
 
 import functools
 
+from at_rest import sleeps
 from desktop_session import eventually, happens
 from row import FIRST_BACKGROUND, SECOND_BACKGROUND
 from trial import require, throughout
@@ -232,6 +233,21 @@ def _corners(trial, screen):
 
 
 # ---- Of some rows alone
+
+
+@check("fill_screen", displayMode="main")
+def sleeps_behind_a_window_that_fills_the_screen(trial):
+    """For desktops on X11 that compose, which no server tells of."""
+    trial.find_board(trial.main)
+    window = trial.row.fill_screen("filling", trial.main)
+    try:
+        eventually("the window covers the board", lambda: trial.is_covered(trial.main))
+        eventually("the program sleeps", lambda: sleeps(trial.running), 60)
+        require(trial.is_covered(trial.main), "the window is gone")
+    finally:
+        window.end()
+    trial.see(trial.main, "after the window was closed")
+    eventually("it goes on", lambda: not sleeps(trial.running), 60)
 
 
 @check(**ALL_SCREENS)

@@ -5,7 +5,8 @@ import json
 import os
 import time
 
-from checks import ALL_SCREENS, check, stands_on_every_screen
+from checks import ALL_SCREENS, check, sleeps_behind_a_window_that_fills_the_screen
+from checks import stands_on_every_screen
 from desktop_session import eventually, program
 from mutter_session import LastingNames, kill_mutter, start_mutter
 from neighbours import hexadecimal
@@ -298,6 +299,7 @@ leaves_icons_to_be_seen_and_chosen.title = "leaves icons to be seen and chosen"
 GnomeShell.own_checks = (
     leaves_icons_to_be_seen_and_chosen,
     is_not_among_the_windows_of_the_overview,
+    sleeps_behind_a_window_that_fills_the_screen,
 )
 
 

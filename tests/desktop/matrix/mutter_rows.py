@@ -1,8 +1,10 @@
-"""The row on Mutter alone, whose layers of windows GNOME has, too. It runs in a window of an Xvfb,
-so that what it composes can be seen, and its pointer and keyboard are those of the Xvfb."""
+"""The rows on Mutter alone, whose layers of windows GNOME has, too; one with a monitor whose scale
+is 2. It runs in a window of an Xvfb, so that what it composes can be seen, and its pointer and
+keyboard are those of the Xvfb."""
 
 import time
 
+import checks
 from desktop_session import eventually, program
 from mutter_session import start_mutter
 from neighbours import DesktopWindow
@@ -10,13 +12,18 @@ from picture import Picture
 from private_bus import start_bus
 from row import Screen
 from run import run_named
+from trial import require
 from x11_row import TOOLS, X11Row
-
 
 # The digits of the countdown, on both screens.
 DIGITS = (1700, 90)
 # More than the height of a window's title.
 TITLE = 60
+# What tells X11 clients of the scale in GNOME's sessions.
+SETTINGS_DAEMON = "/usr/libexec/gsd-xsettings"
+# The board's, in points, with the cards of these calendars; on a screen of 2560 points it is a
+# little wider than on one of 1280.
+LEAST_WIDTH, MOST_WIDTH = 800, 1000
 
 
 def _is_alike(one, other):
@@ -28,6 +35,8 @@ class Mutter(DesktopWindow, X11Row):
     name = "mutter"
     needs = TOOLS + ("mutter", "dbus-daemon", "Xwayland")
     manager = "mutter"
+    scale = 1
+    own_checks = (checks.sleeps_behind_a_window_that_fills_the_screen,)
 
     def set_monitors(self):
         """Those of the Xvfb are of no concern."""
@@ -36,8 +45,9 @@ class Mutter(DesktopWindow, X11Row):
         self.outer = self.environment["DISPLAY"]
         start_bus(self)
         monitors = {
-            "MUTTER_DEBUG_NUM_DUMMY_MONITORS": "2",
+            "MUTTER_DEBUG_NUM_DUMMY_MONITORS": str(len(self.monitors)),
             "MUTTER_DEBUG_DUMMY_MODE_SPECS": "%dx%d" % self.size,
+            "MUTTER_DEBUG_DUMMY_MONITOR_SCALES": str(self.scale),
         }
         start_mutter(self, "mutter", "--nested", "--wayland", environment=monitors)
         eventually("Mutter manages the windows", self.manager_window)
@@ -71,7 +81,7 @@ class Mutter(DesktopWindow, X11Row):
         return self.ask("env", "-u", "XAUTHORITY", "DISPLAY=" + self.outer, *command)
 
     def screens(self):
-        return [Screen(name, *self.size) for name in self._outputs()]
+        return [Screen(name, *self.size, self.scale) for name in self._outputs()]
 
     def _outputs(self):
         told = self.ask("xrandr", "--listmonitors").decode()
@@ -108,5 +118,35 @@ class Mutter(DesktopWindow, X11Row):
         self.wait_for_order()
 
 
+@checks.check(**checks.ALL_SCREENS)
+def is_as_large_in_points_as_elsewhere(trial):
+    columns = [x for x, _ in trial.points[trial.main.name]]
+    points = (max(columns) - min(columns)) / trial.main.scale
+    require(LEAST_WIDTH < points < MOST_WIDTH, "the board is %d points wide" % points)
+
+
+class Scaled(Mutter):
+    """X11 clients are shown all pixels, and told of the scale."""
+
+    name = "mutter-scaled"
+    needs = Mutter.needs + (SETTINGS_DAEMON, "xrdb")
+    monitors = ("DP-1",)
+    size = (2560, 1440)
+    scale = 2
+    common_checks = (
+        checks.stands_on_every_screen,
+        checks.lies_over_the_background,
+        checks.lets_clicks_through,
+        checks.stays_in_place_after_the_desktop_was_clicked,
+    )
+    own_checks = (is_as_large_in_points_as_elsewhere,)
+
+    def begin_desktop(self):
+        self.start(SETTINGS_DAEMON)
+        told = lambda: "Xft.dpi:\t192" in self.ask("xrdb", "-query").decode()
+        eventually("the scale is told", told)
+        super().begin_desktop()
+
+
 if __name__ == "__main__":
-    run_named(Mutter)
+    run_named(Mutter, Scaled)

@@ -150,10 +150,17 @@ class X11Row(DesktopSession, Row):
     # ---- Doing
 
     def open_window(self, title, screen):
+        return self._open("window", title, screen)
+
+    def fill_screen(self, title, screen):
+        """A window like another, but one that asks for the whole screen."""
+        return self._open("fullscreen", title, screen)
+
+    def _open(self, kind, title, screen):
         left = self.left_of(screen)
         client = program("tests", "x11_client")
         place = (str(left), "0", str(screen.width), str(screen.height))
-        window = self.start(client, "window", title, hexadecimal(WINDOW), *place)
+        window = self.start(client, kind, title, hexadecimal(WINDOW), *place)
         eventually("the window is there", lambda: "ready" in window.lines)
         self.focus(window, title)
         return window
