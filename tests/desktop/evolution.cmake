@@ -44,6 +44,9 @@ evolution_test(live_test.py Live changes_are_published_within_two_seconds
 evolution_test(caldav_test.py Account shows_what_folders_would_and_what_changes_on_the_server
                with_a_wrong_password_leaves_its_neighbours_in_place
                that_never_answers_does_not_hold_up_the_others whose_server_is_gone_shows_what_it_had)
+evolution_test(access_test.py Access to_no_calendars_at_all_is_not_refused
+               is_denied_to_a_kind_as_long_as_nothing_of_it_can_be_read
+               is_given_where_one_of_a_kind_can_be_read is_given_where_a_folder_can_be_read)
 evolution_test(failures_test.py Death of_the_factory_is_survived_when_the_bus_starts_it
                of_the_factory_is_survived_when_it_is_started_again of_the_whole_service_is_survived
                while_a_calendar_is_opened_is_survived in_the_middle_of_a_question_is_survived
