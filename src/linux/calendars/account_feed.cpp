@@ -1,8 +1,16 @@
 #include "linux/calendars/account_feed.h"
 
+#include <chrono>
 #include <utility>
 
 namespace orvane::host {
+namespace {
+
+// A service calls an account connected before the account's server has asked who is there. Only
+// what has been empty for so long, without a sign-in being asked for, is known to be.
+constexpr std::chrono::seconds timeToAskForASignIn{30};
+
+}  // namespace
 
 AccountFeed::AccountFeed(AccountCalendar calendar, Surroundings surroundings)
     : calendar_(std::move(calendar)),
@@ -37,12 +45,25 @@ void AccountFeed::take(const TextContent* content, TextFailure failure, bool wan
   // Nothing may mean that there is nothing in these days, or that the service has not kept it. Once
   // it could be read it is not refused, and what was read is still the best there is.
   const bool holdsAnything = content->item->holdsEvents || content->item->holdsTasks;
+  note(holdsAnything, wantsSignIn);
   if (wantsSignIn && !holdsAnything) {
-    return settle(content_.item ? outcome_ : Outcome::refused, false);
+    return settle(isProven_ ? outcome_ : Outcome::refused, false);
   }
   const bool isOther = !content_.item || content_.print != content->print;
   content_ = *content;
   settle(Outcome::readable, isOther);
+}
+
+void AccountFeed::note(bool holdsAnything, bool wantsSignIn) {
+  isProven_ = isProven_ || holdsAnything;
+  if (isProven_ || wantsSignIn) {
+    proof_.cancel();
+  } else if (!proof_) {
+    proof_ = surroundings_.actor.after(timeToAskForASignIn, [this] {
+      isProven_ = true;
+      proof_.cancel();
+    });
+  }
 }
 
 void AccountFeed::settle(Outcome outcome, bool isOtherContent) {

@@ -52,6 +52,7 @@ class AccountFeed {
  private:
   void read(AccountItems items);
   void take(const TextContent* content, TextFailure failure, bool wantsSignIn);
+  void note(bool holdsAnything, bool wantsSignIn);
   void settle(Outcome outcome, bool isOtherContent);
   void announce();
 
@@ -60,6 +61,8 @@ class AccountFeed {
   TextContent content_;
   Outcome outcome_ = Outcome::unknown;
   bool hasReaderFailed_ = false;
+  bool isProven_ = false;  // that it can be read
+  Subscription proof_;
   std::uint64_t readings_ = 0;              // that were begun …
   std::uint64_t latest_ = 0;                // … and the one that was taken last
   bool isLooking_ = false;                  // because of a burst

@@ -147,10 +147,17 @@ class EvolutionClient final : public AccountClient {
     fetched_ = nullptr;
   }
 
+  // Who tries a sign-in that was wanted has not succeeded yet, and may not.
   [[nodiscard]] bool wantsSignIn() const {
-    const auto status = e_source_get_connection_status(source_.get());
-    return status == E_SOURCE_CONNECTION_STATUS_AWAITING_CREDENTIALS ||
-           status == E_SOURCE_CONNECTION_STATUS_SSL_FAILED;
+    switch (e_source_get_connection_status(source_.get())) {
+      case E_SOURCE_CONNECTION_STATUS_AWAITING_CREDENTIALS:
+      case E_SOURCE_CONNECTION_STATUS_SSL_FAILED:
+        return true;
+      case E_SOURCE_CONNECTION_STATUS_CONNECTED:
+        return false;
+      default:
+        return wantedSignIn_;
+    }
   }
 
   void noteConnection() {

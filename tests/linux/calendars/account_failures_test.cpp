@@ -183,6 +183,35 @@ TEST_F(AccountProviderTest, WhatCouldBeReadAndHeldNothingIsNotRefusedAfterASignO
   world->add("w", "Work", event, "");
   open();
   EXPECT_EQ(provider->state().events, KindAccess::readable);
+  actor.advance(seconds(30));
+  world->signedOut = {"w"};
+  world->change("w", "");
+  actor.advance(seconds(1));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+}
+
+TEST_F(AccountProviderTest, WhatIsEmptyUntilASignInIsAskedForIsRefused) {
+  world->add("w", "Work", event, "");
+  open();
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+  actor.advance(seconds(20));
+  world->signedOut = {"w"};
+  world->change("w", "");
+  actor.advance(seconds(1));
+  EXPECT_EQ(provider->state().events, KindAccess::refused);
+  // Connected for a moment, with a wrong password.
+  world->signedOut = {};
+  world->change("w", "");
+  actor.advance(seconds(20));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
+  world->signedOut = {"w"};
+  world->change("w", "");
+  actor.advance(seconds(20));
+  EXPECT_EQ(provider->state().events, KindAccess::refused);
+  world->signedOut = {};
+  world->change("w", "Standup");
+  actor.advance(seconds(1));
+  EXPECT_EQ(provider->state().events, KindAccess::readable);
   world->signedOut = {"w"};
   world->change("w", "");
   actor.advance(seconds(1));
