@@ -125,11 +125,19 @@ TEST_P(OnXfce, BoardOfOneWorkspaceRestsOnOthersAndIsRightWhenItComesBack) {
 
 TEST_P(OnXfce, BoardThatShowsNothingHasNoWindow) {
   Probe probe(session_);
-  ASSERT_EQ(Probe::waitForBoards(observer_, 1).size(), 1U);
+  const auto boards = Probe::waitForBoards(observer_, 1);
+  ASSERT_EQ(boards.size(), 1U);
+  const auto allDesktops = observer_.numbers(boards[0].id, "_NET_WM_DESKTOP");
   probe.process().signal(SIGUSR2);
   EXPECT_TRUE(eventually([&] { return Probe::boards(observer_).empty(); }));
   EXPECT_TRUE(eventually([&] { return observer_.grab() == before_; }));
   probe.process().signal(SIGUSR2);
+  // Window managers forget what they know of a window that is withdrawn.
+  EXPECT_TRUE(eventually([&] {
+    const auto again = Probe::boards(observer_);
+    return !again.empty() && observer_.numbers(again[0].id, "_NET_WM_DESKTOP") == allDesktops &&
+           observer_.numbers(again[0].id, "_NET_WM_STATE").size() == 4;
+  }));
   EXPECT_TRUE(eventually([&] { return boardLiesOver(before_, observer_.grab()); }));
   EXPECT_TRUE(eventually([&] { return opensDesktopMenu(200, 100, Milliseconds(1000)); }));
   EXPECT_EQ(Probe::boards(observer_).size(), 1U);

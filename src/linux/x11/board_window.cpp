@@ -144,21 +144,6 @@ void BoardWindow::show() {
   xcb_map_window(connection_.handle(), id_);
 }
 
-// With the synthetic event that the ICCCM (§4.1.4) wants for a window that is withdrawn while its
-// manager may have unmapped it already.
-void BoardWindow::hide() {
-  if (!isWanted_) return;
-  isWanted_ = false;
-  xcb_unmap_window(connection_.handle(), id_);
-  xcb_unmap_notify_event_t event{};
-  event.response_type = XCB_UNMAP_NOTIFY;
-  event.event = connection_.root();
-  event.window = id_;
-  xcb_send_event(connection_.handle(), 0, connection_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                 reinterpret_cast<const char*>(&event));
-}
-
 void BoardWindow::place(const PixelRect& area) {
   area_ = area;
   describePlace();

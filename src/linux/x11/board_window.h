@@ -37,8 +37,7 @@ class BoardWindow {
   [[nodiscard]] const PixelRect& area() const { return area_; }
 
   void show();
-  void hide();
-  [[nodiscard]] bool isWanted() const { return isWanted_; }  // shown last, rather than hidden
+  [[nodiscard]] bool isWanted() const { return isWanted_; }  // shown, as far as it is up to us
   void place(const PixelRect& area);
   void setPassesClicks(bool passes);
   // Moves a window that is shown to another desktop.

@@ -65,9 +65,7 @@ void DesktopWindow::orderBack() {
 
 void DesktopWindow::close() {
   isOrderedIn_ = false;
-  board_.reset();
-  presence_ = {};
-  canvas_.drop();
+  removeBoard();
   area_.reset();
   lastInstant_.reset();
   followSight();
@@ -158,10 +156,7 @@ void DesktopWindow::render(Date now) {
   const auto damage = scene_->update(now, frame_.size());
   const auto screen = pixelsCovering({0, 0, frame_.width, frame_.height}, scale_);
   const auto needed = intersectionOf(pixelsCovering(scene_->bounds(), scale_), screen);
-  if (needed.isEmpty()) {
-    if (board_) board_->hide();
-    return;
-  }
+  if (needed.isEmpty()) return removeBoard();
   const bool areaChanged = area_.update(windowAreaFor(needed, screen), screen, now);
   if (isOutOfSight()) return standUnseen();
   if (areaChanged || !canvas_.isReady() || !board_) return renderAll(area_.area());
@@ -170,6 +165,13 @@ void DesktopWindow::render(Date now) {
   for (const auto& rect : damage) parts.push_back(pixelsCovering(rect, scale_));
   paint(parts);
   showBoard();
+}
+
+// Rather than withdrawn: of a window that is, its manager forgets where it belongs.
+void DesktopWindow::removeBoard() {
+  board_.reset();
+  presence_ = {};
+  canvas_.drop();
 }
 
 // The window on the server, and the memory of its picture, begin anew.
@@ -265,6 +267,7 @@ void DesktopWindow::contentWillChange() {
 void DesktopWindow::handle(const xcb_generic_event_t& event) {
   if (!board_) return;
   presenceChanged(presence_.take(event, board_->id(), board_->isWanted()));
+  if (!board_) return;
   switch (typeOf(event)) {
     case XCB_EXPOSE:
       if (as<xcb_expose_event_t>(event).window == board_->id()) {

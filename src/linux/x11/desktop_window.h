@@ -58,6 +58,7 @@ class DesktopWindow final : public NSWindow {
 
   // Draws what the content is at the instant.
   void render(Date now);
+  void removeBoard();
   void renderAll(const PixelRect& area);
   void paint(const std::vector<PixelRect>& parts);
   [[nodiscard]] Date currentInstant() const;
