@@ -46,7 +46,7 @@ class Instance(unittest.TestCase):
             self.assertEqual(second.output, "")
             eventually("the first is activated", lambda: "member=Activate" in monitor.output)
             self.assertTrue(first.is_running())
-            self.assertEqual(len(xfce.windows(NAME)), 1)
+            self.assertEqual(len(xfce.titled("Orvane")), 1)
             self.assertEqual(first.end(), 0)
 
     def is_left_alone_by_a_second_start_with_the_session(self):
