@@ -9,7 +9,6 @@
 #include "gio/private_bus.h"
 #include "linux/evolution/service_watch.h"
 #include "linux/mainloop/main_loop.h"
-#include "support/scratch_folder.h"
 #include "support/test_paths.h"
 
 namespace orvane::host {
@@ -81,48 +80,6 @@ TEST_F(ServiceWatchTest, NamesOfOthersAreNone) {
   EXPECT_THAT(told, ElementsAre(false));
 }
 
-// A bus with a configuration that it can read once more.
-class ConfiguredBus {
- public:
-  ConfiguredBus() {
-    const auto configuration = folder_.write(
-        "bus.conf",
-        "<busconfig><listen>unix:path=" + (folder_ / "bus").string() + "</listen><servicedir>" +
-            (folder_ / "services").string() +
-            "</servicedir><policy context=\"default\"><allow own=\"*\"/>"
-            "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>");
-    std::filesystem::create_directory(folder_ / "services");
-    const auto option = "--config-file=" + configuration.string();
-    gio::Failure failure;
-    bus_.reset(g_subprocess_new(G_SUBPROCESS_FLAGS_NONE, failure.out(), "dbus-daemon", "--nofork",
-                                option.c_str(), nullptr));
-    EXPECT_TRUE(bus_) << failure.message();
-    // Its socket has a name a moment before somebody listens at it.
-    EXPECT_TRUE(gio::eventually([&] { return connect() != nullptr; }));
-  }
-  ConfiguredBus(const ConfiguredBus&) = delete;
-  ConfiguredBus& operator=(const ConfiguredBus&) = delete;
-  ~ConfiguredBus() {
-    if (!bus_) return;
-    g_subprocess_force_exit(bus_.get());
-    g_subprocess_wait(bus_.get(), nullptr, nullptr);
-  }
-
-  [[nodiscard]] gio::ObjectPtr<GDBusConnection> connect() const {
-    return gio::connectToBus("unix:path=" + (folder_ / "bus").string(), std::chrono::seconds(20));
-  }
-  void install(const std::string& name) const {
-    folder_.write(fileOf(name), "[D-BUS Service]\nName=" + name + "\nExec=/bin/false\n");
-  }
-  void remove(const std::string& name) const { std::filesystem::remove(folder_ / fileOf(name)); }
-
- private:
-  static std::string fileOf(const std::string& name) { return "services/" + name + ".service"; }
-
-  const ScratchFolder folder_;
-  gio::ObjectPtr<GSubprocess> bus_;
-};
-
 // A bus that can start the service, on which nobody runs it yet.
 struct StartableService {
   StartableService() {
@@ -130,13 +87,13 @@ struct StartableService {
     gio::askBus(theirs.get(), "ReloadConfig");
   }
 
-  ConfiguredBus bus;
+  gio::PrivateBus bus;
   gio::ObjectPtr<GDBusConnection> theirs = bus.connect();
   gio::ObjectPtr<GDBusConnection> ours = bus.connect();
 };
 
 TEST(ServiceWatchOfABusTest, TheServiceMayBeInstalledAndRemovedWhileTheBusRuns) {
-  const ConfiguredBus bus;
+  const gio::PrivateBus bus;
   const auto ours = bus.connect();
   const auto theirs = bus.connect();
   std::vector<bool> told;
@@ -214,6 +171,7 @@ TEST_F(EvolutionAccountsTest, WithoutAModuleThereIsNoService) {
   ASSERT_TRUE(gio::eventually([&] { return !found.empty(); }));
   EXPECT_THAT(found, ElementsAre(false));
   disown(bus.service.get(), calendars);
+  ASSERT_TRUE(gio::eventually([&] { return found.size() >= 2; }));
   own(bus.service.get(), calendars);
   ASSERT_TRUE(gio::eventually([&] { return found.size() >= 3; }));
   EXPECT_THAT(found, Each(false));

@@ -3,35 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 
 #include "linux/gio/handles.h"
 #include "linux/gio/session_bus.h"
+#include "support/scratch_folder.h"
 
 namespace orvane::host::gio {
-
-// A session bus that nobody else is on, stopped with this object.
-class PrivateBus {
- public:
-  PrivateBus() : bus_(g_test_dbus_new(G_TEST_DBUS_NONE)) { g_test_dbus_up(bus_.get()); }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
-  ~PrivateBus() { stop(); }
-
-  void stop() {
-    if (bus_) g_test_dbus_stop(bus_.get());
-    bus_.reset();
-  }
-  [[nodiscard]] std::string address() const { return g_test_dbus_get_bus_address(bus_.get()); }
-  [[nodiscard]] ObjectPtr<GDBusConnection> connect() const {
-    return connectToBus(address(), std::chrono::seconds(20));
-  }
-
- private:
-  ObjectPtr<GTestDBus> bus_;
-};
 
 // Lets the default main context go on until the condition holds; false when it took too long.
 inline bool eventually(const std::function<bool()>& condition) {
@@ -46,6 +27,56 @@ inline bool eventually(const std::function<bool()>& condition) {
   g_source_remove(beat);
   return holds;
 }
+
+// A session bus that nobody else is on, stopped with this object. What this process starts
+// meanwhile finds it in its environment.
+class PrivateBus {
+ public:
+  PrivateBus() {
+    std::filesystem::create_directory(folder_ / "services");
+    const auto configuration = folder_.write(
+        "bus.conf",
+        "<busconfig><type>session</type><listen>" + address() + "</listen><servicedir>" +
+            (folder_ / "services").string() +
+            "</servicedir><policy context=\"default\"><allow own=\"*\"/><allow eavesdrop=\"true\"/>"
+            "<allow send_destination=\"*\" eavesdrop=\"true\"/></policy></busconfig>");
+    const auto option = "--config-file=" + configuration.string();
+    Failure failure;
+    daemon_.reset(g_subprocess_new(G_SUBPROCESS_FLAGS_STDERR_SILENCE, failure.out(), "dbus-daemon",
+                                   "--nofork", option.c_str(), nullptr));
+    EXPECT_TRUE(daemon_) << failure.message();
+    // Its socket has a name a moment before somebody listens at it.
+    EXPECT_TRUE(eventually([&] { return connect() != nullptr; }));
+    g_test_dbus_unset();
+    g_setenv("DBUS_SESSION_BUS_ADDRESS", address().c_str(), TRUE);
+  }
+  PrivateBus(const PrivateBus&) = delete;
+  PrivateBus& operator=(const PrivateBus&) = delete;
+  ~PrivateBus() { stop(); }
+
+  void stop() {
+    if (!daemon_) return;
+    g_subprocess_force_exit(daemon_.get());
+    g_subprocess_wait(daemon_.get(), nullptr, nullptr);
+    daemon_.reset();
+  }
+  [[nodiscard]] std::string address() const { return "unix:path=" + (folder_ / "bus").string(); }
+  [[nodiscard]] ObjectPtr<GDBusConnection> connect() const {
+    return connectToBus(address(), std::chrono::seconds(20));
+  }
+
+  // Of a service that the bus can start, or so it believes.
+  void install(const std::string& name) const {
+    folder_.write(fileOf(name), "[D-BUS Service]\nName=" + name + "\nExec=/bin/false\n");
+  }
+  void remove(const std::string& name) const { std::filesystem::remove(folder_ / fileOf(name)); }
+
+ private:
+  static std::string fileOf(const std::string& name) { return "services/" + name + ".service"; }
+
+  const ScratchFolder folder_;
+  ObjectPtr<GSubprocess> daemon_;
+};
 
 // What a method of somebody on the bus answers. Both ends may live in this process.
 struct Answer {

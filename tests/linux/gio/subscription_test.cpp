@@ -29,6 +29,8 @@ TEST(Subscriptions, AreNotMadeWhereTheConnectionIsClosed) {
   const PrivateBus bus;
   const auto closed = bus.connect();
   ASSERT_TRUE(g_dbus_connection_close_sync(closed.get(), nullptr, nullptr));
+  // Which another thread notes, a moment later.
+  ASSERT_TRUE(eventually([&] { return g_dbus_connection_is_closed(closed.get()); }));
   int heard = 0;
   const guint subscription = subscribe(closed.get(), nameOwnerChanged, nullptr,
                                        G_DBUS_SIGNAL_FLAGS_NONE, &countSign, &heard);
