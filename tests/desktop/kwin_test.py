@@ -254,17 +254,6 @@ class Blur(unittest.TestCase):
     WITHIN = (80, 47, 380, 55)
     BESIDE = (1000, 500, 1200, 510)
 
-    @staticmethod
-    def contrast(picture, box):
-        """Between neighbouring stripes, at most; the glass's own colours change slowly."""
-        left, top, right, bottom = box
-        brightness = lambda x, y: sum(picture.pixel(x, y))
-        return max(
-            abs(brightness(x, y) - brightness(x + STRIPE, y))
-            for y in range(top, bottom)
-            for x in range(left, right - STRIPE)
-        )
-
     def picture_of_glass(self, kwin, **settings):
         kwin.neighbour("stripes", "Virtual-0", BACKGROUND)
         set_defaults(kwin, **settings)
@@ -276,24 +265,24 @@ class Blur(unittest.TestCase):
     def softens_what_lies_behind_the_glass_alone(self):
         with KWinSession(blur=True) as kwin:
             self.picture_of_glass(kwin, glassOpacity=0.4)
-            bare = self.contrast(kwin.picture(), self.BESIDE)
+            bare = kwin.picture().contrast(self.BESIDE, STRIPE)
             self.assertGreater(bare, 200)
-            soft = lambda: self.contrast(kwin.picture(), self.WITHIN) < bare / 4
+            soft = lambda: kwin.picture().contrast(self.WITHIN, STRIPE) < bare / 4
             eventually("the stripes behind the glass are blurred", soft, 40)
-            self.assertEqual(self.contrast(kwin.picture(), self.BESIDE), bare)
+            self.assertEqual(kwin.picture().contrast(self.BESIDE, STRIPE), bare)
             kwin.keep("kwin-blur")
 
     def is_off_where_there_is_no_glass(self):
         with KWinSession(blur=True) as kwin:
             self.picture_of_glass(kwin, glassOpacity=0)
-            bare = self.contrast(kwin.picture(), self.BESIDE)
-            self.assertGreater(self.contrast(kwin.picture(), self.WITHIN), 0.9 * bare)
+            bare = kwin.picture().contrast(self.BESIDE, STRIPE)
+            self.assertGreater(kwin.picture().contrast(self.WITHIN, STRIPE), 0.9 * bare)
 
     def is_off_where_kwin_does_not_blur(self):
         with KWinSession() as kwin:
             running = self.picture_of_glass(kwin, glassOpacity=0.4)
-            bare = self.contrast(kwin.picture(), self.BESIDE)
-            self.assertGreater(self.contrast(kwin.picture(), self.WITHIN), bare / 3)
+            bare = kwin.picture().contrast(self.BESIDE, STRIPE)
+            self.assertGreater(kwin.picture().contrast(self.WITHIN, STRIPE), bare / 3)
             self.assertEqual(running.end(), 0)
             self.assertEqual(running.output, "")
 

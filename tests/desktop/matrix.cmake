@@ -25,6 +25,7 @@ if(ORVANE_X11)
   foreach(row marco-caja marco-caja-composited muffin-nemo kwin-x11)
     matrix_row(${row} x11_shell_rows.py)
   endforeach()
+  matrix_row(kwin-x11-blur blur_rows.py)
   matrix_row(managers-replaced x11_succession_rows.py)
   foreach(test that_are_renamed_are_others that_are_renamed_keep_their_boards
                that_show_the_same_have_one_board that_stand_upright

@@ -64,6 +64,17 @@ class Picture:
             found += (masks[0] & masks[1] & masks[2]).bit_count()
         return found
 
+    def contrast(self, box, stripe):
+        """The most by which stripes of that width differ from their neighbours in a box (left, top,
+        right, bottom), in parts of color. Colors that change slowly add little to it."""
+        left, top, right, bottom = box
+        brightness = lambda x, y: sum(self.pixel(x, y))
+        return max(
+            abs(brightness(x, y) - brightness(x + stripe, y))
+            for y in range(top, bottom)
+            for x in range(left, right - stripe)
+        )
+
     @staticmethod
     def _mask(values, wanted):
         """A number with one bit for each value that is the wanted one."""

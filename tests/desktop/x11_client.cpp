@@ -1,11 +1,12 @@
 // Neighbours of the board on an X11 desktop, and what else the tests do there:
 //   x11_client window TITLE RRGGBB X Y WIDTH HEIGHT    an ordinary window of one colour
 //   x11_client desktop TITLE RRGGBB X Y WIDTH HEIGHT   a window that says it is the desktop
-//   x11_client root                                    nothing but the clicks on the root window
-//   x11_client show-desktop 0|1                        the message that panels send for it
+//   x11_client stripes TITLE RRGGBB X Y WIDTH HEIGHT   the same, with every other eight pixels
+//   black x11_client root                                    nothing but the clicks on the root
+//   window x11_client show-desktop 0|1                        the message that panels send for it
 //   x11_client picture                                 what the screen shows, as a PPM
 //   x11_client await X Y RRGGBB                        until that pixel comes to be of that colour
-// The first three print "ready" when they are on the screen and a line for each click and key that
+// The first four print "ready" when they are on the screen and a line for each click and key that
 // reaches them, and run until they are told to end. The last prints "ready" once the pixel is of
 // another colour, and at the end when it was that it came to be, in seconds of the monotonic clock.
 #include <poll.h>
@@ -90,17 +91,37 @@ void describe(const Client& client, const std::string& title, bool isDesktop, co
              std::array{atom(client, type)});
 }
 
+// For a window's background: a stripe of the colour and one of black, repeated by the server.
+xcb_pixmap_t makeStripes(const Client& client, std::uint32_t color) {
+  constexpr std::uint16_t width = 8;
+  const auto pixmap = xcb_generate_id(client.connection);
+  xcb_create_pixmap(client.connection, client.screen->root_depth, pixmap, client.screen->root,
+                    2 * width, 1);
+  const auto gc = xcb_generate_id(client.connection);
+  const std::array<std::uint32_t, 1> first = {color};
+  xcb_create_gc(client.connection, gc, pixmap, XCB_GC_FOREGROUND, first.data());
+  const xcb_rectangle_t left{0, 0, width, 1};
+  xcb_poly_fill_rectangle(client.connection, pixmap, gc, 1, &left);
+  const std::array<std::uint32_t, 1> second = {client.screen->black_pixel};
+  xcb_change_gc(client.connection, gc, XCB_GC_FOREGROUND, second.data());
+  const xcb_rectangle_t right{width, 0, width, 1};
+  xcb_poly_fill_rectangle(client.connection, pixmap, gc, 1, &right);
+  return pixmap;
+}
+
 void open(Client& client, const std::string& title, std::uint32_t color, const Place& place,
           const std::string& kind) {
   client.window = xcb_generate_id(client.connection);
+  const bool isStriped = kind == "stripes";
   const std::array<std::uint32_t, 2> values = {
-      color, clicks | XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_EXPOSURE |
-                 XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-  xcb_create_window(client.connection, XCB_COPY_FROM_PARENT, client.window, client.screen->root,
-                    place.x, place.y, place.width, place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    client.screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
-                    values.data());
-  describe(client, title, kind == "desktop", place);
+      isStriped ? makeStripes(client, color) : color,
+      clicks | XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_FOCUS_CHANGE |
+          XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+  xcb_create_window(
+      client.connection, XCB_COPY_FROM_PARENT, client.window, client.screen->root, place.x, place.y,
+      place.width, place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, client.screen->root_visual,
+      (isStriped ? XCB_CW_BACK_PIXMAP : XCB_CW_BACK_PIXEL) | XCB_CW_EVENT_MASK, values.data());
+  describe(client, title, kind == "desktop" || isStriped, place);
   if (kind == "fullscreen") {
     setNumbers(client, atom(client, "_NET_WM_STATE"), XCB_ATOM_ATOM,
                std::array{atom(client, "_NET_WM_STATE_FULLSCREEN")});
@@ -212,10 +233,12 @@ int main(int count, char** words) {
   const bool isShowDesktop = kind == "show-desktop" && count == 3;
   const bool isPicture = kind == "picture" && count == 2;
   const bool isAwait = kind == "await" && count == 5;
-  const bool isWindow = kind == "window" || kind == "desktop" || kind == "fullscreen";
+  const bool isWindow =
+      kind == "window" || kind == "desktop" || kind == "stripes" || kind == "fullscreen";
   if (!isRoot && !isShowDesktop && !isPicture && !isAwait && (count != 8 || !isWindow)) {
     fail(
-        "use: window|fullscreen|desktop TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop 0|1; "
+        "use: window|fullscreen|desktop|stripes TITLE RRGGBB X Y WIDTH HEIGHT; root; show-desktop "
+        "0|1; "
         "picture; await X Y RRGGBB");
   }
   Client client;

@@ -255,7 +255,7 @@ TEST_F(StatusBarTest, ANewMenuReplacesTheOld) {
   NSMenu other;
   other.addItem({"Only", "only", "", false, target_});
   item_->setMenu(other);
-  EXPECT_EQ(menu("GetProperty", "(1, 'label')"), "(<'Only'>,)");
+  EXPECT_TRUE(eventually([&] { return menu("GetProperty", "(1, 'label')") == "(<'Only'>,)"; }));
   EXPECT_EQ(menu("GetProperty", "(3, 'label')"), "org.freedesktop.DBus.Error.InvalidArgs");
 }
 
