@@ -72,6 +72,7 @@ class EndOnAHangingDisk(unittest.TestCase):
             set_defaults(session, displayMode="all", focusMode=False)
             bare = session.picture()
             running = self.start_on_disk(session)
+            eventually("it has its name", lambda: session.has_owner(APPLICATION), PATIENCE)
             eventually("its board stands", lambda: session.picture() != bare, PATIENCE)
             session.write("", "hanging")
             order(session, "toggle-focus")
