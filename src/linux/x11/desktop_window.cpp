@@ -266,7 +266,7 @@ void DesktopWindow::contentWillChange() {
 
 void DesktopWindow::handle(const xcb_generic_event_t& event) {
   if (!board_) return;
-  presenceChanged(presence_.take(event, board_->id(), board_->isWanted()));
+  presenceChanged(presence_.take(event, board_->id()));
   if (!board_) return;
   switch (typeOf(event)) {
     case XCB_EXPOSE:

@@ -2,8 +2,7 @@
 
 namespace orvane::host::x11 {
 
-Presence::Change Presence::take(const xcb_generic_event_t& event, xcb_window_t window,
-                                bool isWanted) {
+Presence::Change Presence::take(const xcb_generic_event_t& event, xcb_window_t window) {
   switch (typeOf(event)) {
     case XCB_VISIBILITY_NOTIFY: {
       const auto& seen = as<xcb_visibility_notify_event_t>(event);
@@ -19,7 +18,7 @@ Presence::Change Presence::take(const xcb_generic_event_t& event, xcb_window_t w
     case XCB_UNMAP_NOTIFY:
       if (as<xcb_unmap_notify_event_t>(event).window != window) break;
       isMapped_ = false;
-      isPutAside_ = isWanted;
+      isPutAside_ = true;
       return Change::unmapped;
     default:
       break;

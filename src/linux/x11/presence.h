@@ -9,8 +9,8 @@ class Presence {
  public:
   enum class Change { none, mapped, unmapped, visibility };
 
-  // `isWanted`: whether we last had it shown, rather than hidden.
-  Change take(const xcb_generic_event_t& event, xcb_window_t window, bool isWanted);
+  // For a window that we never have hidden: whoever unmaps it is somebody else.
+  Change take(const xcb_generic_event_t& event, xcb_window_t window);
 
   [[nodiscard]] bool isMapped() const { return isMapped_; }
   [[nodiscard]] bool isPutAside() const { return isPutAside_; }  // unmapped by somebody else
