@@ -141,7 +141,9 @@ void LayerWindow::outputRemoved(std::uint32_t name) {
 }
 
 void LayerWindow::outputDescribed(std::uint32_t name) {
-  if (name == output_) refresh();
+  // Another size comes as another frame; until then there is nothing true to draw.
+  const Output* output = name == output_ ? connection_.outputs().find(name) : nullptr;
+  if (output && output->description() && output->description()->frame == frame_) refresh();
 }
 
 // ---- When

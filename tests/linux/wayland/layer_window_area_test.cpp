@@ -141,5 +141,21 @@ TEST_F(LayerWindowAreaTest, FollowsTheScaleOfItsOutput) {
   EXPECT_EQ(lastPicture().pixels, painted(instant, 2, {120, 80}, 600, 200));
 }
 
+TEST_F(LayerWindowAreaTest, AnOutputOfAnotherSizeIsNotDrawnForTheOldOne) {
+  auto& output = compositor.addOutput({.name = "DP-1"});
+  ASSERT_EQ(connect(), "");
+  window = makeWindow();
+  window->orderBack();
+  settle();
+  const auto shown = pictures().size();
+  compositor.changeOutput(output, {.name = "DP-1", .width = 2048, .height = 1152, .scale = 2});
+  settle();
+  EXPECT_THAT(pictures(), SizeIs(shown));
+  window->setFrame({0, 0, 1024, 576}, true);
+  settle();
+  EXPECT_THAT(pictures(), SizeIs(shown + 1));
+  EXPECT_EQ(lastPicture().pixels, painted(instant, 2, {120, 80}, 600, 200, {1024, 576}));
+}
+
 }  // namespace
 }  // namespace orvane::host::wayland
