@@ -22,6 +22,15 @@ PROGRAMS = os.environ.get("ORVANE_PROGRAMS", BUILD)
 COMPANIONS = {"orvane": ["orvane-reader", "orvane-evolution.so", "orvane-settings"]}
 
 
+NOON = 12
+
+
+def zone_where_it_is_noon():
+    """So that what comes within hours is today, and what comes in half a day is tomorrow, whatever
+    the time is elsewhere."""
+    return "Etc/GMT%+d" % (time.gmtime().tm_hour - NOON)
+
+
 def own_display():
     """The name of an X display that is this process's alone. A server that looks for a free number
     by itself takes no lock on it, so that a Wayland compositor that starts beside it may give the
@@ -121,7 +130,7 @@ class DesktopSession:
     def _plain_environment(self):
         kept = {key: os.environ[key] for key in ("PATH", "LANG") if key in os.environ}
         kept.update({key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")})
-        kept.update({"HOME": self.folder, "XDG_RUNTIME_DIR": self.folder, "TZ": "UTC"})
+        kept.update({"HOME": self.folder, "XDG_RUNTIME_DIR": self.folder, "TZ": zone_where_it_is_noon()})
         return kept
 
     def __enter__(self):

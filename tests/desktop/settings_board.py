@@ -1,10 +1,10 @@
 """A headless Xfce with the board in the upper left and its settings window beside it, so that both are
-seen at once, whatever the time is elsewhere."""
+seen at once."""
 
 import time
 
 import agenda
-from desktop_session import eventually
+from desktop_session import eventually, zone_where_it_is_noon
 from settings_session import TITLE, SettingsSession
 from xfce_session import XfceSession
 
@@ -18,12 +18,6 @@ ON_EVENTS = (700, 60)
 ON_SECOND_EVENT = (700, 176)
 BESIDE_THE_BOARD = (800, 260)
 HOUR = 3600
-NOON = 12
-
-
-def zone_where_it_is_noon():
-    """So that what comes within hours is today, and what comes in half a day is tomorrow."""
-    return "Etc/GMT%+d" % (time.gmtime().tm_hour - NOON)
 
 
 class BoardSession(SettingsSession, XfceSession):
@@ -31,7 +25,6 @@ class BoardSession(SettingsSession, XfceSession):
 
     def __init__(self, *items):
         super().__init__()
-        self.environment["TZ"] = zone_where_it_is_noon()
         self._items = items
 
     def __enter__(self):

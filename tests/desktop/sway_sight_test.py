@@ -157,8 +157,11 @@ class Scales(unittest.TestCase):
     def between_one_and_two_are_drawn_as_two(self):
         """Which is what this sway announces for them."""
         with SwaySession(outputs=1, trace=True) as sway:
+            # So large that the board is no narrower where the output has fewer points.
+            sway.message("output", MAIN, "resolution", "2560x1440")
+            eventually("the output is large", lambda: sway.picture(MAIN).width == 2560)
             begin(sway)
-            before = self.last_buffer(sway)
+            before = eventually("there is a picture", lambda: self.last_buffer(sway))
             sway.message("output", MAIN, "scale", "1.25")
             # The calendars may make the board taller meanwhile, but not wider.
             is_twice_as_wide = lambda: self.last_buffer(sway)[0] == 2 * before[0]
@@ -168,7 +171,9 @@ class Scales(unittest.TestCase):
 
     @staticmethod
     def last_buffer(sway):
-        return ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces[-1][-1].buffer
+        """None where there is none yet."""
+        surfaces = ProtocolTrace(sway.sway.lines, NAME_SPACE).surfaces
+        return surfaces[-1][-1].buffer if surfaces and surfaces[-1] else None
 
 
 if __name__ == "__main__":

@@ -2,11 +2,13 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 
 #include "x11_observer.h"
 
@@ -45,6 +47,14 @@ std::string busConfiguration(const fs::path& services) {
          "<allow send_destination=\"*\"/><allow receive_sender=\"*\"/></policy></busconfig>";
 }
 
+// So that what comes within hours is today, whatever the time is elsewhere.
+std::string zoneWhereItIsNoon() {
+  constexpr int hoursOfADay = 24, noon = 12;
+  const auto hours = std::chrono::floor<std::chrono::hours>(std::chrono::system_clock::now());
+  const auto offset = hours.time_since_epoch().count() % hoursOfADay - noon;
+  return "Etc/GMT" + std::string(offset < 0 ? "" : "+") + std::to_string(offset);
+}
+
 }  // namespace
 
 Session::Session(std::vector<std::string> serverOptions) {
@@ -59,6 +69,7 @@ Session::Session(std::vector<std::string> serverOptions) {
                   {"XDG_STATE_HOME", home / "state"},
                   {"WAYLAND_DISPLAY", ""},
                   {"LC_ALL", "C.UTF-8"},
+                  {"TZ", zoneWhereItIsNoon()},
                   {"GIO_USE_VFS", "local"},
                   {"GSETTINGS_BACKEND", "memory"},
                   {"NO_AT_BRIDGE", "1"}};
