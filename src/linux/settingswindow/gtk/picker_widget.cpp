@@ -44,7 +44,8 @@ Glib::RefPtr<Gtk::SignalListItemFactory> titles() {
   return factory;
 }
 
-// A choice in the list that drops down, with a mark at the chosen one.
+// A choice in the list that drops down, with a mark at the chosen one. The list is only as wide as
+// it has to be, and a title that may be cut has to have next to nothing.
 class Choice final : public Gtk::Box {
  public:
   Choice() : Gtk::Box(Gtk::Orientation::HORIZONTAL, 8) {
@@ -54,7 +55,10 @@ class Choice final : public Gtk::Box {
     append(*mark_);
   }
   void show(const Glib::ustring& title, bool isChosen) {
+    const bool isLong = title.size() > kWidestTitle;
     title_->set_text(title);
+    title_->set_ellipsize(isLong ? Pango::EllipsizeMode::END : Pango::EllipsizeMode::NONE);
+    title_->set_width_chars(isLong ? kWidestTitle : -1);
     mark_->set_opacity(isChosen ? 1 : 0);
   }
 
