@@ -47,10 +47,12 @@ if(ORVANE_X11)
   settings_test(${script} Accent is_the_desktops)
   settings_test(${script} Texts grow_and_everything_is_still_reached)
   settings_test(${script} Direction is_that_of_the_language)
-  settings_test(${script} Preview follows_theme_color_and_strength)
+  settings_test(${script} Preview follows_theme_color_and_strength
+                follows_a_slider_under_the_pointer_and_is_no_handle_itself)
 endif()
 if(ORVANE_WAYLAND)
   settings_test(settings_sway_test.py Settings float_in_the_size_of_their_form are_changed_and_kept
                 choose_sources_and_all_again choose_the_displays switch_what_there_is_to_switch
                 choose_the_color close_and_open_as_they_were)
+  settings_test(settings_sway_test.py Texts grow_with_those_of_the_desktop)
 endif()

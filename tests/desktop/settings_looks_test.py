@@ -60,19 +60,36 @@ class Session(BoardSession):
         self.choose_tab("Sources")
         self.go_to_row("Work")
 
+    def drag(self, *points):
+        """Through points in the window, with others in between."""
+        left, top, _, _ = self.window_place()
+        path = []
+        for (x, y), (to_x, to_y) in zip(points, points[1:]):
+            for part in (0.25, 0.5, 0.75, 1):
+                along = (left + x + part * (to_x - x), top + y + part * (to_y - y))
+                path += ["mousemove", *(str(round(at)) for at in along)]
+        self.ask("xdotool", *path)
+
     def preview(self):
         left, top, _, _ = self.window_place()
         return self.picture().pixel(left + ON_PREVIEW[0], top + ON_PREVIEW[1])
 
     def preview_other_than(self, known):
         eventually("the preview is another", lambda: self.preview() != known)
+        return self._resting(self.preview)
+
+    def resting_window(self):
+        return self._resting(self.window_picture)
+
+    @staticmethod
+    def _resting(look):
         seen = []
 
         def rests():
-            seen.append(self.preview())
-            return len(seen) > 4 and len(set(seen[-4:])) == 1
+            seen.append(look())
+            return len(seen) > 4 and all(each == seen[-1] for each in seen[-4:])
 
-        eventually("the preview rests", rests)
+        eventually("it rests", rests)
         return seen[-1]
 
 
@@ -145,6 +162,46 @@ class Preview(unittest.TestCase):
             xfce.accessible.act("Red", "radio button")
             red = xfce.preview_other_than(strong)
             self.assertGreater(red[0] - red[2], strong[0] - strong[2] + 60)
+
+    def follows_a_slider_under_the_pointer_and_is_no_handle_itself(self):
+        with Session() as xfce:
+            xfce.choose_tab("Style")
+            seen = [xfce.preview_other_than((0, 0, 0))]
+            self._follows_the_slider(xfce, seen)
+            self._is_no_handle(xfce)
+            self.assertEqual(xfce.preview(), seen[-1])
+            self.assertEqual(xfce.board.output, "")
+
+    def _follows_the_slider(self, xfce, seen):
+        x, y, width, height = xfce.accessible.place("Glass strength", "slider")
+        on_slider = lambda along: (x + along * width, y + height / 2)
+        strengths = [self._strength(xfce)]
+        xfce.drag((0, 0), on_slider(0.7))
+        xfce.ask("xdotool", "mousedown", "1")
+        for start, end in ((0.7, 0.6), (0.6, 0.3), (0.3, 0.1)):
+            xfce.drag(on_slider(start), on_slider(end))
+            seen.append(xfce.preview_other_than(seen[-1]))
+            strengths.append(self._strength(xfce))
+        xfce.ask("xdotool", "mouseup", "1")
+        self.assertEqual(strengths, sorted(set(strengths), reverse=True))
+        xfce.expect("glassOpacity", strengths[-1])
+        self.assertEqual(self._strength(xfce), strengths[-1])
+
+    def _is_no_handle(self, xfce):
+        x, y, width, height = xfce.accessible.place("Preview", "image")
+        place, focused = xfce.window_place(), xfce.accessible.focused()
+        start, end = (x + 40, y + 60), (x + width - 60, y + height - 20)
+        xfce.drag((0, 0), start)
+        before = xfce.resting_window()
+        xfce.ask("xdotool", "mousedown", "1")
+        xfce.drag(start, end, (x + width / 2, y - 90), start)
+        xfce.ask("xdotool", "mouseup", "1")
+        eventually("all is as it was", lambda: xfce.window_picture() == before)
+        self.assertEqual((xfce.window_place(), xfce.accessible.focused()), (place, focused))
+
+    @staticmethod
+    def _strength(xfce):
+        return xfce.accessible.look("Glass strength", "slider")["value"]
 
 
 if __name__ == "__main__":

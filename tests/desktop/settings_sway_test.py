@@ -19,10 +19,15 @@ SMART_TOGGLES = {
     "Allow all-day events to drive Next Up": "countdownIncludesAllDayEvents",
     "Use urgency colors as deadlines approach": "urgencyTinting",
 }
+# What is seen on the tab of these toggles.
+TEXTS = {*SMART_TOGGLES, "Orvane", "Sources", "Display", "Smart Next", "Style", "Ignored words", "Done"}
+TOP_OF_PREVIEW = 120
 
 
 class Session(SettingsSession, SwaySession):
     """sway with the board on it, and its settings open."""
+
+    GSETTINGS_BACKEND = "memory"
 
     def __init__(self, outputs=1):
         super().__init__(outputs=outputs)
@@ -30,7 +35,7 @@ class Session(SettingsSession, SwaySession):
     def __enter__(self):
         super().__enter__()
         start_bus(self)
-        self.environment.update({"GSETTINGS_BACKEND": "memory", "GIO_USE_VFS": "local"})
+        self.environment.update({"GSETTINGS_BACKEND": self.GSETTINGS_BACKEND, "GIO_USE_VFS": "local"})
         self.background(color=(0, 0, 0))
         # No window is active where there is no keyboard, which stays as long as this one sleeps.
         self.start("wtype", "-s", "3600000")
@@ -67,6 +72,63 @@ class Session(SettingsSession, SwaySession):
                 return node
             nodes += node["nodes"] + node["floating_nodes"]
         return None
+
+
+class TextsSession(Session):
+    """Where the desktop's settings can be changed."""
+
+    GSETTINGS_BACKEND = "keyfile"
+
+    def set_texts(self, factor):
+        self.ask("gsettings", "set", "org.gnome.desktop.interface", "text-scaling-factor", str(factor))
+
+    def texts(self):
+        """The places of those that are seen."""
+        return {name: place for name, place in self.accessible.places("label") if name in TEXTS}
+
+    def top_of_preview(self):
+        x, y, width, _ = self.accessible.place("Preview", "image")
+        window = self.settings_node()["rect"]
+        return self.part(window["x"] + x, window["y"] + y, width, TOP_OF_PREVIEW)
+
+    def at_rest(self, look):
+        seen = []
+
+        def rests():
+            seen.append(look())
+            return len(seen) > 2 and seen[-3] == seen[-2] == seen[-1]
+
+        eventually("it rests", rests)
+        return seen[-1]
+
+
+class Texts(unittest.TestCase):
+    def grow_with_those_of_the_desktop(self):
+        with TextsSession() as sway:
+            sway.choose_tab("Style")
+            preview = sway.at_rest(sway.top_of_preview)
+            sway.choose_tab("Smart Next")
+            sway.go_to("Ignored words")
+            usual = sway.at_rest(sway.texts)
+            sway.set_texts(1.5)
+            eventually("texts are others", lambda: sway.texts() != usual)
+            larger = sway.at_rest(sway.texts)
+            for name in TEXTS:
+                self.assertGreater(larger[name][3], usual[name][3], name)
+            # What the Tab key selected is what the key replaces.
+            self.assertTrue(sway.has_focus("text", "Ignored words"))
+            sway.press("x")
+            sway.expect("ignoredWordsText", "x")
+            self.assertEqual(sway.texts(), larger)
+            # The board's own texts are none of the toolkit's.
+            sway.choose_tab("Style")
+            eventually("the preview is as it was", lambda: sway.top_of_preview() == preview)
+            self.assertEqual(sway.board.end(), 0)
+            eventually("its window is gone", lambda: not sway.is_open())
+            sway.start_board()
+            sway.choose_tab("Smart Next")
+            eventually("it begins as it was", lambda: sway.texts() == larger)
+            self.assertEqual(sway.board.output, "")
 
 
 class Settings(unittest.TestCase):
