@@ -47,5 +47,16 @@ TEST(PixelGrid, NeighboursShareTheirEdge) {
   }
 }
 
+TEST(PixelGrid, WhatTwoRectanglesShare) {
+  const PixelRect plane{0, 0, 10, 8};
+  EXPECT_EQ(intersectionOf({-5, -5, 20, 20}, plane), plane);
+  EXPECT_EQ(intersectionOf({5, 5, 2, 2}, plane), (PixelRect{5, 5, 2, 2}));
+  EXPECT_TRUE(intersectionOf({10, 0, 5, 5}, plane).isEmpty());
+  EXPECT_TRUE(intersectionOf({-5, 0, 5, 5}, plane).isEmpty());
+  constexpr int most = std::numeric_limits<int>::max();
+  EXPECT_EQ(intersectionOf({1, 1, most, most}, plane), (PixelRect{1, 1, 9, 7}));
+  EXPECT_EQ(intersectionOf({-most, -most, most, most}, plane), PixelRect());
+}
+
 }  // namespace
 }  // namespace orvane

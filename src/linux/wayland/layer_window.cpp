@@ -14,18 +14,12 @@
 namespace orvane::host::wayland {
 namespace {
 
-// More than a tick paints, in pixels.
-constexpr std::int64_t largePaint = 128 * 1024;
-
 // A surface that has lived this long was not refused.
 constexpr int healthyTicks = 10;
 constexpr int mostRefusals = 8;
 // A picture that waits for so many ticks to be drawn or shown is seen by nobody.
 constexpr int mostTicksUnseen = 2;
 constexpr std::chrono::milliseconds firstRetry{250};
-// Changes that are remembered one by one while the compositor is waited for.
-constexpr std::size_t mostChanges = 64;
-
 // The whole second that holds the instant: windows that are built at different moments within a
 // second show the same one, and the next tick shows the next.
 Date wholeSecond(Date instant) { return {std::floor(instant.secondsSince1970)}; }
@@ -36,7 +30,7 @@ LayerWindow::LayerWindow(const WaylandNeighbours& neighbours, Connection& connec
     : neighbours_(neighbours),
       connection_(connection),
       frame_(frame),
-      buffers_(connection.globals().shm.get(), [this] {
+      picture_(connection.globals().shm.get(), neighbours.painter, [this] {
         if (stale_) refresh();
       }) {
   auto& outputs = connection_.outputs();
@@ -162,7 +156,7 @@ void LayerWindow::tick(Date instant) {
   refresh();
   // Some compositors tell of a picture that nobody sees that it is shown, and then keep the
   // buffers.
-  const bool waits = stale_ && !buffers_.isOutOfMemory();
+  const bool waits = stale_ && !picture_.isOutOfMemory();
   ticksUnseen_ = waits ? ticksUnseen_ + 1 : 0;
   // Until the picture is shown. A young surface goes on counting its ticks.
   if (ticksUnseen_ >= mostTicksUnseen && ticksShown_ >= healthyTicks) ticks_.cancel();
@@ -207,11 +201,9 @@ void LayerWindow::refresh() {
   stale_ = isSurfaceBusy();
   if (stale_) return;
   beginTicks();  // which rest while nobody sees anything
-  const auto changes = scene_->update(instant_, frame_.size());
-  changed_.insert(changed_.end(), changes.begin(), changes.end());
-  if (changed_.size() > mostChanges) changeAll();
+  picture_.change(scene_->update(instant_, frame_.size()));
   // An area that lies on the pixels of one scale may lie across those of another.
-  if (scale() != plane_.scale) drawnArea_.reset();
+  if (scale() != picture_.scale()) drawnArea_.reset();
   const auto needed = areaCovering(scene_->bounds(), scale(), frame_.size());
   if (needed.isEmpty()) return dropSurface();
   drawnArea_.update(needed, wholeOutput(frame_.size()), instant_);
@@ -231,28 +223,21 @@ void LayerWindow::show(const SurfaceArea& area) {
 
 void LayerWindow::draw(const SurfaceArea& area) {
   const SurfaceScale scale = this->scale();
-  moveBuffersTo({{scale.pixels(area.x), scale.pixels(area.y)},
-                 {scale.pixels(area.width), scale.pixels(area.height)},
-                 scale});
-  const auto changed = changedPixels();
+  picture_.moveTo(area, scale);
   const bool reglazed = blurBehindGlass(area);
+  const auto changed = picture_.changed();
   if (changed.empty()) {
     if (reglazed) surface_->commit();
-    return changed_.clear();
-  }
-  ShmBuffer* buffer = buffers_.acquire();
-  if (!buffer) {
-    stale_ = true;
-    if (buffers_.isOutOfMemory() && !std::exchange(complained_, true)) {
-      std::fputs("orvane: There is no memory for a window's picture.\n", stderr);
-    }
     return;
   }
-  changed_.clear();
-  buffers_.markChanged(changed);
-  paint(*buffer);
-  buffer->giveToCompositor();
-  surface_->present(buffer->handle(), area, scale, changed);
+  if (const auto* buffer = picture_.paint(scene_->list())) {
+    surface_->present(buffer->handle(), area, scale, changed);
+    return;
+  }
+  stale_ = true;
+  if (picture_.isOutOfMemory() && !std::exchange(complained_, true)) {
+    std::fputs("orvane: There is no memory for a window's picture.\n", stderr);
+  }
 }
 
 // Answers whether the surface has to be committed for it.
@@ -269,47 +254,12 @@ bool LayerWindow::blurBehindGlass(const SurfaceArea& area) {
   return surface_->blurBehind(connection_.globals(), parts);
 }
 
-void LayerWindow::moveBuffersTo(const Plane& plane) {
-  if (plane == plane_) return;
-  buffers_.resize(plane.size);
-  plane_ = plane;
-  changeAll();
-}
-
-void LayerWindow::changeAll() { changed_.assign(1, Rect{0, 0, frame_.width, frame_.height}); }
-
-std::vector<PixelRect> LayerWindow::changedPixels() const {
-  MissingPixels changed;
-  const Rect window{0, 0, frame_.width, frame_.height};
-  for (const auto& rect : changed_) {
-    PixelRect pixels = pixelsCovering(intersectionOf(rect, window), plane_.scale.factor());
-    pixels.x -= plane_.origin.x;
-    pixels.y -= plane_.origin.y;
-    changed.add(clippedTo(pixels, plane_.size.width, plane_.size.height));
-  }
-  return changed.rects();
-}
-
-void LayerWindow::paint(ShmBuffer& buffer) {
-  std::vector<PixelRect> onPlane = buffer.missing.rects();
-  for (auto& rect : onPlane) {
-    rect.x += plane_.origin.x;
-    rect.y += plane_.origin.y;
-  }
-  buffer.missing.clear();
-  const PaintTarget target{buffer.pixels(), plane_.scale.factor(), plane_.origin};
-  neighbours_.painter.paint(scene_->list(), target, onPlane);
-  if (areaOf(onPlane) >= largePaint) buffer.letPagesGo();
-}
-
 // ---- The end of a surface
 
 void LayerWindow::dropSurface() {
   surface_.reset();
-  buffers_.clear();
-  plane_ = {};
+  picture_.clear();
   drawnArea_.reset();
-  changed_.clear();
   stale_ = false;
   ticksShown_ = 0;
 }

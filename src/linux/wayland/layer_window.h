@@ -3,12 +3,11 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "linux/wayland/connection.h"
+#include "linux/wayland/layer_picture.h"
 #include "linux/wayland/layer_surface.h"
 #include "linux/wayland/surface_area.h"
-#include "linux/wayland/swap_buffers.h"
 #include "linux/wayland/wayland_desktop.h"
 #include "platform/ns_window.h"
 #include "view/drawn_area.h"
@@ -40,14 +39,6 @@ class LayerWindow final : public NSWindow,
   void close() override;
 
  private:
-  // The part of the scaled plane that the buffers hold.
-  struct Plane {
-    PixelPoint origin;
-    PixelSize size;
-    SurfaceScale scale;
-    friend bool operator==(const Plane&, const Plane&) = default;
-  };
-
   [[nodiscard]] Awaits awaits() const override;
   void surfaceConfigured() override { refresh(); }
   void surfaceShown() override;
@@ -67,11 +58,7 @@ class LayerWindow final : public NSWindow,
   void refresh();
   void show(const SurfaceArea& area);
   void draw(const SurfaceArea& area);
-  void moveBuffersTo(const Plane& plane);
-  void changeAll();
-  [[nodiscard]] std::vector<PixelRect> changedPixels() const;
   [[nodiscard]] bool blurBehindGlass(const SurfaceArea& area);
-  void paint(ShmBuffer& buffer);
   void dropSurface();
   void retryLater();
   void outputRemoved(std::uint32_t name);
@@ -85,10 +72,8 @@ class LayerWindow final : public NSWindow,
   Date instant_;
   std::unique_ptr<NSHostingView> content_;
   std::optional<Scene> scene_;
-  std::vector<Rect> changed_;  // in points, since the last picture that was presented
   DrawnArea<SurfaceArea> drawnArea_;
-  Plane plane_;
-  SwapBuffers buffers_;
+  LayerPicture picture_;
   std::optional<LayerSurface> surface_;
   bool stale_ = false;  // something changed while nothing could be drawn
   bool rebuildPosted_ = false;

@@ -1,7 +1,6 @@
 #include "linux/wayland/missing_pixels.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace orvane::host::wayland {
 namespace {
@@ -32,15 +31,6 @@ void MissingPixels::add(const PixelRect& rect) {
 
 void MissingPixels::add(const std::vector<PixelRect>& rects) {
   for (const auto& rect : rects) add(rect);
-}
-
-PixelRect clippedTo(const PixelRect& rect, int width, int height) {
-  const auto right = std::min<std::int64_t>(std::int64_t{rect.x} + rect.width, width);
-  const auto bottom = std::min<std::int64_t>(std::int64_t{rect.y} + rect.height, height);
-  const int x = std::max(rect.x, 0);
-  const int y = std::max(rect.y, 0);
-  if (right <= x || bottom <= y) return {};
-  return {x, y, static_cast<int>(right) - x, static_cast<int>(bottom) - y};
 }
 
 }  // namespace orvane::host::wayland

@@ -18,7 +18,4 @@ class MissingPixels {
   std::vector<PixelRect> rects_;
 };
 
-// The part of a rectangle that lies in a buffer of this size; empty where none does.
-[[nodiscard]] PixelRect clippedTo(const PixelRect& rect, int width, int height);
-
 }  // namespace orvane::host::wayland

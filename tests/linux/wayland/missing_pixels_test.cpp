@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace orvane::host::wayland {
 namespace {
 
@@ -35,15 +33,6 @@ TEST(MissingPixelsTest, StaysShort) {
   int right = 0;
   for (const auto& rect : missing.rects()) right = std::max(right, rect.x + rect.width);
   EXPECT_EQ(right, 19990);
-}
-
-TEST(ClippedToTest, CutsOffWhatLiesOutside) {
-  EXPECT_EQ(clippedTo({-5, -5, 20, 20}, 10, 8), (PixelRect{0, 0, 10, 8}));
-  EXPECT_EQ(clippedTo({5, 5, 2, 2}, 10, 8), (PixelRect{5, 5, 2, 2}));
-  EXPECT_TRUE(clippedTo({10, 0, 5, 5}, 10, 8).isEmpty());
-  EXPECT_TRUE(clippedTo({-5, 0, 5, 5}, 10, 8).isEmpty());
-  constexpr int most = std::numeric_limits<int>::max();
-  EXPECT_EQ(clippedTo({1, 1, most, most}, 10, 8), (PixelRect{1, 1, 9, 7}));
 }
 
 }  // namespace
