@@ -293,6 +293,12 @@ def program(*parts):
     return path
 
 
+def is_sanitized(*parts):
+    """Whether such a program was built with AddressSanitizer, of which it then has a function."""
+    with open(program(*parts), "rb") as file:
+        return b"__asan_init" in file.read()
+
+
 def run_tests():
     """Runs the tests that the command line names; naming none is a failure, too."""
     done = unittest.main(module="__main__", exit=False).result

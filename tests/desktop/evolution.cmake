@@ -65,6 +65,7 @@ if(ORVANE_WAYLAND)
                  keeps_its_beat_while_the_service_hangs
                  keeps_its_beat_while_it_starts_beside_a_service_that_hangs
                  keeps_its_beat_while_a_change_is_read
+                 gives_the_memory_back_that_reading_many_took
                  shows_a_new_event_of_an_account_within_two_seconds)
   set_tests_properties(evolution.Program.draws_its_first_frame_as_soon_as_without_a_bus
                        evolution.Program.keeps_its_beat_while_the_service_hangs

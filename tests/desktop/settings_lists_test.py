@@ -5,7 +5,7 @@ import signal
 import statistics
 import unittest
 
-from desktop_session import eventually, program, run_tests
+from desktop_session import eventually, is_sanitized, run_tests
 from settings_session import EVENT, TITLE
 from settings_window_test import Session
 
@@ -39,12 +39,6 @@ def state_of(process):
     with open("/proc/%d/stat" % process, encoding="ascii") as file:
         fields = file.read().rpartition(")")[2].split()
     return fields[0] == "S", (int(fields[11]) + int(fields[12])) / TICKS_PER_SECOND
-
-
-def is_sanitized():
-    """Whether the window's program was built with AddressSanitizer, of which it then has a function."""
-    with open(program("orvane-settings"), "rb") as file:
-        return b"__asan_init" in file.read()
 
 
 def time_at_rest(process):
@@ -109,7 +103,7 @@ class Lists(unittest.TestCase):
             xfce.go_to_row("Home")
             took = [self._turn(xfce) for _ in range(TURNS)]
             print("ms of processor time a page:", *("%.1f" % (seconds * 1000) for seconds in took))
-            self.assertLess(statistics.median(took), LIMIT * (SANITIZED if is_sanitized() else 1))
+            self.assertLess(statistics.median(took), LIMIT * (SANITIZED if is_sanitized("orvane-settings") else 1))
             xfce.press("End")
             eventually("the end", lambda: self._number(xfce) == COUNT)
             xfce.press("space")

@@ -1,5 +1,9 @@
 #include "linux/evolution/evolution_client.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,6 +37,18 @@ Client connectTo(ESource* source, EKEntityType type, GCancellable* cancellable) 
 }
 
 void releaseComponents(GSList* components) { g_slist_free_full(components, g_object_unref); }
+using Components = std::unique_ptr<GSList, void (*)(GSList*)>;
+
+// Of a text from which on what its components took is worth looking for.
+constexpr std::size_t muchText = 256 * 1024;
+
+// A component is hundreds of small pieces of memory. Those of thousands, once freed, lie among a
+// few that stay, and the allocator gives back of itself only what lies behind all of these.
+void giveMemoryBack() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
+}
 
 // Blocks. Nothing: it failed.
 Text fetchText(ECalClient* client, const std::string& query, GCancellable* cancellable) {
@@ -42,8 +58,10 @@ Text fetchText(ECalClient* client, const std::string& query, GCancellable* cance
                                          failure.out())) {
     return std::nullopt;
   }
-  const std::unique_ptr<GSList, void (*)(GSList*)> components(found, &releaseComponents);
+  Components components(found, &releaseComponents);
   auto text = calendarText(client, components.get(), cancellable);
+  components.reset();
+  if (text.size() > muchText) giveMemoryBack();
   if (g_cancellable_is_cancelled(cancellable)) return std::nullopt;
   return text;
 }
