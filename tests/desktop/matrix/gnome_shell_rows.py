@@ -39,14 +39,16 @@ num-workspaces=3
 dynamic-workspaces=false
 """
 
-# Kept in the shell from its beginning: a pointer and a keyboard, and without the clock, whose
-# minutes would be taken for traces of the board.
+# Kept in the shell from its beginning: a pointer and a keyboard, and without what would be taken for
+# traces of the board: the clock's minutes, and the button of the overview, which looks otherwise once
+# the overview was there.
 PREPARATION = """
 const seat = imports.gi.Clutter.get_default_backend().get_default_seat();
 const kinds = imports.gi.Clutter.InputDeviceType;
 globalThis.testPointer = seat.create_virtual_device(kinds.POINTER_DEVICE);
 globalThis.testKeyboard = seat.create_virtual_device(kinds.KEYBOARD_DEVICE);
 Main.panel.statusArea.dateMenu.hide();
+Main.panel.statusArea.activities.hide();
 Main.overview.hide();
 """
 
@@ -311,8 +313,6 @@ class GnomeShellKilled(GnomeShell):
 
     def start_shell(self):
         super().start_shell()
-        # It looks otherwise once the overview was there, which one shell begins with and another not.
-        self.evaluate("Main.panel.statusArea.activities.hide()")
         self.names = LastingNames(self)
         self.names.renew()
 
