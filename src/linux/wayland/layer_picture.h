@@ -28,8 +28,9 @@ class LayerPicture {
   // What of it has changed, in pixels from its corner.
   [[nodiscard]] const std::vector<PixelRect>& changed() const { return changed_.rects(); }
 
-  // A buffer with the picture, for the compositor, after which nothing has changed; null while the
-  // compositor holds all buffers or there is no memory for one.
+  // A buffer with the picture, for the compositor, after which nothing has changed. It stays the
+  // picture's own and is there until the picture moves or is cleared. Null while the compositor
+  // holds all buffers or there is no memory for one.
   [[nodiscard]] ShmBuffer* paint(const DisplayList& list);
   [[nodiscard]] bool isOutOfMemory() const { return buffers_.isOutOfMemory(); }
   // No picture and no place, as at the beginning.

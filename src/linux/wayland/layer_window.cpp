@@ -136,8 +136,8 @@ void LayerWindow::outputRemoved(std::uint32_t name) {
 
 void LayerWindow::outputDescribed(std::uint32_t name) {
   // Another size comes as another frame; until then there is nothing true to draw.
-  const Output* output = name == output_ ? connection_.outputs().find(name) : nullptr;
-  if (output && output->description() && output->description()->frame == frame_) refresh();
+  const Output* output = connection_.outputs().find(output_);
+  if (name == output_ && output && output->description()->frame == frame_) refresh();
 }
 
 // ---- When
