@@ -1,7 +1,25 @@
-"""What tells from the outside that the program does nothing, as it shall while nobody sees it."""
+"""What tells from the outside that nothing changes, and that the program does nothing, as it shall
+while nobody sees it."""
 
 import re
 import time
+
+from desktop_session import eventually
+
+
+def at_rest(what, look, looks=5, seconds=20):
+    """What is seen once it was the same for so many looks in a row."""
+    seen = []
+
+    def rests():
+        now = look()
+        if seen and seen[-1] != now:
+            seen.clear()
+        seen.append(now)
+        return len(seen) >= looks
+
+    eventually("%s rests" % what, rests, seconds)
+    return seen[-1]
 
 
 def grows_not(count, seconds=3.2):

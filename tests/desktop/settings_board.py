@@ -4,6 +4,7 @@ seen at once."""
 import time
 
 import agenda
+from at_rest import at_rest
 from desktop_session import eventually, zone_where_it_is_noon
 from settings_session import TITLE, SettingsSession
 from xfce_session import XfceSession
@@ -80,14 +81,7 @@ class BoardSession(SettingsSession, XfceSession):
         return [picture.pixel(*place) for place in (ON_DATE, ON_EVENTS)]
 
     def resting_colors(self):
-        seen = []
-
-        def rest():
-            seen.append(self.colors())
-            return len(seen) > 6 and seen[-1] == seen[-6]
-
-        eventually("the cards rest", rest)
-        return seen[-1]
+        return at_rest("each card", self.colors, looks=7)
 
     def title(self):
         """What the board counts down to."""

@@ -5,6 +5,7 @@ import os
 import signal
 import unittest
 
+from at_rest import at_rest
 from desktop_session import eventually, run_tests
 from settings_session import TITLE
 from settings_window_test import Session
@@ -67,17 +68,7 @@ class PointerSession(Session):
     def resting_rows(self):
         """Those that were the same for some looks in a row, with the pointer elsewhere."""
         self.ask("xdotool", "mousemove", "2", "2")
-        seen = []
-
-        def rest():
-            rows = self.rows()
-            if seen and seen[-1] != rows:
-                seen.clear()
-            seen.append(rows)
-            return len(seen) >= LOOKS
-
-        eventually("the list rests", rest, 60)
-        return seen[-1]
+        return at_rest("the list", self.rows, LOOKS, 60)
 
     def offer_many(self):
         self.give_calendars(*MANY)

@@ -4,6 +4,7 @@ another direction of reading; and how the preview in it follows what is chosen."
 import subprocess
 import unittest
 
+from at_rest import at_rest
 from desktop_session import eventually, run_tests
 from settings_board import BoardSession, event
 from settings_window_test import DISPLAY_TOGGLES, PORTAL, SMART_TOGGLES
@@ -76,21 +77,7 @@ class Session(BoardSession):
 
     def preview_other_than(self, known):
         eventually("the preview is another", lambda: self.preview() != known)
-        return self._resting(self.preview)
-
-    def resting_window(self):
-        return self._resting(self.window_picture)
-
-    @staticmethod
-    def _resting(look):
-        seen = []
-
-        def rests():
-            seen.append(look())
-            return len(seen) > 4 and all(each == seen[-1] for each in seen[-4:])
-
-        eventually("it rests", rests)
-        return seen[-1]
+        return at_rest("the preview", self.preview)
 
 
 class PortalSession(Session):
@@ -192,7 +179,7 @@ class Preview(unittest.TestCase):
         place, focused = xfce.window_place(), xfce.accessible.focused()
         start, end = (x + 40, y + 60), (x + width - 60, y + height - 20)
         xfce.drag((0, 0), start)
-        before = xfce.resting_window()
+        before = at_rest("the window", xfce.window_picture)
         xfce.ask("xdotool", "mousedown", "1")
         xfce.drag(start, end, (x + width / 2, y - 90), start)
         xfce.ask("xdotool", "mouseup", "1")

@@ -8,6 +8,7 @@ import subprocess
 import sys
 import tempfile
 
+from at_rest import at_rest
 from desktop_session import eventually
 from settings_session import TITLE, SettingsSession
 from xfce_session import XfceSession
@@ -72,14 +73,7 @@ class Session(SettingsSession, XfceSession):
         shadow = self.ask("xprop", "-id", window, "_GTK_FRAME_EXTENTS").decode().split("=")[1]
         before, after, above, below = (int(side) for side in shadow.split(","))
         place = (left + before, top + above, width - before - after, height - above - below)
-        looks = []
-
-        def rests():
-            looks.append(self.picture().cropped(*place))
-            return len(looks) > 4 and looks[-1] == looks[-4]
-
-        eventually("the window rests", rests, 60)
-        return looks[-1]
+        return at_rest("the window", lambda: self.picture().cropped(*place), seconds=60)
 
 
 def full(session, demo_calendars):

@@ -4,6 +4,7 @@ import json
 import os
 import unittest
 
+from at_rest import at_rest
 from desktop_session import eventually, program, run_tests
 from private_bus import start_bus
 from settings_session import TITLE, SettingsSession
@@ -91,28 +92,18 @@ class TextsSession(Session):
         window = self.settings_node()["rect"]
         return self.part(window["x"] + x, window["y"] + y, width, TOP_OF_PREVIEW)
 
-    def at_rest(self, look):
-        seen = []
-
-        def rests():
-            seen.append(look())
-            return len(seen) > 2 and seen[-3] == seen[-2] == seen[-1]
-
-        eventually("it rests", rests)
-        return seen[-1]
-
 
 class Texts(unittest.TestCase):
     def grow_with_those_of_the_desktop(self):
         with TextsSession() as sway:
             sway.choose_tab("Style")
-            preview = sway.at_rest(sway.top_of_preview)
+            preview = at_rest("the preview", sway.top_of_preview)
             sway.choose_tab("Smart Next")
             sway.go_to("Ignored words")
-            usual = sway.at_rest(sway.texts)
+            usual = at_rest("the form", sway.texts)
             sway.set_texts(1.5)
             eventually("texts are others", lambda: sway.texts() != usual)
-            larger = sway.at_rest(sway.texts)
+            larger = at_rest("the form", sway.texts)
             for name in TEXTS:
                 self.assertGreater(larger[name][3], usual[name][3], name)
             # What the Tab key selected is what the key replaces.

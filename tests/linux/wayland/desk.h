@@ -106,7 +106,7 @@ class Desk : public testing::Test {
 
   // One output, and the window shown on it.
   void show() {
-    compositor.addOutput({.name = "DP-1"});
+    output = &compositor.addOutput({.name = "DP-1"});
     ASSERT_EQ(connect(), "");
     window = makeWindow();
     window->orderBack();
@@ -149,6 +149,7 @@ class Desk : public testing::Test {
   }
 
   fakes::FakeCompositor compositor;
+  fakes::FakeCompositor::Output* output = nullptr;  // the compositor's own, from show() on
   fakes::ManualMainActor actor{{1'795'000'000.4}};
   ManualSchedule schedule;
   NotificationCenter notifications;

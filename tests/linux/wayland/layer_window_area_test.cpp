@@ -130,25 +130,17 @@ TEST_F(LayerWindowAreaTest, LiesOnThePixelsOfEveryScaleThatComes) {
 }
 
 TEST_F(LayerWindowAreaTest, FollowsTheScaleOfItsOutput) {
-  auto& output = compositor.addOutput({.name = "DP-1"});
-  ASSERT_EQ(connect(), "");
-  window = makeWindow();
-  window->orderBack();
-  settle();
-  compositor.changeOutput(output, {.name = "DP-1", .width = 2560, .height = 1440, .scale = 2});
+  show();
+  compositor.changeOutput(*output, {.name = "DP-1", .width = 2560, .height = 1440, .scale = 2});
   settle();
   EXPECT_EQ(lastPicture().width, 600);
   EXPECT_EQ(lastPicture().pixels, painted(instant, 2, {120, 80}, 600, 200));
 }
 
 TEST_F(LayerWindowAreaTest, AnOutputOfAnotherSizeIsNotDrawnForTheOldOne) {
-  auto& output = compositor.addOutput({.name = "DP-1"});
-  ASSERT_EQ(connect(), "");
-  window = makeWindow();
-  window->orderBack();
-  settle();
+  show();
   const auto shown = pictures().size();
-  compositor.changeOutput(output, {.name = "DP-1", .width = 2048, .height = 1152, .scale = 2});
+  compositor.changeOutput(*output, {.name = "DP-1", .width = 2048, .height = 1152, .scale = 2});
   settle();
   EXPECT_THAT(pictures(), SizeIs(shown));
   window->setFrame({0, 0, 1024, 576}, true);

@@ -67,13 +67,9 @@ TEST_F(LayerWindowOutputTest, AWindowMoreThanThereAreOutputsSharesTheFirst) {
 }
 
 TEST_F(LayerWindowOutputTest, LeavesWithItsOutputAndIsBackWhenItIsPlacedAgain) {
-  auto& output = compositor.addOutput({.name = "DP-1"});
-  ASSERT_EQ(connect(), "");
-  window = makeWindow();
-  window->orderBack();
-  settle();
+  show();
   surface().close();
-  compositor.removeOutput(output);
+  compositor.removeOutput(*output);
   settle();
   EXPECT_TRUE(surface().isGone);
   EXPECT_EQ(schedule.listeners(), 0U);
